@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# From a fresh checkout to compiled graphs: installs what is missing, builds, and compiles two examples, a real circuit
+# and a diagram of several physical domains.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+install_dependencies
+build release kinemo
+
+kinemo="$root/build/release/bin/kinemo"
+
+show() {
+  say "$*"
+  shift
+  "$@"
+}
+
+show "The library's blocks (first lines)" "$kinemo" blocks | head -12
+show "A two-stage amplifier, from a SPICE netlist: its graph" "$kinemo" compile "$root/examples/amplifier.cir"
+show "The same circuit: which pins share a node" "$kinemo" nets "$root/examples/amplifier.cir"
+show "A motor drive with masks, a variant, an atomic and an opaque subsystem: its graph" \
+  "$kinemo" compile "$root/examples/motor_drive.yaml"
+show "The same diagram: checks" "$kinemo" check "$root/examples/motor_drive.yaml"
