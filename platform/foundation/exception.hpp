@@ -45,6 +45,12 @@ class KINEMO_PLATFORM_API Exception : public std::exception {
 /// An error that can hold further errors as causes, and the model objects that it concerns.
 class KINEMO_PLATFORM_API AttributedException : public Exception {
  public:
+  AttributedException() = default;
+  AttributedException(const AttributedException&) = default;
+  AttributedException& operator=(const AttributedException&) = default;
+  /// Ends chains of causes of any length without recursion.
+  ~AttributedException() override;
+
   void addCause(const Exception& cause);
   std::size_t numCauses() const { return causes_.size(); }
   const Exception& cause(std::size_t i) const { return *causes_.at(i); }
