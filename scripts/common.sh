@@ -17,11 +17,7 @@ build() {
   local preset=$1
   shift
   say "Configuring the preset '$preset'"
-  (cd "$root" && cmake --preset "$preset" >"/tmp/kinemo_configure_$$.log" 2>&1) || {
-    cat "/tmp/kinemo_configure_$$.log" >&2
-    return 1
-  }
-  rm -f "/tmp/kinemo_configure_$$.log"
+  (cd "$root" && cmake --preset "$preset" --log-level=NOTICE)
   say "Building${*:+ $*} with $jobs jobs (the first build takes some minutes)"
   cmake --build "$root/build/$preset" -j "$jobs" ${*:+--target "$@"}
 }

@@ -15,7 +15,7 @@ show() {
   "$@"
 }
 
-show "The library's blocks (first lines)" "$kinemo" blocks | head -12
+show "The library's blocks (first lines)" "$kinemo" blocks | sed -n '1,14p'
 show "A two-stage amplifier, from a SPICE netlist: its graph" "$kinemo" compile "$root/examples/amplifier.cir"
 show "The same circuit: which pins share a node" "$kinemo" nets "$root/examples/amplifier.cir"
 show "A motor drive with masks, a variant, an atomic and an opaque subsystem: its graph" \
