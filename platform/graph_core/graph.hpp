@@ -104,6 +104,7 @@ using FindResult = boost::variant<NotFound, TypeMismatch, GraphEntryRef>;
 /// @throws kmf::MessageException "EntryTypeMismatch" (address)
 [[noreturn]] KINEMO_PLATFORM_API void throw_type_mismatch(const kmf::VnIdPathIterator& address);
 
+struct Access;  ///< the implementation's way to the contents of the values below
 struct ComponentData;
 struct GraphData;
 struct NodeData;
@@ -202,6 +203,7 @@ class KINEMO_PLATFORM_API Node {
   friend KINEMO_PLATFORM_API bool operator==(const Node& a, const Node& b);
 
  private:
+  friend struct detail::Access;
   std::shared_ptr<detail::NodeData> data_;
 };
 
@@ -255,6 +257,7 @@ class KINEMO_PLATFORM_API Component {
 
  private:
   friend class Graph;
+  friend struct detail::Access;
   detail::ComponentData& write();
   std::shared_ptr<detail::ComponentData> data_;
 };
@@ -278,12 +281,14 @@ class KINEMO_PLATFORM_API Graph {
 
   /// The connections of one connector (at most one), or of one node.
   std::set<Connection> incident(const kmf::VnIdPathIterator& connector) const;
-  /// All connections of the graph at `at`.
+  /// All connections of the graph at `at`; where `at` leads to a node, the connections of that node. The set is valid
+  /// until the graph that was asked is changed or ends.
   const std::set<Connection>& connections(const kmf::VnIdPathIterator& at) const;
   /// The node that a connector is tied to; null when it is tied to none. O(log n).
   const kmf::VnId* nodeOf(const ConnectorSpec& connector) const;
 
-  /// Every id of components and nodes under `start` down to `depth` levels; depth 1 is one level.
+  /// Every id of components and nodes under `start` down to `depth` levels, told from `start` on; depth 1 is one level.
+  /// A leaf component has none. @throws "EntryNameNotFound", "EntryTypeMismatch" for a start that is no component
   Ids ids(const kmf::VnIdPathIterator& start, std::size_t depth) const;
   /// Every entry (components, nodes, and of components their parameters and connectors) that the builder takes.
   void buildIds(detail::GraphIdBuilder& builder, const kmf::VnIdPathIterator& start, std::size_t depth) const;
@@ -296,6 +301,7 @@ class KINEMO_PLATFORM_API Graph {
 
  private:
   friend class Component;
+  friend struct detail::Access;
   detail::GraphData& write();
   std::shared_ptr<detail::GraphData> data_;
 };
