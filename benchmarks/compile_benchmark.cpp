@@ -1,0 +1,106 @@
+// The whole compile of a diagram, shape by shape. Time per block is what to look at: it should not grow with the size.
+//
+//   compile_benchmark --benchmark_filter=Compile/chain
+
+#include "benchmarks/shapes.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/compile_layer/compile.hpp"
+#include "embedded/environment/environment.hpp"
+#include "formats/diagnostics.hpp"
+#include "formats/spice/read_netlist.hpp"
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <functional>
+
+namespace {
+
+using benchmarks::Diagram;
+
+embedded::Environment& environment() {
+  static embedded::Environment instance;
+  static const std::string domain = instance.loadDomain(KINEMO_PHYSICAL_MODULE);
+  (void)domain;
+  return instance;
+}
+
+using Builder = std::function<Diagram&(const std::string&, std::size_t)>;
+
+std::size_t heap_bytes() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+void report(benchmark::State& state, std::size_t blocks) {
+  state.counters["per_block"] = benchmark::Counter(
+      static_cast<double>(blocks),
+      benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void build_diagram(benchmark::State& state, const Builder& builder) {
+  environment();
+  const auto blocks = static_cast<std::size_t>(state.range(0));
+  for (auto _ : state) {
+    Diagram& diagram = builder("built", blocks);
+    state.PauseTiming();
+    Diagram::close(diagram);
+    state.ResumeTiming();
+  }
+  report(state, blocks);
+}
+
+void compile_diagram(benchmark::State& state, const Builder& builder) {
+  environment();
+  const auto blocks = static_cast<std::size_t>(state.range(0));
+  Diagram& diagram = builder("compiled", blocks);
+  const std::size_t before = heap_bytes();
+  std::size_t after = before;
+  for (auto _ : state) {
+    const auto result = embedded::compile_layer::compile(diagram);
+    after = heap_bytes();
+    benchmark::DoNotOptimize(&result);
+  }
+  Diagram::close(diagram);
+  report(state, blocks);
+  state.counters["bytes_per_block"] = static_cast<double>(after - before) / static_cast<double>(blocks);
+}
+
+void read_shared_tree(benchmark::State& state) {
+  environment();
+  const auto blocks = static_cast<std::size_t>(state.range(0));
+  const std::string text = benchmarks::tree_netlist(blocks);
+  for (auto _ : state) {
+    formats::DiagnosticList diagnostics;
+    Diagram* diagram = formats::spice::read_netlist_text(text, "tree.cir", {}, diagnostics);
+    state.PauseTiming();
+    if (diagram != nullptr) Diagram::close(*diagram);
+    state.ResumeTiming();
+  }
+  report(state, blocks);
+}
+
+void register_shape(const std::string& name, const Builder& builder) {
+  for (const auto& [stage, run] : {std::pair{"Build/", &build_diagram}, std::pair{"Compile/", &compile_diagram}}) {
+    auto* benchmark = benchmark::RegisterBenchmark((stage + name).c_str(), run, builder);
+    benchmark->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  register_shape("flat", benchmarks::flat);
+  register_shape("ladder", benchmarks::ladder);
+  register_shape("chain_of_1000_levels",
+                 [](const std::string& name, std::size_t blocks) -> Diagram& { return benchmarks::chain(name, blocks, 1000); });
+  register_shape("tree", benchmarks::tree);
+  register_shape("wires", benchmarks::wires);
+  register_shape("star", benchmarks::star);
+  benchmark::RegisterBenchmark("Read/tree_of_shared_definitions", read_shared_tree)
+      ->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->UseRealTime();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}
