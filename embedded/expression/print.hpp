@@ -1,0 +1,20 @@
+#pragma once
+
+// From tree to text, and back by `parse` to an equal tree.
+
+#include "embedded/expression/tree.hpp"
+
+#include <string>
+
+namespace embedded::expression {
+
+/// The tree on one line, UTF-8, with no more brackets than the precedence needs.
+std::string print(const Node& tree);
+inline std::string print(const Tree& tree) {
+  return print(*tree);
+}
+
+/// The shortest text that reads back to the same number: "0.1", "1e6", "1e999" for infinity.
+std::string print_number(double value);
+
+}  // namespace embedded::expression
