@@ -165,8 +165,8 @@ Tree Parser::powers(Context context) {
 }
 
 Tree Parser::postfix(Context context, bool with_transpose) {
+  const bool indexable = !is(TokenType::at);
   Tree result = primary(context);
-  const bool indexable = result->kind() != Kind::handle && result->kind() != Kind::anonymous;
   while (indexable) {
     if (context == Context::elements && token().blank_before) break;
     const std::size_t offset = token().offset;

@@ -44,7 +44,7 @@ class Printer {
         append(symbol(tree.op()));
         return bracketed(tree.child(0), precedence(tree.child(0)) < Precedence::unary);
       case Kind::transpose:
-        bracketed(tree.child(0), precedence(tree.child(0)) < Precedence::power);
+        bracketed(tree.child(0), precedence(tree.child(0)) < Precedence::power || doubles_quote(tree));
         return append(symbol(tree.op()));
       case Kind::chain:
         return chain(tree);
@@ -62,6 +62,14 @@ class Printer {
         append(".");
         return bracketed(tree.child(1), true);
     }
+  }
+
+  /// A quote right behind a text, as in 2^'a'', would belong to the text.
+  static bool doubles_quote(const Node& transposition) {
+    if (transposition.op() != Operator::conjugate_transpose) return false;
+    const Node* last = &transposition.child(0);
+    while (last->kind() == Kind::chain || last->kind() == Kind::unary) last = last->children().back().get();
+    return last->kind() == Kind::text;
   }
 
   void chain(const Node& tree) {

@@ -12,7 +12,7 @@ namespace {
 
 namespace pegtl = tao::pegtl;
 
-enum class Bracket : std::uint8_t { round, elements };
+enum class Bracket : std::uint8_t { round, parameters, elements };
 
 /// Tokens so far, and what the reading of the next one depends on: the brackets around it and the blank before it.
 class TokenList {
@@ -21,14 +21,17 @@ class TokenList {
 
   void add(TokenType type, Operator op, const char* at, std::size_t length) {
     tokens_.push_back({type, op, blank_, static_cast<std::uint32_t>(at - begin_), static_cast<std::uint32_t>(length)});
+    const bool follows_operand = at_operand_end_ && !(blank_ && in_elements());
+    const bool closes_parameters = type == TokenType::close_round && in(Bracket::parameters);
+    at_operand_end_ = ends_operand(type, op) && !closes_parameters;
     blank_ = false;
-    follow_brackets(type);
+    follow_brackets(type, follows_operand);
   }
 
   void add_blank() { blank_ = true; }
 
   void add_line_end(const char* at) {
-    if (!brackets_.empty() && brackets_.back() == Bracket::round) {
+    if (!brackets_.empty() && !in_elements()) {
       blank_ = true;
     } else {
       add(TokenType::newline, Operator::plus, at, 1);
@@ -36,10 +39,7 @@ class TokenList {
   }
 
   /// Whether a quote at this place follows an operand, and so transposes it.
-  bool transposes() const {
-    if (tokens_.empty() || (blank_ && in_elements())) return false;
-    return ends_operand(tokens_.back());
-  }
+  bool transposes() const { return at_operand_end_ && !(blank_ && in_elements()); }
 
   std::vector<Token> finish(std::size_t length) {
     tokens_.push_back({TokenType::end_of_text, Operator::plus, blank_, static_cast<std::uint32_t>(length), 0});
@@ -47,8 +47,8 @@ class TokenList {
   }
 
  private:
-  static bool ends_operand(const Token& token) {
-    switch (token.type) {
+  static bool ends_operand(TokenType type, Operator op) {
+    switch (type) {
       case TokenType::number:
       case TokenType::imaginary:
       case TokenType::text:
@@ -58,21 +58,21 @@ class TokenList {
       case TokenType::close_curly:
         return true;
       default:
-        return token.type == TokenType::op &&
-               (token.op == Operator::transpose || token.op == Operator::conjugate_transpose);
+        return type == TokenType::op && (op == Operator::transpose || op == Operator::conjugate_transpose);
     }
   }
 
-  bool in_elements() const { return !brackets_.empty() && brackets_.back() == Bracket::elements; }
+  bool in(Bracket bracket) const { return !brackets_.empty() && brackets_.back() == bracket; }
+  bool in_elements() const { return in(Bracket::elements); }
 
-  void follow_brackets(TokenType type) {
+  void follow_brackets(TokenType type, bool follows_operand) {
     switch (type) {
       case TokenType::open_round:
-        return brackets_.push_back(Bracket::round);
+        return brackets_.push_back(behind_at() ? Bracket::parameters : Bracket::round);
       case TokenType::open_square:
         return brackets_.push_back(Bracket::elements);
-      case TokenType::open_curly:
-        return brackets_.push_back(opens_indexing() ? Bracket::round : Bracket::elements);
+      case TokenType::open_curly:  // behind an operand it indexes, as the parser sees it too
+        return brackets_.push_back(follows_operand ? Bracket::round : Bracket::elements);
       case TokenType::close_round:
       case TokenType::close_square:
       case TokenType::close_curly:
@@ -83,14 +83,11 @@ class TokenList {
     }
   }
 
-  /// For a curly bracket that was just added: behind an operand it indexes, as the parser sees it too.
-  bool opens_indexing() const {
-    if (tokens_.size() < 2 || (tokens_.back().blank_before && in_elements())) return false;
-    return ends_operand(tokens_[tokens_.size() - 2]);
-  }
+  bool behind_at() const { return tokens_.size() > 1 && tokens_[tokens_.size() - 2].type == TokenType::at; }
 
   const char* begin_;
   bool blank_ = false;
+  bool at_operand_end_ = false;
   std::vector<Token> tokens_;
   std::vector<Bracket> brackets_;
 };
@@ -118,9 +115,10 @@ struct quoted
                  pegtl::one<Quote>> {};
 
 struct line_rest : pegtl::star<pegtl::not_one<'\n', '\r'>> {};
-struct line_end : pegtl::sor<pegtl::string<'\r', '\n'>, pegtl::one<'\n', '\r'>> {};
+struct line_break : pegtl::sor<pegtl::string<'\r', '\n'>, pegtl::one<'\n', '\r'>> {};
+struct line_end : line_break {};
 struct comment : pegtl::seq<pegtl::one<'%', '#'>, line_rest> {};
-struct continuation : pegtl::seq<pegtl::string<'.', '.', '.'>, line_rest, pegtl::opt<line_end>> {};
+struct continuation : pegtl::seq<pegtl::string<'.', '.', '.'>, line_rest, pegtl::opt<line_break>> {};
 struct blank : pegtl::plus<pegtl::sor<pegtl::one<' ', '\t', '\f', '\v'>, comment, continuation>> {};
 
 /// A quote that transposes; whether it does is known by the tokens before.
