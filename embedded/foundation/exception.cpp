@@ -135,6 +135,7 @@ void ExceptionSupport::rethrow(const Exception& error) {
     }
   }
   error.raise();
+  std::terminate();  // not reached; compilers lose sight of that through the virtual call
 }
 
 }  // namespace kmf
