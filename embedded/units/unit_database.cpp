@@ -1,0 +1,93 @@
+#include "embedded/units/unit_database.hpp"
+
+#include "platform/foundation/exception.hpp"
+
+#include <udunits2.h>
+
+namespace units2::core::detail {
+
+namespace {
+
+struct FreeUnit {
+  void operator()(ut_unit* unit) const { ut_free(unit); }
+};
+struct FreeConverter {
+  void operator()(cv_converter* converter) const { cv_free(converter); }
+};
+struct FreeSystem {
+  void operator()(ut_system* system) const { ut_free_system(system); }
+};
+using UnitPtr = std::unique_ptr<ut_unit, FreeUnit>;
+
+class Unit final : public DatabaseUnit {
+ public:
+  explicit Unit(UnitPtr handle) : unit(std::move(handle)) {}
+  bool commensurable(const DatabaseUnit& other) const override {
+    return ut_are_convertible(unit.get(), static_cast<const Unit&>(other).unit.get()) != 0;
+  }
+  UnitPtr unit;
+};
+
+class Converter final : public UnitConverter {
+ public:
+  explicit Converter(cv_converter* converter) : converter_(converter) {}
+  double operator()(double value) const override { return cv_convert_double(converter_.get(), value); }
+
+ private:
+  std::unique_ptr<cv_converter, FreeConverter> converter_;
+};
+
+/// A spelling that the library lacks, or that it reads as a prefix with some other unit: "mph" as milliphot.
+struct Spelling {
+  const char* symbol;
+  const char* meaning;
+};
+
+constexpr Spelling spellings[] = {
+    {"deg", "degree"},
+    {"rev", "cycle"},
+    {"Ohm", "ohm"},
+    {"mph", "mile/hour"},
+    {"fps", "foot/second"},
+    {"nmi", "nautical_mile"},
+    {"lbm", "pound"},
+    {"lpm", "liter/minute"},
+    {"gpm", "3.785411784 liter/minute"},  // gallons of the United States
+    {"Nm", "newton meter"},
+    {"Wh", "watt hour"},
+    {"Ah", "ampere hour"},
+    {"var", "watt"},
+    {"VAR", "watt"},
+    {"P", "poise"},
+};
+
+/// The database, in which symbols take prefixes: with "Wh" there is "kWh".
+std::unique_ptr<ut_system, FreeSystem> read_database() {
+  ut_set_error_message_handler(ut_ignore);
+  std::unique_ptr<ut_system, FreeSystem> system(ut_read_xml(nullptr));
+  if (!system) kmf::throw_message("kinemo:units:core", "NoUnitDatabase");
+  for (const Spelling& spelling : spellings) {
+    const UnitPtr unit(ut_parse(system.get(), spelling.meaning, UT_UTF8));
+    if (unit) ut_map_symbol_to_unit(spelling.symbol, UT_ASCII, unit.get());  // one that is there already stays
+  }
+  return system;
+}
+
+}  // namespace
+
+std::unique_ptr<const DatabaseUnit> find_unit(const std::string& text) {
+  static const std::unique_ptr<ut_system, FreeSystem> system = read_database();
+  UnitPtr unit(ut_parse(system.get(), text.c_str(), UT_UTF8));
+  if (!unit) return nullptr;
+  return std::make_unique<Unit>(std::move(unit));
+}
+
+std::unique_ptr<const UnitConverter> find_converter(const DatabaseUnit& from, const DatabaseUnit& to) {
+  if (!from.commensurable(to)) return nullptr;
+  cv_converter* converter =
+      ut_get_converter(static_cast<const Unit&>(from).unit.get(), static_cast<const Unit&>(to).unit.get());
+  if (converter == nullptr) return nullptr;
+  return std::make_unique<Converter>(converter);
+}
+
+}  // namespace units2::core::detail
