@@ -29,7 +29,7 @@ namespace data2::core {
 /// A real array by columns and its unit. The empty unit means that none was given.
 class KINEMO_PLATFORM_API ValueData {
  public:
-  ValueData();
+  ValueData();  ///< an empty array
   ValueData(double value, const units2::core::ExprString& unit = {});
   /// @throws "kinemo:data:core" "ShapeMismatch" when the product of the dimensions isn't the count of the elements
   ValueData(std::vector<std::size_t> dimensions, std::vector<double> elements,
@@ -40,6 +40,7 @@ class KINEMO_PLATFORM_API ValueData {
   bool isScalar() const { return elements().size() == 1; }
   const units2::core::ExprString& unit() const { return unit_; }
 
+  /// Same shape, unit and numbers; not-a-number equals itself.
   friend KINEMO_PLATFORM_API bool operator==(const ValueData& a, const ValueData& b);
 
  private:
@@ -121,7 +122,8 @@ class KINEMO_PLATFORM_API CvArrayValueConverter {
 };
 
 /// Parses the expression subset: numbers, names, matrices, the usual operators, calls of functions of numbers, `a.b`.
-/// Texts, cells, function handles and indexing ranges aren't in it. Equal texts share one tree.
+/// Texts, cells, function handles and ranges aren't in it. Equal texts share one tree. Around the whole, the form
+/// `kinemo.Value(expression, 'unit')` binds a unit; it is what `out` writes for a bound expression.
 class KINEMO_PLATFORM_API CorvaneParser {
  public:
   boost::optional<core::Expr> operator()(const std::string& text) const;
