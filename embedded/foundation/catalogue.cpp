@@ -64,7 +64,8 @@ Catalogue::Catalogue() : folder_(find_catalogue_folder(kDefaultLanguage)) {
 }
 
 const char* Catalogue::find(const std::string& key) const {
-  return texts_ ? texts_->find(key) : nullptr;
+  // The empty key is that of the file's head.
+  return texts_ && !key.empty() ? texts_->find(key) : nullptr;
 }
 
 std::vector<CatalogueEntry> Catalogue::entries() const {

@@ -12,13 +12,6 @@ namespace {
 
 namespace conv = boost::locale::conv;
 
-// Empty for UTF-8.
-std::string local_charset() {
-  const std::string name = lower(nl_langinfo(CODESET));
-  if (name == "utf-8" || name == "utf8" || name == "ansi_x3.4-1968" || name == "us-ascii" || name == "646") return {};
-  return name;
-}
-
 std::string one_by_one(const std::string& text, const std::string& charset) {
   std::string result;
   for (const char byte : text) {
@@ -33,9 +26,13 @@ std::string one_by_one(const std::string& text, const std::string& charset) {
 
 }  // namespace
 
-std::string local_to_utf8(const std::string& text) {
-  const std::string charset = local_charset();
-  if (charset.empty()) return text;
+std::string local_charset() {
+  const std::string name = lower(nl_langinfo(CODESET));
+  if (name == "utf-8" || name == "utf8" || name == "ansi_x3.4-1968" || name == "us-ascii" || name == "646") return {};
+  return name;
+}
+
+std::string to_utf8_from(const std::string& text, const std::string& charset) {
   try {
     return conv::to_utf<char>(text, charset, conv::stop);
   } catch (const conv::conversion_error&) {
@@ -45,9 +42,7 @@ std::string local_to_utf8(const std::string& text) {
   }
 }
 
-std::string utf8_to_local(const std::string& text) {
-  const std::string charset = local_charset();
-  if (charset.empty()) return text;
+std::string from_utf8_to(const std::string& text, const std::string& charset) {
   try {
     return conv::from_utf<char>(text, charset, conv::stop);
   } catch (const conv::invalid_charset_error&) {

@@ -7,10 +7,13 @@
 
 namespace kmf::embedded {
 
-/// Bytes that mean nothing in the local encoding become U+FFFD.
-std::string local_to_utf8(const std::string& text);
+/// The name of the local encoding; empty for UTF-8.
+std::string local_charset();
 
-/// Characters that the local encoding lacks become "?".
-std::string utf8_to_local(const std::string& text);
+/// Bytes that mean nothing in the encoding become U+FFFD. In an encoding that the system doesn't know, text stays.
+std::string to_utf8_from(const std::string& text, const std::string& charset);
+
+/// Characters that the encoding lacks become "?".
+std::string from_utf8_to(const std::string& text, const std::string& charset);
 
 }  // namespace kmf::embedded

@@ -61,11 +61,14 @@ std::string ustring_to_utf8_string(const ustring& text) {
 }
 
 ustring local_encoded_string_to_ustring(const std::string& text) {
-  return utf8_string_to_ustring(embedded::local_to_utf8(text));
+  const std::string charset = embedded::local_charset();
+  return utf8_string_to_ustring(charset.empty() ? text : embedded::to_utf8_from(text, charset));
 }
 
 std::string ustring_to_local_encoded_string(const ustring& text) {
-  return embedded::utf8_to_local(ustring_to_utf8_string(text));
+  const std::string charset = embedded::local_charset();
+  const std::string utf8 = ustring_to_utf8_string(text);
+  return charset.empty() ? utf8 : embedded::from_utf8_to(utf8, charset);
 }
 
 ustring get_sanitized_ustring(const ustring& text, char16_t unwanted, char16_t replacement) {

@@ -77,7 +77,7 @@ const cvArray_tag* cvGetFieldByNumber(const cvArray_tag* array, std::size_t inde
   const StructPayload& payload = structure(array);
   check_index(index, count_of(*array));
   if (field < 0 || static_cast<std::size_t>(field) >= payload.fields.size()) {
-    throw_array_error("NoSuchField", std::to_string(field + 1), std::to_string(payload.fields.size()));
+    throw_array_error("NoSuchFieldNumber", std::to_string(field + 1), std::to_string(payload.fields.size()));
   }
   return payload.fields.places(static_cast<std::size_t>(field)).get(index);
 }
