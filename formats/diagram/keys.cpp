@@ -1,0 +1,42 @@
+#include "formats/diagram/keys.hpp"
+
+#include <array>
+
+namespace kinemo::formats::diagram {
+
+namespace {
+
+struct Keys {
+  std::string_view name;
+  std::vector<std::string> keys;
+};
+
+/// In the order of `ObjectKind`.
+const std::array<Keys, 10>& table() {
+  static const std::array<Keys, 10> rows{{
+      {"a model", {"kinemo", "name", "settings", "workspace", "dictionary", "blocks", "lines"}},
+      {"a part", {"kinemo", "name", "atomic", "opaque", "variant", "mask", "parameters", "ports", "blocks", "lines"}},
+      {"a variable", {"value", "unit", "runtime"}},
+      {"a block", {"type", "parameters", "at", "rotate"}},
+      {"a subsystem",
+       {"type", "atomic", "opaque", "variant", "mask", "parameters", "ports", "blocks", "lines", "at", "rotate"}},
+      {"a linked subsystem", {"type", "atomic", "mask", "parameters", "at", "rotate"}},
+      {"a variant", {"choices", "active"}},
+      {"a mask parameter", {"value", "unit", "prompt", "kind"}},
+      {"a set of ports", {"left", "right"}},
+      {"a line", {"name", "ports"}},
+  }};
+  return rows;
+}
+
+}  // namespace
+
+const std::vector<std::string>& keys_of(ObjectKind kind) {
+  return table()[static_cast<std::size_t>(kind)].keys;
+}
+
+std::string_view object_name(ObjectKind kind) {
+  return table()[static_cast<std::size_t>(kind)].name;
+}
+
+}  // namespace kinemo::formats::diagram
