@@ -1,0 +1,82 @@
+#pragma once
+
+// What a block kind of the physical domain is, as data. The tables of kinds (`electrical_kinds.cpp` and its neighbours)
+// are made of these; nothing here knows the host.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kinemo::physical {
+
+enum class Side { left, right };
+
+/// One port of a kind.
+struct Port {
+  std::string id;     ///< also the connector's identifier in the component
+  Side side;          ///< where the block shows it
+  std::string type;   ///< "electrical", "rotational", "translational" or "thermal"
+  std::string label;  ///< drawn beside the port
+};
+
+enum class ParameterForm {
+  expression,  ///< evaluated to numbers; has the partners NAME_unit and NAME_conf
+  text,        ///< taken as it stands
+  choice,      ///< one text of a list
+};
+
+/// One parameter of a kind.
+struct Parameter {
+  std::string name;    ///< also the parameter's identifier in the component; differs from every port's
+  std::string prompt;  ///< what the dialog shows
+  std::string value;   ///< the default, as a user would type it
+  std::string unit;    ///< of an expression: unit of the default, "1" for a pure number
+  ParameterForm form = ParameterForm::expression;
+  std::vector<std::string> choices = {};
+};
+
+/// Lets the value of a text parameter count the ports, where a kind has no fixed ones.
+struct PortRule {
+  std::string parameter;
+  std::size_t minimum = 0;
+  std::size_t maximum = 0;
+  std::size_t step = 1;  ///< counts are `minimum`, `minimum + step`, ...
+  Port (*port)(std::size_t position) = nullptr;
+};
+
+/// One kind of block. The order of the ports is that of the component's connectors.
+struct BlockKind {
+  std::string name;   ///< "resistor" becomes the prototype "physical/resistor" and the component type physical.resistor
+  std::string title;  ///< name of a new block
+  std::string text;   ///< one line for the dialog
+  std::vector<Port> ports = {};
+  std::vector<Parameter> parameters = {};
+  bool reference = false;  ///< fixes the potential of its network; tags the component with "Reference"
+  std::string icon = {};   ///< image file; none when empty
+  PortRule rule = {};      ///< ports by a parameter, instead of `ports`
+};
+
+inline Port left(const char* id, const char* type, const char* label = "") {
+  return {id, Side::left, type, label};
+}
+
+inline Port right(const char* id, const char* type, const char* label = "") {
+  return {id, Side::right, type, label};
+}
+
+/// An expression with its unit.
+inline Parameter number(const char* name, const char* prompt, const char* value, const char* unit) {
+  return {name, prompt, value, unit};
+}
+
+inline Parameter text(const char* name, const char* prompt, const char* value = "") {
+  return {name, prompt, value, "", ParameterForm::text};
+}
+
+/// The first choice is the default.
+inline Parameter choice(const char* name, const char* prompt, std::vector<std::string> choices) {
+  const std::string first = choices.front();
+  return {name, prompt, first, "", ParameterForm::choice, std::move(choices)};
+}
+
+}  // namespace kinemo::physical

@@ -1,0 +1,81 @@
+#include "domains/physical/kind_block.hpp"
+
+#include "common/gl/gti/export/common_block_params.hpp"
+#include "common/gl/gti/export/core_block_facade.hpp"
+#include "domains/physical/parameter_reader.hpp"
+
+namespace kinemo::physical {
+
+namespace {
+
+ustring path_of(double handle) {
+  const GTBlock* block = GTBlock::Handle2Block(handle);
+  return block ? block->getFullPath(false) : ustring();
+}
+
+gl::core::Parameter text_parameter(const ustring& text) {
+  return gl::core::Parameter(text, gl::core::ParameterType::text());
+}
+
+/// Refuses words beside the two that are known: a misspelt one would silently fix the parameter.
+void check_conf(const ParameterReader& reader, const kmf::VnId& conf) {
+  if (reader.has(conf)) reader.choice(conf, {"compiletime", "runtime"});
+}
+
+gl::core::Parameter read(const ParameterReader& reader, const PreparedParameter& parameter) {
+  switch (parameter.form) {
+    case ParameterForm::expression:
+      check_conf(reader, parameter.conf);
+      return reader.number(parameter.id, parameter.unit);
+    case ParameterForm::choice:
+      return text_parameter(reader.choice(parameter.id, parameter.choices));
+    case ParameterForm::text:
+      break;
+  }
+  return text_parameter(reader.text(parameter.id));
+}
+
+}  // namespace
+
+KindBlock::KindBlock(std::shared_ptr<const PreparedKind> kind) : kind_(std::move(kind)), look_(kind_->standardLook()) {}
+
+gl::gti::CoreBlockInfo* KindBlock::clone() const {
+  return new KindBlock(*this);
+}
+
+void KindBlock::registerParameters(gl::gti::CoreBlockFacade& block) {
+  gl::gti::CommonBlockParams* parameters = gl::gti::CommonBlockParams::get();
+  block.registerParameters(parameters);
+  parameters->setDefaultParameterValues(block);
+}
+
+const gl::gti::BlockDescriptor& KindBlock::descriptor() const {
+  return look_->descriptor;
+}
+
+void KindBlock::checkParameters(gl::gti::CoreBlockFacade& block) {
+  if (!kind_->hasPortRule()) return;
+  // Before its mask is generated a block has no parameters, and the nearest mask is that of a subsystem around it.
+  const GTBlock* host = GTBlock::Handle2Block(block.handle());
+  if (!host || MaskInterface::mask(host) != kind_->mask()) return;
+  const auto parameters = block.maskParams();
+  const auto count = parameters.find(kind_->kind().rule.parameter);
+  if (count != parameters.end()) look_ = kind_->look(count->second);
+}
+
+gl::core::Component KindBlock::component(gl::gti::CoreBlockFacade& block, const gl::gti::BlockData& data) {
+  gl::core::Component component = look_->component;
+  const ParameterReader reader(data, [handle = block.handle()] { return path_of(handle); });
+  for (const PreparedParameter& parameter : kind_->parameters())
+    component.addParameter(parameter.id, read(reader, parameter));
+  return component;
+}
+
+void KindBlock::applyRuntimeParameters(gl::gti::ParameterSetter setter, const gl::gti::ParameterRewrites& rewrites) {
+  for (const PreparedParameter& parameter : kind_->parameters()) {
+    const auto rewrite = rewrites.find(parameter.id);
+    if (rewrite != rewrites.end()) setter(parameter.id, rewrite->second);
+  }
+}
+
+}  // namespace kinemo::physical

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "domains/physical/block_kind.hpp"
+#include "platform/block_diagram/mask.hpp"
+
+#include <boost/shared_ptr.hpp>
+
+namespace kinemo::physical {
+
+/// The mask that all blocks of a kind share: the kind's parameters in order, and behind each expression its partners,
+/// the unit and whether it is fixed at compile time or stays tunable at run time.
+boost::shared_ptr<const GTMaskDefinition> make_mask_definition(const BlockKind& kind);
+
+}  // namespace kinemo::physical

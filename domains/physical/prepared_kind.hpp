@@ -1,0 +1,73 @@
+#pragma once
+
+// A block kind made ready for use: what all its blocks share, built once from the tables. The library owns the prepared
+// kinds, and blocks hold them by shared pointer, so that a million blocks have one mask and one descriptor.
+
+#include "common/gl/gti/export/block_descriptor.hpp"
+#include "domains/physical/block_kind.hpp"
+#include "platform/block_diagram/mask.hpp"
+#include "platform/foundation/vn_id.hpp"
+#include "platform/graph_core/graph.hpp"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kinemo::physical {
+
+extern const char domain_name[];
+
+/// What a block shows and what its component begins as: a leaf with all connectors and no parameters.
+struct Look {
+  gl::gti::BlockDescriptor descriptor;
+  gl::core::Component component;
+};
+
+/// A parameter with the identifiers of its partners.
+struct PreparedParameter {
+  kmf::VnId id;
+  ParameterForm form;
+  kmf::VnId unit;  ///< partner of an expression
+  kmf::VnId conf;  ///< partner of an expression
+  std::vector<std::string> choices;
+};
+
+class PreparedKind {
+ public:
+  explicit PreparedKind(BlockKind kind);
+  PreparedKind(const PreparedKind&) = delete;
+  PreparedKind& operator=(const PreparedKind&) = delete;
+
+  const BlockKind& kind() const { return kind_; }
+  /// Name of the prototype in the host's library; the blocks tell it as their generated mask's text.
+  const std::string& libraryName() const { return libraryName_; }
+  const std::vector<PreparedParameter>& parameters() const { return parameters_; }
+  const boost::shared_ptr<const GTMaskDefinition>& mask() const { return mask_; }
+
+  bool hasPortRule() const { return kind_.rule.port != nullptr; }
+  /// The look of a block without parameters of its own.
+  const std::shared_ptr<const Look>& standardLook() const { return standard_; }
+  /// The look that the port rule gives for the text of its parameter.
+  /// @throws "kinemo:physical:blocks" "InvalidTerminalCount" (parameter, text, minimum, maximum, step)
+  std::shared_ptr<const Look> look(const ustring& count) const;
+
+ private:
+  std::shared_ptr<const Look> makeLook(const std::vector<Port>& ports) const;
+  std::shared_ptr<const Look> countedLook(std::size_t count) const;
+
+  BlockKind kind_;
+  std::string libraryName_;
+  kmf::VnIdPath1 type_;
+  std::vector<PreparedParameter> parameters_;
+  boost::shared_ptr<const GTMaskDefinition> mask_;
+  std::shared_ptr<const Look> standard_;
+  mutable std::map<std::size_t, std::weak_ptr<const Look>> looks_;  ///< by count of ports, while a block has it
+};
+
+/// Type path of a port type, "physical.electrical" for "electrical".
+kmf::VnIdPath1 connector_type(const std::string& portType);
+
+}  // namespace kinemo::physical
