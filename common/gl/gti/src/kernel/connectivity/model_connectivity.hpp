@@ -56,7 +56,8 @@ class ModelConnectivity {
   const std::vector<BlockConnection>& connections(double blockHandle);
 
  private:
-  void addBlock(double handle, ustring name, std::vector<BlockConnection> records);
+  /// `root` is the model's name as paths begin with it.
+  void addBlock(const ustring& root, double handle, ustring name, std::vector<BlockConnection> records);
   void addNet(const std::vector<gtPort*>& ports, std::vector<ConnectionEnd>& ends);
   void addNamedBlock(double handle, const GTBlock* block);
   void resolveDestinations();
