@@ -5,11 +5,19 @@
 DADomainObj::~DADomainObj() = default;
 DADomainMgr::~DADomainMgr() = default;
 
-bool DADomainMgr::checkCanAddToGraph(const GTBlock*) const { return true; }
+bool DADomainMgr::checkCanAddToGraph(const GTBlock*) const {
+  return true;
+}
 void DADomainMgr::notifyPreEvalParamsStage(const std::string&) {}
-std::vector<std::string> DADomainMgr::getConnPortAnnotations(const GTBlock*) const { return {}; }
-std::string DADomainMgr::GetDomainMismatchPortType() const { return {}; }
-std::string DADomainMgr::GetBlockReplacementSpec(const std::string&) const { return {}; }
+std::vector<std::string> DADomainMgr::getConnPortAnnotations(const GTBlock*) const {
+  return {};
+}
+std::string DADomainMgr::GetDomainMismatchPortType() const {
+  return {};
+}
+std::string DADomainMgr::GetBlockReplacementSpec(const std::string&) const {
+  return {};
+}
 void DADomainMgr::ThrowUpdateError() const {}
 
 struct DomainMgrPrototypeRegistry::Data {
@@ -17,7 +25,9 @@ struct DomainMgrPrototypeRegistry::Data {
 };
 
 DomainMgrPrototypeRegistry::DomainMgrPrototypeRegistry() : data_(new Data) {}
-DomainMgrPrototypeRegistry::~DomainMgrPrototypeRegistry() { delete data_; }
+DomainMgrPrototypeRegistry::~DomainMgrPrototypeRegistry() {
+  delete data_;
+}
 
 DomainMgrPrototypeRegistry& DomainMgrPrototypeRegistry::get() {
   static DomainMgrPrototypeRegistry registry;

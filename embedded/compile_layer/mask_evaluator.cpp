@@ -1,0 +1,104 @@
+#include "embedded/compile_layer/mask_evaluator.hpp"
+
+#include "embedded/expression/parse.hpp"
+#include "embedded/expression/walk.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
+#include "platform/foundation/strings.hpp"
+
+#include <algorithm>
+
+namespace embedded::compile_layer {
+
+using block_diagram::SharedText;
+
+namespace {
+
+/// Values of masks outlive every call, also one that the runtime itself began.
+cvUniquePtr lasting(cvUniquePtr value) {
+  cvSetArrayScope(value.get(), 0);
+  return value;
+}
+
+cvUniquePtr share(const cvUniquePtr& value) {
+  return lasting(cvUniquePtr(cvCreateSharedCopy(value.get())));
+}
+
+}  // namespace
+
+MaskFrame::MaskFrame(block_diagram::Diagram& diagram)
+    : scope_({&diagram.workspace(), &scripting_runtime::base_workspace()}) {}
+
+MaskFrame::MaskFrame(const MaskFrame& outer, const GTMask& mask) : outer_(&outer), scope_(workspace_, outer.scope_) {
+  for (std::size_t i = 0; i < mask.size(); ++i) {
+    const std::string& name = mask.kind->parameters()[i].name;
+    if (mask.values[i]) {
+      workspace_.set(name, share(mask.values[i]));
+    } else {
+      failed_.insert(name);
+    }
+  }
+}
+
+bool MaskFrame::lacks(const std::string& name) const {
+  for (const MaskFrame* frame = this; frame; frame = frame->outer_) {
+    if (frame->failed_.count(name) != 0) return true;
+    if (frame->workspace_.has(name)) return false;
+  }
+  return false;
+}
+
+bool MaskEvaluator::evaluate(const GTBlock& block, GTMask& mask, const MaskFrame& frame) {
+  bool complete = true;
+  mask.values.clear();
+  mask.values.resize(mask.size());
+  for (std::size_t i = 0; i < mask.size(); ++i) {
+    try {
+      mask.values[i] = valueOf(mask, i, frame);
+    } catch (const kmf::Exception& error) {
+      report(block, mask, i, frame, error);
+      complete = false;
+    }
+  }
+  return complete;
+}
+
+cvUniquePtr MaskEvaluator::valueOf(const GTMask& mask, std::size_t parameter, const MaskFrame& frame) {
+  const GTPrmDesc::Type type = mask.kind->parameters()[parameter].type;
+  return type == GTPrmDesc::EDIT ? expression(mask.text(parameter), frame) : literal(mask.text(parameter), type);
+}
+
+cvUniquePtr MaskEvaluator::literal(const SharedText& text, GTPrmDesc::Type type) {
+  if (type == GTPrmDesc::BOOLEAN) return lasting(cvUniquePtr(cvCreateLogicalScalar(text.text() == u"on")));
+  cvUniquePtr& value = literals_[text.entry()];
+  if (!value) value = lasting(cvUniquePtr(cvCreateUString(text.text())));
+  return share(value);
+}
+
+cvUniquePtr MaskEvaluator::expression(const SharedText& text, const MaskFrame& frame) {
+  const auto known = constants_.find(text.entry());
+  if (known != constants_.end()) return share(known->second);
+  const std::string source = kmf::ustring_to_utf8_string(text.text());
+  const expression::ParseResult parsed = expression::parse_cached(source);
+  if (!parsed) expression::throw_parse_error(parsed.error);
+  cvUniquePtr value = lasting(scripting_runtime::evaluate(parsed.tree, frame.scope(), source));
+  if (expression::used_names(*parsed.tree, true).empty()) constants_.emplace(text.entry(), share(value));
+  return value;
+}
+
+void MaskEvaluator::report(const GTBlock& block, const GTMask& mask, std::size_t parameter, const MaskFrame& frame,
+                           const kmf::Exception& cause) {
+  const ustring& text = mask.text(parameter).text();
+  const expression::ParseResult parsed = expression::parse_cached(kmf::ustring_to_utf8_string(text));
+  if (parsed) {
+    const std::set<std::string> names = expression::used_names(*parsed.tree, true);
+    if (std::any_of(names.begin(), names.end(), [&](const std::string& name) { return frame.lacks(name); })) return;
+  }
+  const ustring path = block.getFullPath(false);
+  kmf::MessageException error(kmf::Message(
+      kmf::MessageId("kinemo:host:compile", "ParameterError", path, mask.kind->parameters()[parameter].name, text)));
+  error.addObject(path);
+  error.addCause(cause);
+  errors_->addCause(error);
+}
+
+}  // namespace embedded::compile_layer

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/block_diagram/mask_data.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace embedded::compile_layer {
+
+/// Where the blocks of a system find names: in the masks around them, then in the model's and the base workspace. One
+/// is made for each subsystem with a mask and serves everything inside it, up to the next mask.
+class MaskFrame {
+ public:
+  explicit MaskFrame(block_diagram::Diagram& diagram);
+  MaskFrame(const MaskFrame& outer, const GTMask& mask);
+  MaskFrame(const MaskFrame&) = delete;
+  MaskFrame& operator=(const MaskFrame&) = delete;
+
+  const scripting_runtime::Scope& scope() const { return scope_; }
+  /// Whether the name would come from a mask parameter whose own evaluation failed.
+  bool lacks(const std::string& name) const;
+
+ private:
+  const MaskFrame* outer_ = nullptr;
+  scripting_runtime::Workspace workspace_;
+  scripting_runtime::Scope scope_;
+  std::set<std::string> failed_;
+};
+
+/// Evaluates masks of blocks, one compile long. Texts without names are evaluated once and their values shared.
+class MaskEvaluator {
+ public:
+  /// Failures become causes of `errors`, one for each parameter. What only follows from another failure isn't told.
+  explicit MaskEvaluator(kmf::AttributedException& errors) : errors_(&errors) {}
+
+  /// Gives the block's mask its values. False when one of them failed.
+  bool evaluate(const GTBlock& block, GTMask& mask, const MaskFrame& frame);
+
+ private:
+  cvUniquePtr valueOf(const GTMask& mask, std::size_t parameter, const MaskFrame& frame);
+  cvUniquePtr literal(const block_diagram::SharedText& text, GTPrmDesc::Type type);
+  cvUniquePtr expression(const block_diagram::SharedText& text, const MaskFrame& frame);
+  void report(const GTBlock& block, const GTMask& mask, std::size_t parameter, const MaskFrame& frame,
+              const kmf::Exception& cause);
+
+  using Values = std::unordered_map<const block_diagram::SharedText::Entry*, cvUniquePtr>;
+
+  kmf::AttributedException* errors_;
+  Values constants_;
+  Values literals_;
+};
+
+}  // namespace embedded::compile_layer
