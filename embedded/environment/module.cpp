@@ -42,6 +42,8 @@ Module::Module(const std::string& file, GtBlockContext* context)
   }
 }
 
-Module::~Module() { description_->unload(); }
+Module::~Module() {
+  description_->unload();
+}
 
 }  // namespace embedded
