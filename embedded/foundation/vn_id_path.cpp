@@ -28,8 +28,11 @@ VnIdPathBase::operator std::string() const {
 VnIdPath::VnIdPath(const char* text) : VnIdPathBase(std::string_view(text)) {}
 
 VnIdPath::VnIdPath(const TableString& id) {
-  // Any interned text may come in; only an identifier is one element.
-  if (!id.empty()) ids_.emplace_back(std::string(id.view()));
+  if (id.empty()) return;
+  // Any interned text may come in. A legal one is taken over as it stands, without another look-up in the table.
+  if (!VnId::isLegal(id.view())) throw_message("kinemo:foundation:identifiers", "InvalidIdentifier", std::string(id));
+  ids_.emplace_back();
+  static_cast<TableString&>(ids_.back()) = id;
 }
 
 void VnIdPath::chop(iterator from) {

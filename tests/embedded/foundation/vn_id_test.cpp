@@ -144,6 +144,9 @@ TEST(VnIdPath, ChopsAndHashesByItsElements) {
   EXPECT_NE(hash_value(path), hash_value(VnIdPath("b.a")));
   EXPECT_LT(VnIdPath("a"), path);
   EXPECT_TRUE(VnIdPath(kmf::TableString("")).empty());
+  EXPECT_EQ(VnIdPath(kmf::TableString("a")), VnIdPath("a"));
+  EXPECT_EQ(error_of([] { VnIdPath bad(kmf::TableString("a.b")); }),
+            "kinemo:foundation:identifiers:InvalidIdentifier(a.b)");
 }
 
 TEST(VnIdPathIterator, WalksPathsIdentifiersAndText) {
