@@ -1,0 +1,159 @@
+#include "views/net_names.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/block_ports.hpp"
+
+#include <map>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace kinemo::views {
+
+namespace host = embedded::block_diagram;
+
+namespace {
+
+using PortsById = std::unordered_map<std::string, gtPort*>;
+
+const GTBlock* block_of(const FlatComponent& component, const host::Diagram& diagram) {
+  return diagram.findBlock(kmf::utf8_string_to_ustring(component.block));
+}
+
+/// The ports of a block by the identifiers that its component's connectors have.
+PortsById ports_by_id(const GTBlock& block) {
+  PortsById ports;
+  for (gtPort* port : host::ports(block)) {
+    const std::string name = port_name(*port);
+    ports.emplace(name, port);
+    ports.emplace(kmf::VnId::make(name), port);
+  }
+  return ports;
+}
+
+/// The host's ports of each component, by connector; null where there is none.
+std::vector<std::vector<gtPort*>> host_ports(const FlatNetwork& network, const host::Diagram& diagram) {
+  std::vector<std::vector<gtPort*>> all(network.components.size());
+  for (std::size_t c = 0; c < all.size(); ++c) {
+    const FlatComponent& component = network.components[c];
+    const GTBlock* block = block_of(component, diagram);
+    const PortsById ports = block != nullptr ? ports_by_id(*block) : PortsById();
+    for (const kmf::VnId& connector : component.component->connectorOrder()) {
+      const auto found = ports.find(connector);
+      all[c].push_back(found != ports.end() ? found->second : nullptr);
+    }
+  }
+  return all;
+}
+
+/// How good a name is: few levels down, then first in the order of texts.
+using Rank = std::tuple<std::size_t, std::string>;
+
+/// Goes through all systems that a net reaches, each of the host's nets once, and keeps the best name on the way.
+class NameSearch {
+ public:
+  std::string run(gtPort* start) {
+    enter(start);
+    while (!pending_.empty()) {
+      gtPort* port = pending_.back();
+      pending_.pop_back();
+      visit(*port);
+    }
+    return std::get<1>(best_);
+  }
+
+ private:
+  void enter(gtPort* port) {
+    if (port != nullptr && seen_.insert(&host::netOf(*port)).second) pending_.push_back(port);
+  }
+
+  void visit(const gtPort& start) {
+    for (const gtPort* port : host::netOf(start)) {
+      for (const host::Line* line : host::linesAt(*port)) offer(*line, *port);
+      enter(across(*port));
+    }
+  }
+
+  /// The same point one level up or down; null for a port of a leaf.
+  static gtPort* across(const gtPort& port) {
+    const GTBlock& block = *port.getGrOwnerBlock();
+    if (host::isIoPort(block)) return host::outerPort(block);
+    if (!host::isSubsystem(block) || host::isOpaque(block)) return nullptr;
+    const GTBlock* inner = host::ioPortOf(port);
+    return inner != nullptr ? host::ports(*inner).front() : nullptr;
+  }
+
+  void offer(const host::Line& line, const gtPort& port) {
+    if (line.name.empty()) return;
+    const host::System& system = host::parentSystem(*port.getGrOwnerBlock());
+    std::size_t depth = 0;
+    for (const GTBlock* owner = system.owner(); owner != nullptr; owner = host::parentSystem(*owner).owner()) ++depth;
+    if (!std::get<1>(best_).empty() && depth > std::get<0>(best_)) return;
+    std::string name = system.owner() != nullptr ? relative_path(*system.owner()) + "/" : std::string();
+    name += kmf::ustring_to_utf8_string(line.name);
+    const Rank rank{depth, std::move(name)};
+    if (std::get<1>(best_).empty() || rank < best_) best_ = rank;
+  }
+
+  std::vector<gtPort*> pending_;
+  std::unordered_set<const std::vector<gtPort*>*> seen_;
+  Rank best_{0, {}};
+};
+
+std::string line_name(const std::vector<FlatPin>& net, const std::vector<std::vector<gtPort*>>& ports) {
+  for (const FlatPin& pin : net) {
+    if (gtPort* port = ports[pin.component][pin.connector]) return NameSearch().run(port);
+  }
+  return {};
+}
+
+/// Puts a number behind names that are taken; the first net with a name keeps it.
+void make_unique(std::vector<std::string>& names) {
+  std::unordered_set<std::string> taken(names.begin(), names.end());
+  std::unordered_set<std::string> used;
+  std::unordered_map<std::string, std::size_t> next;
+  for (std::string& name : names) {
+    if (used.insert(name).second) continue;
+    const std::string base = name;
+    std::size_t& number = next.try_emplace(base, 2).first->second;
+    do {
+      name = base + "_" + std::to_string(number++);
+    } while (!taken.insert(name).second);
+    used.insert(name);
+  }
+}
+
+}  // namespace
+
+std::vector<std::vector<std::string>> port_names(const FlatNetwork& network, const host::Diagram& diagram) {
+  const std::vector<std::vector<gtPort*>> ports = host_ports(network, diagram);
+  std::vector<std::vector<std::string>> names(ports.size());
+  for (std::size_t c = 0; c < ports.size(); ++c) {
+    for (std::size_t k = 0; k < ports[c].size(); ++k) {
+      const std::string name = ports[c][k] != nullptr ? port_name(*ports[c][k]) : std::string();
+      names[c].push_back(name.empty() ? std::string(network.connector_id({c, k})) : name);
+    }
+  }
+  return names;
+}
+
+std::vector<std::string> name_nets(const FlatNetwork& network, const host::Diagram& diagram) {
+  const std::vector<std::vector<gtPort*>> ports = host_ports(network, diagram);
+  std::vector<std::string> names;
+  names.reserve(network.nets.size());
+  for (const std::vector<FlatPin>& net : network.nets) {
+    std::string name = line_name(net, ports);
+    if (name.empty()) {
+      const FlatPin& first = net.front();
+      const gtPort* port = ports[first.component][first.connector];
+      name = network.components[first.component].block + ".";
+      name += port != nullptr ? port_name(*port) : std::string(network.connector_id(first));
+    }
+    names.push_back(std::move(name));
+  }
+  make_unique(names);
+  return names;
+}
+
+}  // namespace kinemo::views
