@@ -193,10 +193,7 @@ bool CardCursor::continues_at(std::size_t end, std::size_t& next) const {
 
 std::string_view CardCursor::next_value(bool joined) {
   const std::string& text = m_card->text();
-  std::size_t begin = m_at;
-  while (begin < text.size() && is_blank(text[begin])) {
-    ++begin;
-  }
+  const std::size_t begin = skip_closing(m_at);
   std::size_t end = value_end(begin);
   for (std::size_t next = end; joined && continues_at(end, next);) {
     end = std::max(next + 1, value_end(next));
@@ -206,8 +203,16 @@ std::string_view CardCursor::next_value(bool joined) {
 }
 
 std::string_view CardCursor::rest() const {
-  const std::size_t begin = std::min(m_at, m_card->text().size());
-  return trimmed(std::string_view(m_card->text()).substr(begin));
+  return trimmed(std::string_view(m_card->text()).substr(skip_closing(m_at)));
+}
+
+/// Blanks, and what closed a list that ended here.
+std::size_t CardCursor::skip_closing(std::size_t at) const {
+  const std::string& text = m_card->text();
+  while (at < text.size() && (is_blank(text[at]) || text[at] == ',' || text[at] == ')')) {
+    ++at;
+  }
+  return std::min(at, text.size());
 }
 
 }  // namespace kinemo::formats::spice

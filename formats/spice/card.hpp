@@ -75,6 +75,7 @@ class CardCursor {
 
  private:
   std::size_t skip_separators(std::size_t at) const;
+  std::size_t skip_closing(std::size_t at) const;
   std::size_t word_end(std::size_t begin) const;
   std::size_t value_end(std::size_t begin) const;
   bool continues_at(std::size_t end, std::size_t& next) const;

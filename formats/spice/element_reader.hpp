@@ -1,0 +1,54 @@
+// Reads the cards of elements and calls of one definition. The models and definitions of the whole netlist are known
+// by then.
+#pragma once
+
+#include "formats/spice/expression_reader.hpp"
+#include "formats/spice/netlist.hpp"
+#include "formats/spice/reporter.hpp"
+
+namespace kinemo::formats::spice {
+
+class ElementReader {
+ public:
+  /// Adds to the `definition`, which is one of the netlist's.
+  ElementReader(Netlist& netlist, Definition& definition, Reporter& reporter);
+
+  void read(const Card& card, std::int32_t branch);
+
+ private:
+  void read_element(const Card& card, CardCursor& cursor, Element& element);
+  void read_call(const Card& card, CardCursor& cursor, std::int32_t branch);
+  void read_call_parameters(const Card& card, CardCursor& cursor, Call& call);
+  void resolve(Call& call, const Place& target);
+
+  bool read_nodes(CardCursor& cursor, Element& element, std::size_t count);
+  bool read_nodes_to_model(CardCursor& cursor, Element& element);
+  bool read_model(CardCursor& cursor, Element& element);
+  void report_node_count(const Element& element, std::size_t found);
+  void report_unknown_model(const Element& element, std::string_view name, const Place& place);
+
+  void read_passive(CardCursor& cursor, Element& element);
+  void read_passive_word(CardCursor& cursor, Element& element, std::string& text);
+  void read_source(CardCursor& cursor, Element& element);
+  void read_behavioral(CardCursor& cursor, Element& element);
+  void read_modelled(CardCursor& cursor, Element& element);
+  void read_controlled(CardCursor& cursor, Element& element);
+  void read_controlled_expression(CardCursor& cursor, Element& element);
+  void read_by_source(CardCursor& cursor, Element& element);
+  void read_by_switch(CardCursor& cursor, Element& element);
+  void read_coupling(CardCursor& cursor, Element& element);
+  void read_gain(CardCursor& cursor, Element& element);
+  /// The number of dimensions of a POLY form, 0 after a mistake.
+  std::size_t read_dimensions(CardCursor& cursor, const Element& element);
+  void read_value(CardCursor& cursor, Element& element);
+  void add_text(Element& element, std::string_view text, bool all_names = false);
+
+  const std::string& name(const Element& element) const { return m_netlist.names.text(element.name); }
+
+  Netlist& m_netlist;
+  Definition& m_definition;
+  Reporter& m_reporter;
+  ExpressionReader m_expressions;
+};
+
+}  // namespace kinemo::formats::spice

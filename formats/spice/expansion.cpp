@@ -1,0 +1,174 @@
+#include "formats/spice/expansion.hpp"
+
+#include <tuple>
+
+namespace kinemo::formats::spice {
+
+namespace {
+
+ValueLookup lookup_in(const ParameterScopes& scopes) {
+  return [&scopes](const std::string& name) { return scopes.value(name); };
+}
+
+class Expander {
+ public:
+  Expander(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporter)
+      : m_netlist(netlist), m_visitor(visitor), m_reporter(reporter) {}
+
+  void run() {
+    begin(m_netlist.top(), nullptr);
+    while (!m_path.empty()) {
+      Instance& instance = m_path.back();
+      if (instance.next_call == instance.definition->calls.size()) {
+        m_visitor.end(instance);
+        leave();
+        continue;
+      }
+      const Call& call = instance.definition->calls[instance.next_call++];
+      if (is_active(instance, call.branch) && call.definition >= 0) {
+        begin(m_netlist.definitions[static_cast<std::size_t>(call.definition)], &call);
+      }
+    }
+  }
+
+ private:
+  static bool is_active(const Instance& instance, std::int32_t branch) {
+    return branch < 0 || instance.branches[static_cast<std::size_t>(branch)] != 0;
+  }
+
+  void leave() {
+    m_path.pop_back();
+    m_scopes.close();
+  }
+
+  void begin(const Definition& definition, const Call* call) {
+    std::map<std::string, std::optional<double>> given;
+    if (call != nullptr) {
+      for (const Parameter& parameter : call->parameters) {
+        given[parameter.name] = value_of(parameter.value, parameter.place);
+      }
+    }
+    m_scopes.open();
+    for (const Parameter& parameter : definition.parameters) {
+      const auto override_value = given.find(parameter.name);
+      m_scopes.define(parameter.name, override_value != given.end() ? override_value->second
+                                                                    : value_of(parameter.value, parameter.place));
+    }
+    m_path.push_back({&definition, call, {}, 0});
+    decide_branches(m_path.back());
+    check_twins(m_path.back());
+    if (!m_visitor.begin(m_path.back(), m_scopes)) {
+      leave();
+      return;
+    }
+    for (const Element& element : definition.elements) {
+      if (is_active(m_path.back(), element.branch)) {
+        m_visitor.element(element, m_scopes);
+      }
+    }
+  }
+
+  std::optional<double> value_of(const SharedExpression& expression, const Place& place) {
+    if (expression == nullptr) {
+      return std::nullopt;
+    }
+    ExpressionError error;
+    const auto value = evaluate(*expression, lookup_in(m_scopes), error);
+    if (!value) {
+      report(place, error);
+    }
+    return value;
+  }
+
+  /// A place is reported once, in however many instances it is.
+  void report(const Place& place, const ExpressionError& error) {
+    if (m_reported.insert({place.file, place.line, place.column}).second) {
+      m_reporter.mistake("spice:no_value", place, error.text);
+    }
+  }
+
+  void decide_branches(Instance& instance) {
+    const std::vector<Branch>& branches = instance.definition->branches;
+    instance.branches.assign(branches.size(), 0);
+    std::vector<char> settled(branches.size(), 0);  // it or a branch before it in its section is taken
+    for (std::size_t i = 0; i < branches.size(); ++i) {
+      const Branch& branch = branches[i];
+      const bool is_open = is_active(instance, branch.parent) &&
+                           (branch.previous < 0 || settled[static_cast<std::size_t>(branch.previous)] == 0);
+      instance.branches[i] =
+          is_open && (branch.condition == nullptr || value_of(branch.condition, branch.place).value_or(0) != 0) ? 1 : 0;
+      settled[i] = !is_open || instance.branches[i] != 0 ? 1 : 0;
+    }
+  }
+
+  /// Elements of one name in branches that exclude each other are fine; here all values are known.
+  void check_twins(const Instance& instance) {
+    if (instance.branches.empty()) {
+      return;
+    }
+    std::unordered_map<NameId, const Place*> seen;
+    const auto check = [&](NameId name, std::int32_t branch, const Place& place) {
+      if (!is_active(instance, branch)) {
+        return;
+      }
+      const auto [other, is_new] = seen.emplace(name, &place);
+      if (!is_new && m_reported.insert({place.file, place.line, place.column}).second) {
+        m_reporter
+            .mistake("spice:duplicate_element", place,
+                     "a second element '" + m_netlist.names.text(name) + "' under these conditions")
+            .notes.push_back({"the first one is here", source_place(*other->second)});
+      }
+    };
+    for (const Element& element : instance.definition->elements) {
+      check(element.name, element.branch, element.place);
+    }
+    for (const Call& call : instance.definition->calls) {
+      check(call.name, call.branch, call.place);
+    }
+  }
+
+  const Netlist& m_netlist;
+  ExpansionVisitor& m_visitor;
+  Reporter& m_reporter;
+  ParameterScopes m_scopes;
+  std::vector<Instance> m_path;
+  std::set<std::tuple<const TextFile*, std::uint32_t, std::uint32_t>> m_reported;
+};
+
+}  // namespace
+
+void expand(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporter) {
+  Expander(netlist, visitor, reporter).run();
+}
+
+std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes) {
+  std::string text;
+  for (const TextPiece& piece : pieces) {
+    if (piece.expression == nullptr) {
+      text += piece.literal;
+      continue;
+    }
+    ExpressionError error;
+    const ValueLookup values = lookup_in(scopes);
+    const auto value = evaluate(*piece.expression, values, error);
+    if (value) {
+      text += number_text(*value);
+    } else if (piece.expression->has_probes()) {
+      text += "{" + netlist_text(*piece.expression, values) + "}";
+    } else {
+      text += piece.literal;
+    }
+  }
+  return text;
+}
+
+bool check_value(const Expression& expression, const Place& place, const ParameterScopes& scopes, Reporter& reporter) {
+  ExpressionError error;
+  const bool has_value = evaluate(expression, lookup_in(scopes), error).has_value();
+  if (!has_value) {
+    reporter.mistake("spice:no_value", place, error.text);
+  }
+  return has_value;
+}
+
+}  // namespace kinemo::formats::spice

@@ -1,0 +1,44 @@
+// Walks through the expanded circuit, call by call, without building it: what visits it sees every element of every
+// instance with the values that parameters have there. The walk is no deeper on the stack for deeper netlists.
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "formats/spice/netlist.hpp"
+#include "formats/spice/parameter_scopes.hpp"
+#include "formats/spice/reporter.hpp"
+
+namespace kinemo::formats::spice {
+
+/// One instance while the walk is inside of it.
+struct Instance {
+  const Definition* definition = nullptr;
+  const Call* call = nullptr;  ///< null for the top level
+  std::vector<char> branches;  ///< whether each branch of the definition is taken
+  std::size_t next_call = 0;
+};
+
+class ExpansionVisitor {
+ public:
+  virtual ~ExpansionVisitor() = default;
+  /// The parameters of the instance have their values by now. False leaves its inside out.
+  virtual bool begin(const Instance& instance, const ParameterScopes& scopes) = 0;
+  /// An element of the innermost instance that has begun; all elements come before the first call.
+  virtual void element(const Element& element, const ParameterScopes& scopes) = 0;
+  virtual void end(const Instance& instance) = 0;
+};
+
+/// Walks through a netlist that has no errors. Values that can't be computed are reported, each place once.
+void expand(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporter);
+
+/// The text of a card with numbers in place of its expressions; what depends on the running circuit stays an
+/// expression.
+std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes);
+
+/// Whether the expression needs nothing that isn't there. Otherwise the mistake is reported.
+bool check_value(const Expression& expression, const Place& place, const ParameterScopes& scopes, Reporter& reporter);
+
+}  // namespace kinemo::formats::spice
