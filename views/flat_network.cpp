@@ -113,6 +113,8 @@ std::string FlatNetwork::connector_type(const FlatPin& pin) const {
   return views::connector_type(*components[pin.component].component, connector_id(pin));
 }
 
-FlatNetwork flatten(const gl::core::Model& model) { return Flattener().run(model.graph()); }
+FlatNetwork flatten(const gl::core::Model& model) {
+  return Flattener().run(model.graph());
+}
 
 }  // namespace kinemo::views

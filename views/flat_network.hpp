@@ -1,5 +1,5 @@
-// A compiled model without its levels: leaf components and the nets that join their connectors. It refers into the model
-// that it was made from, which must outlive it.
+// A compiled model without its levels: leaf components and the nets that join their connectors. It refers into the
+// model that it was made from, which must outlive it.
 #pragma once
 
 #include "platform/graph_core/graph.hpp"
@@ -22,7 +22,7 @@ struct FlatPin {
 };
 
 struct FlatNetwork {
-  std::vector<FlatComponent> components;  ///< by block path
+  std::vector<FlatComponent> components;   ///< by block path
   std::vector<std::vector<FlatPin>> nets;  ///< pins by block path, then by connector
 
   const kmf::VnId& connector_id(const FlatPin& pin) const;

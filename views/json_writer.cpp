@@ -101,6 +101,8 @@ void JsonWriter::write_text(std::string_view text) {
   out_ << '"';
 }
 
-void JsonWriter::finish() { out_ << '\n'; }
+void JsonWriter::finish() {
+  out_ << '\n';
+}
 
 }  // namespace kinemo::views

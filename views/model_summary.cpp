@@ -16,7 +16,9 @@ struct Level {
   std::map<kmf::VnId, gl::core::Component>::const_iterator next;
 };
 
-Level level_of(const gl::core::Graph& graph) { return {&graph, graph.components().begin()}; }
+Level level_of(const gl::core::Graph& graph) {
+  return {&graph, graph.components().begin()};
+}
 
 std::string counted(std::size_t number, const std::string& noun) {
   return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");

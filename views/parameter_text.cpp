@@ -87,7 +87,9 @@ std::string expression_text(const data2::core::Expr& expression) {
   return text.str();
 }
 
-std::string parameter_text(const ParameterVariant& value) { return boost::apply_visitor(TextOf(), value); }
+std::string parameter_text(const ParameterVariant& value) {
+  return boost::apply_visitor(TextOf(), value);
+}
 
 void write_value(JsonWriter& json, const data2::core::ValueData& value) {
   json.begin_object(true).key("value");
@@ -95,6 +97,8 @@ void write_value(JsonWriter& json, const data2::core::ValueData& value) {
   json.member("unit", value.unit().text()).end_object();
 }
 
-void write_parameter(JsonWriter& json, const ParameterVariant& value) { boost::apply_visitor(Write(json), value); }
+void write_parameter(JsonWriter& json, const ParameterVariant& value) {
+  boost::apply_visitor(Write(json), value);
+}
 
 }  // namespace kinemo::views
