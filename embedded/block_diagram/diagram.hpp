@@ -11,7 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace embedded::scripting_runtime {
@@ -38,6 +38,21 @@ struct Line {
   ustring name;
   SourcePlace place;
 };
+
+/// Blocks by their names, without a second copy of these.
+struct BlockNameHash {
+  using is_transparent = void;
+  std::size_t operator()(const GTBlock* block) const noexcept;
+  std::size_t operator()(const ustring& name) const noexcept;
+};
+struct BlockNameEqual {
+  using is_transparent = void;
+  bool operator()(const GTBlock* a, const GTBlock* b) const noexcept;
+  bool operator()(const ustring& name, const GTBlock* block) const noexcept;
+  bool operator()(const GTBlock* block, const ustring& name) const noexcept { return (*this)(name, block); }
+};
+
+struct SystemData;
 
 /// The contents of a diagram or of a subsystem block.
 class System {
@@ -79,8 +94,9 @@ class System {
   std::vector<GTBlock*> blocks_;
   std::vector<GTBlock*> subsystems_;
   std::vector<GTBlock*> ioPorts_;
-  std::unordered_map<std::u16string, GTBlock*> byName_;
+  std::unordered_set<GTBlock*, BlockNameHash, BlockNameEqual> byName_;
   std::vector<std::unique_ptr<Line>> lines_;
+  std::unique_ptr<SystemData> data_;
 };
 
 /// One open block diagram.
@@ -116,6 +132,7 @@ class Diagram {
  private:
   friend class System;
   friend struct DiagramAccess;
+  friend struct SystemAccess;
   explicit Diagram(const std::string& name);
   ~Diagram();
 

@@ -1,38 +1,54 @@
 #pragma once
 
-// The machine data of a diagram's network, made for one compile. It holds pointers into the diagram and no text.
+// The physical network of one diagram as the host tells it: the records behind the data access of
+// `platform/network_data`. A `MachineData` owns its records, holds no texts, and is good until the diagram is edited.
 
-#include "embedded/block_diagram/diagram.hpp"
+#include "platform/block_diagram/block.hpp"
 #include "platform/network_data/network_data.hpp"
 
 #include <memory>
 #include <string>
 #include <vector>
 
+namespace embedded::block_diagram {
+class Diagram;
+}
+
 namespace embedded::network_data {
 
-/// How a net of n ports is told: by n - 1 pairs that span it, or by all pairs. Both compile to equal graphs.
-enum class Listing { Spanning, AllPairs };
+/// How the members of a net are told of each other.
+enum class Listing {
+  Spanning,  ///< of n ports n-1 pairs, each from both ends
+  AllPairs   ///< every ordered pair: quadratic, to be compared with
+};
 
 class MachineData {
  public:
-  /// The network of one domain in the diagram, which must outlive the data.
-  MachineData(const block_diagram::Diagram& diagram, const std::string& domain, Listing listing = Listing::Spanning);
+  /// Opaque subsystems in a diagram without any block of a domain go to `fallbackDomains`.
+  explicit MachineData(const block_diagram::Diagram& diagram, Listing listing = Listing::Spanning,
+                       const std::vector<std::string>& fallbackDomains = {});
   ~MachineData();
-  MachineData(MachineData&&) noexcept;
-  MachineData& operator=(MachineData&&) noexcept;
+  MachineData(const MachineData&) = delete;
+  MachineData& operator=(const MachineData&) = delete;
 
-  const KMMachineData_tag* get() const { return data_.get(); }
+  /// Domains that have blocks in the diagram, ascending.
+  std::vector<std::string> domains() const;
+  /// Null where the domain has no block in the diagram.
+  const KMMachineData_tag* machine(const std::string& domain) const;
 
  private:
-  std::unique_ptr<KMMachineData_tag> data_;
+  std::vector<std::unique_ptr<KMMachineData_tag>> machines_;
 };
 
-/// The same network as lists of ports: groups of nets of ports, and all blocks of the network.
-struct PortLists {
-  std::vector<std::vector<std::vector<gtPort*>>> nets;
+/// The network by its ports: all members of each net of the flattened diagram, those of one port included, and all
+/// blocks of the network. Both in the order of the drawing, from the top down.
+struct PortNets {
+  std::vector<std::vector<gtPort*>> nets;
   std::vector<GTBlock*> blocks;
 };
-PortLists portLists(const block_diagram::Diagram& diagram, const std::string& domain);
+PortNets netsAsPorts(const block_diagram::Diagram& diagram);
+
+/// Domains of the blocks of a diagram that are part of its network, ascending.
+std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram);
 
 }  // namespace embedded::network_data

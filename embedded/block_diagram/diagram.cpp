@@ -1,0 +1,96 @@
+#include "embedded/block_diagram/diagram.hpp"
+
+#include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/events.hpp"
+#include "embedded/block_diagram/handles.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
+#include "embedded/block_diagram/paths.hpp"
+#include "embedded/block_diagram/system_data.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
+#include "platform/foundation/vn_id.hpp"
+
+#include <algorithm>
+
+GTBlockDiagram::GTBlockDiagram(embedded::block_diagram::Diagram& diagram)
+    : diagram_(&diagram), handle_(embedded::block_diagram::mintHandle(this)) {}
+GTBlockDiagram::~GTBlockDiagram() { embedded::block_diagram::releaseHandle(handle_); }
+
+namespace embedded::block_diagram {
+
+struct Diagram::Object {
+  GTBlockDiagram object;
+};
+
+struct DiagramAccess {
+  static Diagram* make(const std::string& name) { return new Diagram(name); }
+  static void end(Diagram* diagram) { delete diagram; }
+  static GTBlockDiagram& object(const Diagram& diagram) { return diagram.object_->object; }
+};
+
+namespace {
+
+/// In the order of opening. Never destroyed: whoever opens diagrams closes them.
+std::vector<Diagram*>& diagrams() {
+  static auto* const instance = new std::vector<Diagram*>;
+  return *instance;
+}
+
+}  // namespace
+
+GTBlockDiagram* diagramObject(const Diagram& diagram) { return &DiagramAccess::object(diagram); }
+
+Diagram& Diagram::create(const std::string& name) {
+  if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidModelName", name);
+  if (find(name)) kmf::throw_message("kinemo:host:diagram", "DiagramAlreadyOpen", name);
+  Diagram* diagram = DiagramAccess::make(name);
+  diagrams().push_back(diagram);
+  return *diagram;
+}
+
+Diagram* Diagram::find(const std::string& name) {
+  for (Diagram* diagram : diagrams()) {
+    if (diagram->name() == name) return diagram;
+  }
+  return nullptr;
+}
+
+std::vector<Diagram*> Diagram::open() { return diagrams(); }
+
+void Diagram::close(Diagram& diagram) {
+  raiseBlockDiagramEvent(diagram.object_->object);
+  auto& all = diagrams();
+  all.erase(std::remove(all.begin(), all.end(), &diagram), all.end());
+  DiagramAccess::end(&diagram);
+}
+
+Diagram::Diagram(const std::string& name)
+    : name_(name),
+      root_(SystemAccess::make(*this, nullptr, 0)),
+      parameters_{{"DataDictionary", u""}, {"InitializeInteractiveRuns", u"off"}},
+      workspace_(std::make_unique<scripting_runtime::Workspace>()),
+      object_(new Object{GTBlockDiagram(*this)}) {}
+
+Diagram::~Diagram() { SystemAccess::destroy(std::move(root_)); }
+
+double Diagram::handle() const { return object_->object.getHandle(); }
+
+void Diagram::setParameter(const std::string& name, const ustring& value) {
+  if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidSetting", name, name_);
+  parameters_[name] = value;
+}
+
+void Diagram::setVariable(const std::string& name, const ustring& expression, const std::string& unit, bool runtime) {
+  if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidVariable", name, name_);
+  const scripting_runtime::Scope scope({workspace_.get(), &scripting_runtime::base_workspace()});
+  cvUniquePtr value = scripting_runtime::evaluate(kmf::ustring_to_utf8_string(expression), scope);
+  if (!unit.empty() || runtime) value = parameterObject(std::move(value), unit, runtime);
+  workspace_->set(name, std::move(value));
+}
+
+GTBlock* Diagram::findBlock(const ustring& path) const { return findBelow(*root_, path); }
+
+}  // namespace embedded::block_diagram

@@ -1,0 +1,100 @@
+// "get_param" and "set_param": which objects are meant, and one answer for one of them.
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/host_functions.hpp"
+#include "embedded/block_diagram/paths.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+
+#include <cmath>
+#include <cstdio>
+
+namespace embedded::block_diagram {
+
+namespace {
+
+std::string handleText(double handle) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.17g", handle);
+  return text;
+}
+
+[[noreturn]] void throwNotAnObject(const cvArray_tag* array) {
+  kmf::throw_message("kinemo:host:parameters", "NotAnObject", cvGetClassName(array));
+}
+
+/// Calls `visit(object)` for each object that the array names; it is a vector of handles or a cell array of paths.
+template <class Visit>
+void forEachObject(const cvArray_tag* array, Visit visit) {
+  const std::size_t count = cvGetNumberOfElements(array);
+  if (!cvIsCell(array) && !cvIsNumeric(array)) throwNotAnObject(array);
+  for (std::size_t i = 0; i < count; ++i)
+    visit(i, cvIsCell(array) ? objectFrom(cvGetCell(array, i)) : objectFrom(cvGetElement(array, i)));
+}
+
+bool isOneObject(const cvArray_tag* array) {
+  return cvIsChar(array) || (cvIsNumeric(array) && cvGetNumberOfElements(array) == 1);
+}
+
+void setOne(GantrelObject& object, const std::string& name, const ustring& value) {
+  if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) {
+    diagram->diagram().setParameter(name, value);
+  } else {
+    auto& block = dynamic_cast<GTBlock&>(object);
+    setParameter(block, name, value);
+  }
+}
+
+}  // namespace
+
+GantrelObject& objectFrom(double handle) {
+  GantrelObject* object = Handle2GantrelObject(handle);
+  if (!object || object->getGantrelObjectType() == port_object_type)
+    kmf::throw_message("kinemo:host:parameters", "UnknownObject", handleText(handle));
+  return *object;
+}
+
+GantrelObject& objectFrom(const ustring& path) {
+  GantrelObject* object = findByPath(path);
+  if (!object) kmf::throw_message("kinemo:host:parameters", "UnknownObject", path);
+  return *object;
+}
+
+GantrelObject& objectFrom(const cvArray_tag* array) {
+  if (cvIsChar(array)) return objectFrom(kmf::cvarray_to_ustring(array));
+  if (!cvIsNumeric(array) || cvGetNumberOfElements(array) != 1) throwNotAnObject(array);
+  return objectFrom(cvGetScalar(array));
+}
+
+void getParam(int, Arguments outputs, int nIn, Arguments inputs) {
+  kmf::check_num_inputs(2, 2, nIn);
+  const std::string name = kmf::cvarray_to_string(inputs[1]);
+  if (isOneObject(inputs[0])) {
+    outputs[0] = parameterValue(objectFrom(inputs[0]), name).release();
+    return;
+  }
+  cvUniquePtr cells(cvCreateCellMatrix(cvGetNumberOfElements(inputs[0]), 1));
+  forEachObject(inputs[0], [&](std::size_t i, GantrelObject& object) {
+    cvSetCell(cells.get(), i, parameterValue(object, name).release());
+  });
+  outputs[0] = cells.release();
+}
+
+void setParam(int, Arguments, int nIn, Arguments inputs) {
+  kmf::check_num_inputs(3, 1 << 20, nIn);
+  if (nIn % 2 == 0) kmf::throw_message("kinemo:host:parameters", "NameWithoutValue");
+  const auto set = [&](GantrelObject& object) {
+    for (int i = 1; i + 1 < nIn; i += 2)
+      setOne(object, kmf::cvarray_to_string(inputs[i]), kmf::cvarray_to_ustring(inputs[i + 1]));
+    if (auto* block = dynamic_cast<GTBlock*>(&object)) refresh(*block);
+  };
+  if (isOneObject(inputs[0])) {
+    set(objectFrom(inputs[0]));
+  } else {
+    forEachObject(inputs[0], [&](std::size_t, GantrelObject& object) { set(object); });
+  }
+}
+
+}  // namespace embedded::block_diagram

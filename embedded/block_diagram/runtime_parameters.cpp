@@ -1,0 +1,91 @@
+// Run-time parameters of a model: variables of its workspace that are marked so.
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/host_functions.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+
+#include <algorithm>
+
+namespace embedded::block_diagram {
+
+namespace {
+
+Diagram& diagramFrom(const cvArray_tag* array) {
+  auto* object = dynamic_cast<GTBlockDiagram*>(&objectFrom(array));
+  if (!object) kmf::throw_message("kinemo:host:parameters", "NotADiagram", kmf::cvarray_to_ustring(array));
+  return object->diagram();
+}
+
+/// Real numbers, which a graph can hold.
+bool holdsNumbers(const cvArray_tag* value) {
+  return (cvIsNumeric(value) || cvIsLogical(value)) && !cvIsComplex(value) && !cvIsEmpty(value);
+}
+
+/// The value as it is without a unit, and as a "kinemo.Value" with one, so that the unit reaches the graph.
+cvUniquePtr valueWithUnit(cvUniquePtr value, const std::string& unit) {
+  if (unit.empty()) return value;
+  cvUniquePtr object(cvCreateObject("kinemo.Value"));
+  cvSetProperty(object.get(), 0, "value", value.release());
+  cvSetProperty(object.get(), 0, "unit", cvCreateString(unit));
+  return object;
+}
+
+struct Resolved {
+  std::vector<std::pair<std::string, cvUniquePtr>> map;
+  std::vector<ustring> nonValue;
+};
+
+Resolved resolve(const Diagram& diagram, const scripting_runtime::Workspace& workspace,
+                 const std::vector<std::string>& names) {
+  Resolved resolved;
+  for (const std::string& name : names) {
+    const cvArray_tag* variable = workspace.get(name);
+    if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram.name());
+    cvUniquePtr value = plainValue(variable);
+    if (holdsNumbers(value.get())) {
+      resolved.map.emplace_back(name, valueWithUnit(std::move(value), unitOf(variable)));
+    } else {
+      resolved.nonValue.push_back(kmf::utf8_string_to_ustring(name));
+    }
+  }
+  return resolved;
+}
+
+cvUniquePtr mapArray(std::vector<std::pair<std::string, cvUniquePtr>> map) {
+  cvUniquePtr array(cvCreateStructMatrix(map.size(), map.empty() ? 0 : 1, {"Name", "Value"}));
+  for (std::size_t i = 0; i < map.size(); ++i) {
+    cvSetField(array.get(), i, "Name", cvCreateString(map[i].first));
+    cvSetField(array.get(), i, "Value", map[i].second.release());
+  }
+  return array;
+}
+
+}  // namespace
+
+void runtimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
+  kmf::check_num_inputs(1, 1, nIn);
+  Diagram& diagram = diagramFrom(inputs[0]);
+  std::vector<ustring> marked;
+  for (const std::string& name : diagram.workspace().names()) {
+    if (isRuntime(diagram.workspace().get(name))) marked.push_back(kmf::utf8_string_to_ustring(name));
+  }
+  std::sort(marked.begin(), marked.end());
+  outputs[0] = kmf::string_vector_to_cvarray(marked, 1);
+}
+
+void resolveRuntimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
+  kmf::check_num_inputs(2, 2, nIn);
+  Diagram& diagram = diagramFrom(inputs[0]);
+  Resolved resolved = resolve(diagram, diagram.workspace(), kmf::cvarray_to_string_vector(inputs[1]));
+  cvUniquePtr structure(cvCreateStructMatrix(1, 1, {"Map", "NonValue"}));
+  cvSetField(structure.get(), 0, "Map", mapArray(std::move(resolved.map)).release());
+  cvSetField(structure.get(), 0, "NonValue", kmf::string_vector_to_cvarray(resolved.nonValue, 1));
+  outputs[0] = structure.release();
+}
+
+}  // namespace embedded::block_diagram
