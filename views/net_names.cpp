@@ -3,8 +3,8 @@
 #include "embedded/block_diagram/diagram.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
+#include "views/host_nets.hpp"
 
-#include <map>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
@@ -50,62 +50,38 @@ std::vector<std::vector<gtPort*>> host_ports(const FlatNetwork& network, const h
 /// How good a name is: few levels down, then first in the order of texts.
 using Rank = std::tuple<std::size_t, std::string>;
 
-/// Goes through all systems that a net reaches, each of the host's nets once, and keeps the best name on the way.
-class NameSearch {
+class BestName {
  public:
-  std::string run(gtPort* start) {
-    enter(start);
-    while (!pending_.empty()) {
-      gtPort* port = pending_.back();
-      pending_.pop_back();
-      visit(*port);
-    }
-    return std::get<1>(best_);
-  }
-
- private:
-  void enter(gtPort* port) {
-    if (port != nullptr && seen_.insert(&host::netOf(*port)).second) pending_.push_back(port);
-  }
-
-  void visit(const gtPort& start) {
-    for (const gtPort* port : host::netOf(start)) {
-      for (const host::Line* line : host::linesAt(*port)) offer(*line, *port);
-      enter(across(*port));
-    }
-  }
-
-  /// The same point one level up or down; null for a port of a leaf.
-  static gtPort* across(const gtPort& port) {
-    const GTBlock& block = *port.getGrOwnerBlock();
-    if (host::isIoPort(block)) return host::outerPort(block);
-    if (!host::isSubsystem(block) || host::isOpaque(block)) return nullptr;
-    const GTBlock* inner = host::ioPortOf(port);
-    return inner != nullptr ? host::ports(*inner).front() : nullptr;
-  }
-
   void offer(const host::Line& line, const gtPort& port) {
     if (line.name.empty()) return;
     const host::System& system = host::parentSystem(*port.getGrOwnerBlock());
     std::size_t depth = 0;
     for (const GTBlock* owner = system.owner(); owner != nullptr; owner = host::parentSystem(*owner).owner()) ++depth;
-    if (!std::get<1>(best_).empty() && depth > std::get<0>(best_)) return;
+    if (found_ && depth > std::get<0>(best_)) return;
     std::string name = system.owner() != nullptr ? relative_path(*system.owner()) + "/" : std::string();
     name += kmf::ustring_to_utf8_string(line.name);
     const Rank rank{depth, std::move(name)};
-    if (std::get<1>(best_).empty() || rank < best_) best_ = rank;
+    if (!found_ || rank < best_) best_ = rank;
+    found_ = true;
   }
 
-  std::vector<gtPort*> pending_;
-  std::unordered_set<const std::vector<gtPort*>*> seen_;
+  const std::string& name() const { return std::get<1>(best_); }
+
+ private:
+  bool found_ = false;
   Rank best_{0, {}};
 };
 
-std::string line_name(const std::vector<FlatPin>& net, const std::vector<std::vector<gtPort*>>& ports) {
+std::string line_name(HostNets& nets, const std::vector<FlatPin>& net, const std::vector<std::vector<gtPort*>>& ports) {
+  BestName best;
   for (const FlatPin& pin : net) {
-    if (gtPort* port = ports[pin.component][pin.connector]) return NameSearch().run(port);
+    gtPort* start = ports[pin.component][pin.connector];
+    if (start == nullptr) continue;
+    nets.follow(*start, [&](const gtPort& port) {
+      for (const host::Line* line : host::linesAt(port)) best.offer(*line, port);
+    });
   }
-  return {};
+  return best.name();
 }
 
 /// Puts a number behind names that are taken; the first net with a name keeps it.
@@ -140,10 +116,11 @@ std::vector<std::vector<std::string>> port_names(const FlatNetwork& network, con
 
 std::vector<std::string> name_nets(const FlatNetwork& network, const host::Diagram& diagram) {
   const std::vector<std::vector<gtPort*>> ports = host_ports(network, diagram);
+  HostNets nets;
   std::vector<std::string> names;
   names.reserve(network.nets.size());
   for (const std::vector<FlatPin>& net : network.nets) {
-    std::string name = line_name(net, ports);
+    std::string name = line_name(nets, net, ports);
     if (name.empty()) {
       const FlatPin& first = net.front();
       const gtPort* port = ports[first.component][first.connector];
