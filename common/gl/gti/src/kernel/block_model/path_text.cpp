@@ -33,7 +33,9 @@ std::u16string_view parent_text(std::u16string_view text) {
   }
 }
 
-std::u16string_view front_text(std::u16string_view text) { return text.substr(0, nextSeparator(text, 0)); }
+std::u16string_view front_text(std::u16string_view text) {
+  return text.substr(0, nextSeparator(text, 0));
+}
 
 std::u16string_view rest_text(std::u16string_view text) {
   const std::size_t at = nextSeparator(text, 0);

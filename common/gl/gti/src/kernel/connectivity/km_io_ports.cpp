@@ -27,9 +27,13 @@ KmIoPortInfo::KmIoPortInfo(KmIoPortCache& cache, double subsystem) {
   indexConnections(ioBlocks);
 }
 
-const IoPortEntry& KmIoPortInfo::port(double id) const { return kmf::map_at(entries_, id); }
+const IoPortEntry& KmIoPortInfo::port(double id) const {
+  return kmf::map_at(entries_, id);
+}
 
-double KmIoPortInfo::portId(double outerHandle) const { return kmf::map_at(ioBlockByOuterPort_, outerHandle); }
+double KmIoPortInfo::portId(double outerHandle) const {
+  return kmf::map_at(ioBlockByOuterPort_, outerHandle);
+}
 
 const std::set<double>& KmIoPortInfo::idsOf(double portHandle) const {
   static const std::set<double> none;
@@ -61,7 +65,8 @@ std::vector<KmIoPortInfo::SidePorts> KmIoPortInfo::readEntries(const std::vector
   return bySide;
 }
 
-/// Pairs the blocks of a side with the subsystem's ports of that side: by position, so that gaps in the orders close up.
+/// Pairs the blocks of a side with the subsystem's ports of that side: by position, so that gaps in the orders close
+/// up.
 std::map<PortLocation, double> KmIoPortInfo::placeEntries(double subsystem, std::vector<SidePorts> bySide) {
   const PortHandles outer = readPortHandles(subsystem);
   std::map<PortLocation, double> locations;
@@ -103,7 +108,9 @@ const KmIoPortInfo& KmIoPortCache::get(double subsystem) {
   return *records_.emplace(subsystem, made).first->second;
 }
 
-const KmIoPortInfo& KmIoPortCache::get(const BlockPath& subsystem) { return get(modelHandle(subsystem.string())); }
+const KmIoPortInfo& KmIoPortCache::get(const BlockPath& subsystem) {
+  return get(modelHandle(subsystem.string()));
+}
 
 namespace {
 

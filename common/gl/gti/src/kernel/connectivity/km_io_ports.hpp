@@ -26,8 +26,8 @@ class IoPortEntry {
  public:
   std::int64_t order() const { return order_; }  ///< sorts the ports of a side
   port_side::Value side() const { return side_; }
-  double handle() const { return handle_; }       ///< the subsystem's port that the block stands for
-  double block() const { return block_; }         ///< the block's own handle
+  double handle() const { return handle_; }        ///< the subsystem's port that the block stands for
+  double block() const { return block_; }          ///< the block's own handle
   const BlockPath& path() const { return path_; }  ///< its last component is the port's name
   /// Ports joined to the block's own port inside the subsystem.
   const std::set<double>& connectedPorts() const { return connectedPorts_; }
@@ -42,8 +42,8 @@ class IoPortEntry {
   std::set<double> connectedPorts_;
 };
 
-/// The I/O port blocks of one subsystem. Complete once constructed, and never changed after that. An id is the handle of
-/// an I/O port block.
+/// The I/O port blocks of one subsystem. Complete once constructed, and never changed after that. An id is the handle
+/// of an I/O port block.
 class KmIoPortInfo : private boost::noncopyable {
  public:
   /// Reads the subsystem, and through the cache the subsystems inside.

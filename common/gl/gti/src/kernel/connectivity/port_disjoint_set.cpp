@@ -17,7 +17,9 @@ void PortDisjointSet::unite(double a, double b) {
   }
 }
 
-double PortDisjointSet::find(double value) { return nodes_[root(kmf::boost_unordered_map_at(index_, value))].value; }
+double PortDisjointSet::find(double value) {
+  return nodes_[root(kmf::boost_unordered_map_at(index_, value))].value;
+}
 
 const double* PortDisjointSet::findIfKnown(double value) {
   const auto found = index_.find(value);

@@ -10,8 +10,8 @@ namespace gl::gti {
 /// Port handles of one subsystem, merged into nets.
 ///
 /// The algebra: a merge makes the smallest handle of both sides the representative of the whole. The minimum is
-/// commutative, associative and idempotent, and a handle on its own is its identity; so the representative doesn't depend
-/// on the order of merges, and paths to it may be shortened at any time.
+/// commutative, associative and idempotent, and a handle on its own is its identity; so the representative doesn't
+/// depend on the order of merges, and paths to it may be shortened at any time.
 class PortDisjointSet {
  public:
   /// Makes a net of the handle alone; nothing for a handle that is there.

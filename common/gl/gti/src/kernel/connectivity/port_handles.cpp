@@ -44,11 +44,15 @@ cvArray_tag* lasting(cvArray_tag* array) {
   return array;
 }
 
-cvArray_tag* lasting(const char* text) { return lasting(cvCreateString(text)); }
+cvArray_tag* lasting(const char* text) {
+  return lasting(cvCreateString(text));
+}
 
 }  // namespace
 
-PortHandles readPortHandles(double block) { return portHandlesOf(getParam(block, "PortHandles").get()); }
+PortHandles readPortHandles(double block) {
+  return portHandlesOf(getParam(block, "PortHandles").get());
+}
 
 PortHandleTable readPortHandles(const std::vector<double>& blocks) {
   const cvUniquePtr cells = getParamCells(blocks, "PortHandles");
@@ -58,7 +62,9 @@ PortHandleTable readPortHandles(const std::vector<double>& blocks) {
   return table;
 }
 
-double ownPort(const PortHandles& ioBlock) { return ioBlock[port_side::RIGHT].at(0); }
+double ownPort(const PortHandles& ioBlock) {
+  return ioBlock[port_side::RIGHT].at(0);
+}
 
 std::map<double, double> portOwners(const std::vector<double>& blocks) {
   const PortHandleTable table = readPortHandles(blocks);
@@ -94,10 +100,19 @@ std::vector<double> findSystem(double root, const std::string& blockType) {
   static cvArray_tag* const type = lasting("BlockType");
 
   kmf::CvCleaner cleaner;
-  cvArray_tag* inputs[13] = {cleaner.createScalarDouble(root), searchDepth, one,       variants,
-                             activeVariants,                   lookUnderMasks, all,    followLinks,
-                             followOn,                         lookUnderReadProtected, protectedOn,
-                             type,                             cleaner.createString(blockType)};
+  cvArray_tag* inputs[13] = {cleaner.createScalarDouble(root),
+                             searchDepth,
+                             one,
+                             variants,
+                             activeVariants,
+                             lookUnderMasks,
+                             all,
+                             followLinks,
+                             followOn,
+                             lookUnderReadProtected,
+                             protectedOn,
+                             type,
+                             cleaner.createString(blockType)};
   cvArray_tag* output = nullptr;
   kmf::call_internal_corvane(1, &output, 13, inputs, "find_system");
 

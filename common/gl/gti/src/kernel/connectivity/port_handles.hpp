@@ -30,8 +30,8 @@ double ownPort(const PortHandles& ioBlock);
 std::map<double, double> portOwners(const std::vector<double>& blocks);
 PortConnectivityTable readPortConnectivity(const std::vector<double>& blocks);
 
-/// Handles of the blocks of a type directly below `root`, whatever masks, links and protections lie between; of variants
-/// the active choice alone.
+/// Handles of the blocks of a type directly below `root`, whatever masks, links and protections lie between; of
+/// variants the active choice alone.
 std::vector<double> findSystem(double root, const std::string& blockType);
 
 /// The elements of a numeric array as doubles.

@@ -36,7 +36,9 @@ const std::string& connector_name(port_side::Value side) {
   return table.at(side);
 }
 
-std::ostream& operator<<(std::ostream& out, port_side::Value side) { return out << kmf::lower(names.at(side)); }
+std::ostream& operator<<(std::ostream& out, port_side::Value side) {
+  return out << kmf::lower(names.at(side));
+}
 
 std::istream& operator>>(std::istream& in, port_side::Value& side) {
   std::string word;

@@ -58,7 +58,9 @@ cvUniquePtr getParamCells(const std::vector<double>& handles, const std::string&
   return cells;
 }
 
-double getParamScalar(double handle, const std::string& name) { return cvGetScalar(getParam(handle, name).get()); }
+double getParamScalar(double handle, const std::string& name) {
+  return cvGetScalar(getParam(handle, name).get());
+}
 
 std::vector<std::string> getParamStrings(const std::vector<double>& handles, const std::string& name) {
   return kmf::cvarray_to_string_vector(getParamCells(handles, name).get());
@@ -68,13 +70,21 @@ std::vector<ustring> getParamUStrings(const std::vector<double>& handles, const 
   return kmf::cvarray_to_ustring_vector(getParamCells(handles, name).get());
 }
 
-std::string getParamString(double handle, const std::string& name) { return getParamStrings({handle}, name).at(0); }
+std::string getParamString(double handle, const std::string& name) {
+  return getParamStrings({handle}, name).at(0);
+}
 
-ustring getParamUString(double handle, const std::string& name) { return getParamUStrings({handle}, name).at(0); }
+ustring getParamUString(double handle, const std::string& name) {
+  return getParamUStrings({handle}, name).at(0);
+}
 
-double modelHandle(const ustring& name) { return handleOf(name); }
+double modelHandle(const ustring& name) {
+  return handleOf(name);
+}
 
-double modelHandle(const std::string& name) { return handleOf(name); }
+double modelHandle(const std::string& name) {
+  return handleOf(name);
+}
 
 std::vector<std::string> recursiveMaskNames(double blockHandle) {
   kmf::CvCleaner cleaner;

@@ -51,7 +51,9 @@ TranslationConfiguration& TranslationConfiguration::operator=(TranslationConfigu
 
 TranslationConfiguration::~TranslationConfiguration() = default;
 
-void swap(TranslationConfiguration& a, TranslationConfiguration& b) { a.data_.swap(b.data_); }
+void swap(TranslationConfiguration& a, TranslationConfiguration& b) {
+  a.data_.swap(b.data_);
+}
 
 void TranslationConfiguration::factory(BlockType::Value type, const BlockFactory& factory) {
   data().factories.at(type) = factory;
@@ -63,22 +65,34 @@ const BlockFactory& TranslationConfiguration::factory(BlockType::Value type) con
   return factory;
 }
 
-bool TranslationConfiguration::hasFactory(BlockType::Value type) const { return !data().factories.at(type).empty(); }
+bool TranslationConfiguration::hasFactory(BlockType::Value type) const {
+  return !data().factories.at(type).empty();
+}
 
-void TranslationConfiguration::addReserved(const kmf::VnId& id) { data().reserved.insert(id); }
+void TranslationConfiguration::addReserved(const kmf::VnId& id) {
+  data().reserved.insert(id);
+}
 
-const std::set<kmf::VnId>& TranslationConfiguration::reserved() const { return data().reserved; }
+const std::set<kmf::VnId>& TranslationConfiguration::reserved() const {
+  return data().reserved;
+}
 
-void TranslationConfiguration::addBlockParameter(const kmf::VnId& id) { data().blockParameters.insert(id); }
+void TranslationConfiguration::addBlockParameter(const kmf::VnId& id) {
+  data().blockParameters.insert(id);
+}
 
-const std::set<kmf::VnId>& TranslationConfiguration::blockParameters() const { return data().blockParameters; }
+const std::set<kmf::VnId>& TranslationConfiguration::blockParameters() const {
+  return data().blockParameters;
+}
 
 void TranslationConfiguration::addModelParameter(const kmf::VnId& id, const ParameterVariant& defaultValue,
                                                  const ModelParameterConversion& conversion) {
   data().modelParameters.insert_or_assign(id, std::make_pair(defaultValue, conversion));
 }
 
-const ModelParameterMap& TranslationConfiguration::modelParameters() const { return data().modelParameters; }
+const ModelParameterMap& TranslationConfiguration::modelParameters() const {
+  return data().modelParameters;
+}
 
 void TranslationConfiguration::connectorPrecedenceFcn(const ConnectorPrecedenceFcn& function) {
   data().connectorPrecedenceFcn = function;
@@ -97,7 +111,9 @@ const NonVirtualBoundaryFcn& TranslationConfiguration::nonVirtualBoundaryFcn() c
   return data().nonVirtualBoundaryFcn;
 }
 
-bool TranslationConfiguration::hasNonVirtualBoundaryFcn() const { return !data().nonVirtualBoundaryFcn.empty(); }
+bool TranslationConfiguration::hasNonVirtualBoundaryFcn() const {
+  return !data().nonVirtualBoundaryFcn.empty();
+}
 
 void TranslationConfiguration::propagateRuntimeParametersFcn(const PropagateRuntimeParametersFcn& function) {
   data().propagateRuntimeParametersFcn = function;

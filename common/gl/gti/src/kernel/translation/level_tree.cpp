@@ -1,0 +1,82 @@
+#include "common/gl/gti/src/kernel/translation/level_tree.hpp"
+
+#include "common/gl/gti/src/kernel/block_model/path_text.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace gl::gti {
+
+namespace {
+
+/// Path of the system around a block, and the block's name in it. A separator at the end names nothing and is dropped.
+std::pair<std::u16string_view, std::u16string_view> splitLast(std::u16string_view path) {
+  for (;;) {
+    const std::u16string_view parent = parent_text(path);
+    if (parent.empty()) return {parent, path};
+    const std::u16string_view name = path.substr(parent.size() + 1);
+    if (!name.empty()) return {parent, name};
+    path = parent;
+  }
+}
+
+}  // namespace
+
+LevelTree::LevelTree() {
+  levels_.emplace_back();
+  byPath_.emplace(std::u16string_view(), &levels_.front());
+}
+
+void LevelTree::add(const boost::shared_ptr<BlockEntryData>& entry, const ComponentEmbedding& embedding) {
+  const auto [parent, name] = splitLast(rest_text(entry->path()));
+  levelAt(parent).blocks.push_back({entry, embedding, name});
+  empty_ = false;
+}
+
+Level& LevelTree::levelAt(std::u16string_view path) {
+  std::vector<std::pair<std::u16string_view, std::u16string_view>> missing;  // path and name, the innermost first
+  auto found = byPath_.find(path);
+  for (; found == byPath_.end(); found = byPath_.find(path)) {
+    const auto [parent, name] = splitLast(path);
+    missing.emplace_back(path, name);
+    path = parent;
+  }
+  Level* level = found->second;
+  for (auto at = missing.rbegin(); at != missing.rend(); ++at) {
+    Level& inner = levels_.emplace_back();
+    inner.parent = level;
+    inner.name = at->second;
+    inner.path = at->first;
+    inner.depth = level->depth + 1;
+    level->children.push_back(&inner);
+    byPath_.emplace(inner.path, &inner);
+    level = &inner;
+  }
+  return *level;
+}
+
+std::vector<Level*> LevelTree::deepestFirst() {
+  // Breadth first with sorted children gives the levels by rising depth, and those of one depth by path.
+  std::vector<Level*> order{&levels_.front()};
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    std::vector<Level*>& children = order[i]->children;
+    std::sort(children.begin(), children.end(), [](const Level* a, const Level* b) { return a->name < b->name; });
+    order.insert(order.end(), children.begin(), children.end());
+  }
+  std::stable_sort(order.begin(), order.end(), [](const Level* a, const Level* b) { return a->depth > b->depth; });
+  return order;
+}
+
+void LevelTree::sortBlocks(Level& level) {
+  // A block without a name in the model is the model's own and comes last.
+  const auto before = [](const PendingBlock& a, const PendingBlock& b) {
+    return a.name.empty() != b.name.empty() ? b.name.empty() : a.name < b.name;
+  };
+  const auto same = [](const PendingBlock& a, const PendingBlock& b) { return a.name == b.name; };
+  std::vector<PendingBlock>& blocks = level.blocks;
+  std::stable_sort(blocks.begin(), blocks.end(), before);
+  blocks.erase(std::unique(blocks.begin(), blocks.end(), same), blocks.end());
+}
+
+}  // namespace gl::gti
