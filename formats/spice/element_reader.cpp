@@ -271,8 +271,11 @@ void ElementReader::read_source(CardCursor& cursor, Element& element) {
     depth += std::count(gap.begin(), gap.end(), '(') - std::count(gap.begin(), gap.end(), ')');
     const std::string_view word = cursor.next();
     done = at + word.size();
-    if (word == "dc" && depth == 0 && !cursor.at_end()) {
+    if (word == "dc" && depth == 0) {
       cursor.skip_equals();
+      if (cursor.at_end() || contains(source_words, cursor.peek())) {
+        continue;  // the waveform gives the value
+      }
       read_value(cursor, element);
       add_text(element, trimmed(std::string_view(text).substr(begin, at - begin)), true);
       return add_text(element, cursor.rest(), true);
@@ -382,7 +385,7 @@ void ElementReader::read_controlled_expression(CardCursor& cursor, Element& elem
   const std::string form(cursor.next());
   cursor.skip_equals();
   const std::size_t offset = cursor.offset();
-  const std::string_view text = cursor.next_value(true);
+  const std::string_view text = cursor.next_value(form != "table");
   const SharedExpression value = m_expressions.read(cursor.card(), offset, text);
   element.text.push_back({form == "table" ? "table " : form + "=", nullptr});
   element.text.push_back({std::string(text), value});

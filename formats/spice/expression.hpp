@@ -122,7 +122,7 @@ struct BuiltInFunction {
   std::uint32_t least_arguments;
   std::uint32_t most_arguments;
   double (*value)(const double* arguments, std::size_t count);
-  /// The host's expression with $1, $2, ... for the arguments.
+  /// The host's expression with $1, $2, ... for the arguments and $* for all of them.
   std::string_view host_form;
 };
 const BuiltInFunction* find_built_in_function(std::string_view name);

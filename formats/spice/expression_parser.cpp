@@ -124,7 +124,7 @@ class ExpressionParser {
       read_number(*number, length);
     } else if (is_name_start(c)) {
       read_name();
-    } else if (c == '(') {
+    } else if (c == '(' || c == '{') {
       wait(Waiting::parenthesis);
       ++m_at;
     } else if (c == '-' || c == '!') {
@@ -186,6 +186,7 @@ class ExpressionParser {
   void read_operator() {
     switch (m_text[m_at]) {
       case ')':
+      case '}':
         close();
         return;
       case ',':

@@ -144,10 +144,12 @@ class Printer {
     }
     std::string text;
     for (std::size_t at = 0; at < function->host_form.size(); ++at) {
-      const std::size_t argument = function->host_form[at] == '$'
-                                       ? first + static_cast<std::size_t>(function->host_form[++at] - '1')
-                                       : m_stack.size();
-      text += argument < m_stack.size() ? m_stack[argument].text : std::string(1, function->host_form[at]);
+      if (function->host_form[at] != '$') {
+        text += function->host_form[at];
+        continue;
+      }
+      const char argument = function->host_form[++at];
+      text += argument == '*' ? joined(first, ", ") : m_stack[first + static_cast<std::size_t>(argument - '1')].text;
     }
     const bool is_power = function->host_form.find('^') != std::string_view::npos;
     return {std::move(text), is_power ? power_level : atom_level};
