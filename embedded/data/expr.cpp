@@ -35,6 +35,13 @@ const ex::Node* unbound(const Expr& expression) {
   return node;
 }
 
+Expr without_unit(const Expr& expression) {
+  const ex::Node* inner = unbound(expression);
+  if (inner == nullptr || inner == expression.node()->tree.get()) return expression;
+  const ex::Tree tree(expression.node()->tree, inner);  // lives as long as the whole, which holds it
+  return Expr(std::make_shared<const ExprNode>(tree, units2::core::ExprString()));
+}
+
 Expr make_expr(const ex::Tree& tree) {
   const Binding binding = binding_of(*tree);
   units2::core::ExprString unit;

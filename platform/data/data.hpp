@@ -103,6 +103,8 @@ KINEMO_PLATFORM_API bool contains_dot_referencing(const Expr& expression);
 KINEMO_PLATFORM_API void out(std::ostream& stream, std::size_t indent, std::size_t width, const Expr& expression);
 /// The unit bound to the expression at its root; the empty unit when there is none.
 KINEMO_PLATFORM_API units2::core::ExprString bound_unit(const Expr& expression);
+/// The expression below all unit bindings at its root; itself when nothing is bound. For writers of other languages.
+KINEMO_PLATFORM_API Expr without_unit(const Expr& expression);
 
 }  // namespace data2::core
 

@@ -141,6 +141,9 @@ TEST(Expr, AUnitBelongsToTheExpressionItIsBoundTo) {
   EXPECT_EQ(used(metres), "k");
   EXPECT_FALSE(contains_dot_referencing(bound("2*k", "m")));
   EXPECT_TRUE(contains_dot_referencing(metres));
+  EXPECT_TRUE(without_unit(metres) == *read("2*k.x"));
+  EXPECT_EQ(written(without_unit(UnitBindExpr(metres, units2::core::parse("mm")))), "2*k.x");
+  EXPECT_TRUE(without_unit(*read("k")) == *read("k"));
   EXPECT_TRUE(Expr(UnitBindExpr(*read("k"), {})) == *read("k"));  // the empty unit binds nothing
 }
 
@@ -162,6 +165,7 @@ TEST(Expr, WithoutContentsItUsesNothingAndEqualsItself) {
   EXPECT_FALSE(Expr() == *read("x"));
   EXPECT_EQ(used(Expr()), "");
   EXPECT_EQ(written(Expr()), "");
+  EXPECT_TRUE(without_unit(Expr()) == Expr());
   EXPECT_EQ(bound_unit(UnitBindExpr(Expr(), units2::core::parse("m"))).text(), "");
 }
 
