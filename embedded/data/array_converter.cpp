@@ -1,3 +1,4 @@
+#include "embedded/units/context.hpp"
 #include "platform/data/data.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -58,7 +59,7 @@ core::Value CvArrayValueConverter::operator()(const cvArray_tag* array) const {
   if (!object.isComplete()) refuse(array);
   units2::core::ExprString unit;
   if (object.unit && cvIsChar(object.unit.get())) {
-    unit = units2::core::parse(kmf::ustring_to_utf8_string(cvGetCharacters(object.unit.get())));
+    unit = context_->parse(kmf::ustring_to_utf8_string(cvGetCharacters(object.unit.get())));
   }
   return numbers_of(object.value.get(), unit);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/units/units.hpp"
 
+#include "embedded/units/context.hpp"
 #include "embedded/units/unit_database.hpp"
 #include "platform/foundation/exception.hpp"
 
@@ -123,7 +124,9 @@ double convert(double value, const AbstractExpr& from, const AbstractExpr& to) {
 
 namespace unit_manager {
 
-struct Context {};
+units2::core::AbstractExpr Context::parse(const std::string& text) const {
+  return units2::core::parse(text);
+}
 
 const Context& get_cv_context() {
   static const Context context;
