@@ -76,6 +76,7 @@ class Numbering {
   void number(std::size_t at) {
     entries_ = {};  // clearing would cost as much as the largest level so far
     const GraphData& graph = *levels_[at].graph;
+    entries_.reserve(graph.nodes.size() + graph.components.size());
     number_nodes(levels_[at], graph);
     number_components(at, graph);
     for (const Join& join : levels_[at].joins) {

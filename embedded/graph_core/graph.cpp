@@ -26,13 +26,11 @@ Graph& writable(Graph& graph, kmf::VnIdPathIterator at, std::size_t levels) {
   return *level;
 }
 
-struct InsertEntry : boost::static_visitor<> {
-  InsertEntry(detail::GraphData& into, const kmf::VnId& under) : graph(into), id(under) {}
-  void operator()(const Component& component) const { graph.components.emplace(id, component); }
-  void operator()(const Node& node) const { graph.nodes.emplace(id, node); }
-  detail::GraphData& graph;
-  const kmf::VnId& id;
-};
+template <class Entry>
+bool is_at(const std::map<kmf::VnId, Entry>& entries, typename std::map<kmf::VnId, Entry>::const_iterator place,
+           const kmf::VnId& id) {
+  return place != entries.end() && place->first == id;
+}
 
 /// @throws as `Graph::insert` for a connection. False when the connection is there already.
 bool is_new(const detail::GraphData& graph, const Connection& connection) {
@@ -103,8 +101,20 @@ void Graph::insert(const kmf::VnIdPathIterator& at, const GraphEntry& entry) {
   for (std::size_t i = 0; i < levels; ++i) ++last;
   const Graph& target = levels == 0 ? *this : detail::resolved<Graph>(*this, enclosing(at));
   const kmf::VnId id = *last;
-  if (target.components().count(id) + target.nodes().count(id) != 0) detail::throw_duplicate_entry(id);
-  boost::apply_visitor(InsertEntry(writable(*this, at, levels).write(), id), entry);
+  auto component = target.components().lower_bound(id);
+  auto node = target.nodes().lower_bound(id);
+  if (is_at(target.components(), component, id) || is_at(target.nodes(), node, id)) detail::throw_duplicate_entry(id);
+  const detail::GraphData* before = &detail::Access::of(target);
+  detail::GraphData& graph = writable(*this, at, levels).write();
+  if (&graph != before) {  // it was shared
+    component = graph.components.lower_bound(id);
+    node = graph.nodes.lower_bound(id);
+  }
+  if (const Component* inserted = boost::get<Component>(&entry)) {
+    graph.components.emplace_hint(component, id, *inserted);
+  } else {
+    graph.nodes.emplace_hint(node, id, boost::get<Node>(entry));
+  }
 }
 
 void Graph::insert(const kmf::VnId& nodeId, const ConnectorSpec& connector, const kmf::VnIdPathIterator& at) {
