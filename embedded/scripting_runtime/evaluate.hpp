@@ -11,10 +11,9 @@
 #include "platform/scripting_array/scripting_array.hpp"
 
 #include <cstddef>
-#include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace embedded::scripting_runtime {
 
@@ -23,6 +22,10 @@ namespace embedded::scripting_runtime {
 cvUniquePtr evaluate(std::string_view text, const Scope& scope);
 /// `source` is the text that the tree came from, for the places of errors.
 cvUniquePtr evaluate(const expression::Tree& tree, const Scope& scope, std::string_view source = {});
+
+/// All values that a text gives when `wanted` are asked for. With 0 there may be none, as for a function that only
+/// acts, or one or more, as a prompt would show them.
+std::vector<cvUniquePtr> evaluate_outputs(std::string_view text, const Scope& scope, int wanted);
 
 /// What no evaluation of this process may exceed. A limit of 0 means none.
 struct Limits {

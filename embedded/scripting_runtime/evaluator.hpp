@@ -1,0 +1,85 @@
+#pragma once
+
+// The walk over one tree that gives its value. It lives for one evaluation and refers to scope, parameters and source.
+
+#include "embedded/expression/tree.hpp"
+#include "embedded/scripting_runtime/indexing.hpp"
+#include "embedded/scripting_runtime/value.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace embedded::scripting_runtime {
+
+/// Parameters of a running anonymous function: found by name before any workspace is asked.
+struct Parameters {
+  const std::unordered_map<std::string, std::size_t>* positions;
+  cvArray_tag** values;
+  std::size_t count;
+};
+
+class Evaluator {
+ public:
+  /// `source` is the text of the tree, or empty.
+  Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr)
+      : scope_(scope), source_(source), parameters_(parameters) {}
+
+  /// The values that a tree gives when `wanted` are asked for; with 0 a call may give none.
+  std::vector<Value> run(const expression::Node& tree, int wanted);
+
+ private:
+  using Node = expression::Node;
+  struct EndPlace {
+    const cvArray_tag* array;
+    std::size_t position;
+    std::size_t count;
+  };
+
+  std::vector<Value> outputs(const Node& node, int wanted);
+  Value value(const Node& node);
+  void append_values(const Node& node, std::vector<Value>& to);
+
+  Value leaf(const Node& node);
+  Value name(const Node& node);
+  Value chain(const Node& node);
+  Value short_circuit(const Node& node);
+  Value range(const Node& node);
+  Value matrix(const Node& node);
+  Value cell(const Node& node);
+  Value end();
+  Value anonymous(const Node& node);
+
+  std::vector<Value> index(const Node& node, int wanted);
+  std::vector<Value> cell_index(const Node& node);
+  std::vector<Value> fields(const Node& node);
+  std::vector<Value> fields_of(const Value& base, const std::string& field);
+  std::vector<Subscript> subscripts(const Node& node, const cvArray_tag* indexed);
+  std::vector<Value> arguments(const Node& node);
+  std::vector<Value> call(const Node& node, const std::string& function, const std::vector<Value>& inputs, int wanted);
+  std::vector<Value> call_value(const Value& function, const std::vector<Value>& inputs, int wanted);
+
+  const cvArray_tag* find(const std::string& name) const;
+  /// The function that a name or a chain of fields such as gl.gti.f names; empty when a variable begins it.
+  std::string function_name(const Node& node) const;
+  [[noreturn]] void fail_undefined(const Node& node, const std::string& name) const;
+  void add_place(kmf::AttributedException& error) const;
+
+  const Scope& scope_;
+  std::string_view source_;
+  const Parameters* parameters_;
+  std::vector<EndPlace> ends_;
+  const Node* at_ = nullptr;  ///< what is computed just now, for the places of errors
+  mutable bool placed_ = false;
+};
+
+/// An anonymous function: it keeps the tree, the variables that its body names at this moment, and for errors the text.
+cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source);
+
+/// The nearest of the known names; empty when none is near.
+std::string nearest_name(const std::string& wanted, const std::vector<std::string>& known);
+
+}  // namespace embedded::scripting_runtime

@@ -1,0 +1,108 @@
+// Limits of evaluation: memory, steps, depth, and the user's interrupt.
+
+#include "embedded/scripting_runtime/errors.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+
+#include <atomic>
+#include <cmath>
+
+namespace embedded::scripting_runtime {
+
+namespace {
+
+constexpr std::size_t depth_limit = 1500;
+
+struct Running {
+  std::size_t depth = 0;
+  std::size_t evaluations = 0;
+  std::size_t steps = 0;
+  bool interruptible = false;
+};
+
+Running& running() {
+  static Running state;
+  return state;
+}
+
+std::atomic<bool> stop_requested{false};
+
+}  // namespace
+
+Limits& limits() {
+  static Limits values;
+  return values;
+}
+
+void request_interrupt(bool stop) noexcept {
+  stop_requested = stop;
+}
+
+std::string shape_text(const Shape& shape) {
+  std::string result;
+  for (const std::size_t size : shape) {
+    if (!result.empty()) result += 'x';
+    result += std::to_string(size);
+  }
+  return result;
+}
+
+std::size_t checked_count(const Shape& shape) {
+  long double count = 1;
+  for (const std::size_t size : shape) count *= static_cast<long double>(size);
+  const std::size_t allowed = limits().array_bytes;
+  const long double most = allowed == 0 ? 1e18L : static_cast<long double>(allowed) / sizeof(double);
+  if (count > most) throw_runtime_error("ArrayTooLarge", shape_text(shape), std::to_string(allowed));
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t dimension_from(double number) {
+  constexpr double most = 1e15;
+  if (std::isnan(number) || number != std::floor(number)) throw_runtime_error("InvalidSize", std::to_string(number));
+  return number <= 0 ? 0 : static_cast<std::size_t>(std::min(number, most));
+}
+
+DepthGuard::DepthGuard(std::size_t levels) : levels_(levels) {
+  if (running().depth + levels > depth_limit) throw_runtime_error("TooDeeplyNested", std::to_string(depth_limit));
+  running().depth += levels;
+}
+
+DepthGuard::~DepthGuard() {
+  running().depth -= levels_;
+}
+
+void count_step() {
+  constexpr std::size_t steps_between_looks = 256;
+  Running& state = running();
+  ++state.steps;
+  const std::size_t allowed = limits().steps;
+  if (allowed != 0 && state.steps > allowed) throw_runtime_error("TooManySteps", std::to_string(allowed));
+  if (state.interruptible && state.steps % steps_between_looks == 0 && stop_requested)
+    throw_runtime_error("Interrupted");
+}
+
+RunningEvaluation::RunningEvaluation() {
+  if (running().evaluations++ == 0) running().steps = 0;
+}
+
+RunningEvaluation::~RunningEvaluation() {
+  --running().evaluations;
+}
+
+Interruptible::Interruptible(bool interruptible) : before_(running().interruptible) {
+  running().interruptible = before_ || interruptible;
+  if (running().interruptible && stop_requested) {
+    running().interruptible = before_;
+    throw_runtime_error("Interrupted");
+  }
+}
+
+Interruptible::~Interruptible() {
+  running().interruptible = before_;
+}
+
+}  // namespace embedded::scripting_runtime
+
+bool kmf::interrupt_requested() {
+  return embedded::scripting_runtime::stop_requested;
+}
