@@ -1,0 +1,303 @@
+#include "formats/spice/diagram_builder.hpp"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "formats/spice/expansion.hpp"
+#include "formats/spice/host_names.hpp"
+#include "formats/spice/inner_nodes.hpp"
+#include "formats/spice/instance_masks.hpp"
+#include "formats/spice/text_file.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/block_ports.hpp"
+
+namespace kinemo::formats::spice {
+
+namespace {
+
+namespace host = embedded::block_diagram;
+
+ustring host_string(std::string_view text) {
+  return kmf::utf8_string_to_ustring(std::string(text));
+}
+
+/// The ports that meet in the nodes of one system, in the order in which the nodes came.
+class LevelNets {
+ public:
+  void join(NameId node, gtPort* port) {
+    const auto [entry, is_new] = m_indices.emplace(node, m_nets.size());
+    if (is_new) {
+      m_nets.push_back({node, {}});
+    }
+    m_nets[entry->second].ports.push_back(port);
+  }
+
+  struct Net {
+    NameId node;
+    std::vector<gtPort*> ports;
+  };
+  const std::vector<Net>& nets() const { return m_nets; }
+
+ private:
+  std::unordered_map<NameId, std::size_t> m_indices;
+  std::vector<Net> m_nets;
+};
+
+/// A node of an instance that the level around it names, beside its formal nodes.
+struct ExtraNode {
+  NameId inside;
+  NameId outside;
+};
+
+/// A system that is being filled.
+struct Level {
+  host::System* system = nullptr;
+  const Definition* definition = nullptr;
+  LevelNets nets;
+  std::unordered_map<const Call*, std::vector<ExtraNode>> extra_nodes;  ///< of the calls on this level
+  std::unordered_map<const Model*, ustring> model_cards;                ///< of the definition's own models
+};
+
+class DiagramBuilder : public ExpansionVisitor {
+ public:
+  DiagramBuilder(Netlist& netlist, host::Diagram& diagram, Reporter& reporter)
+      : m_netlist(netlist), m_diagram(diagram), m_reporter(reporter), m_inner_nodes(netlist) {
+    for (const auto& file : netlist.files) {
+      m_file_names[file.get()] = std::make_shared<const std::string>(file->shown_name);
+    }
+  }
+
+  bool begin(const Instance& instance, const ParameterScopes& scopes) override {
+    if (instance.call == nullptr) {
+      begin_top(*instance.definition, scopes);
+    } else {
+      begin_call(*instance.definition, *instance.call, scopes);
+    }
+    return true;
+  }
+
+  void element(const Element& element, const ParameterScopes& scopes) override {
+    GTBlock& block =
+        m_levels.back().system->addBlock(name(element.name), std::string(element.kind->block), place(element.place));
+    set_parameters(block, element, scopes);
+    const std::vector<gtPort*> ports = views::ports_in_kind_order(block);
+    for (std::size_t i = 0; i < element.nodes.size() && i < ports.size(); ++i) {
+      m_levels.back().nets.join(element.nodes[i], ports[i]);
+    }
+  }
+
+  void end(const Instance& instance) override {
+    Level& level = m_levels.back();
+    if (instance.call == nullptr) {
+      ground_top(level);
+    }
+    for (const LevelNets::Net& net : level.nets.nets()) {
+      level.system->addLine(net.ports, name(net.node));
+    }
+    m_levels.pop_back();
+  }
+
+ private:
+  ustring name(NameId id) const { return host_string(m_netlist.names.text(id)); }
+
+  host::SourcePlace place(const Place& place) const {
+    const auto file = m_file_names.find(place.file);
+    return file == m_file_names.end()
+               ? host::SourcePlace()
+               : host::SourcePlace{file->second, static_cast<int>(place.line), static_cast<int>(place.column)};
+  }
+
+  // --- the top level
+
+  void begin_top(const Definition& definition, const ParameterScopes& scopes) {
+    for (const Parameter& parameter : definition.parameters) {
+      if (const auto value = scopes.value(parameter.name)) {
+        m_diagram.setVariable(host_name(parameter.name), host_string(number_text(*value)), "", true);
+      }
+    }
+    m_levels.push_back({&m_diagram.root(), &definition, {}, {}, {}});
+    find_extra_nodes(m_levels.back(), {});
+    evaluate_models(m_levels.back(), scopes);
+  }
+
+  /// The reference comes last, so that its name can give way to those of elements.
+  void ground_top(Level& level) {
+    for (const NameId node : level.definition->reached_globals) {
+      if (node == ground) {
+        GTBlock& reference =
+            level.system->addBlock(host_string(free_name(*level.definition, "0", {})), "physical/electrical_reference");
+        level.nets.join(ground, views::ports_in_kind_order(reference).front());
+      }
+    }
+  }
+
+  // --- calls
+
+  void begin_call(const Definition& definition, const Call& call, const ParameterScopes& scopes) {
+    Level& outer = m_levels.back();
+    GTBlock& block = outer.system->addSubsystem(name(call.name), place(call.place));
+    set_mask(block, definition, call, scopes);
+    Level level{host::contents(block), &definition, {}, {}, {}};
+    const auto extra = outer.extra_nodes.find(&call);
+    const std::vector<ExtraNode> extra_nodes =
+        extra == outer.extra_nodes.end() ? std::vector<ExtraNode>() : extra->second;
+    add_ports(outer, level, call, extra_nodes);
+    find_extra_nodes(level, extra_nodes);
+    evaluate_models(level, scopes);
+    m_levels.push_back(std::move(level));
+  }
+
+  void set_mask(GTBlock& block, const Definition& definition, const Call& call, const ParameterScopes& scopes) {
+    const auto mask = m_masks.mask(definition);
+    if (mask == nullptr) {
+      return;
+    }
+    MaskInterface::setMask(&block, mask);
+    for (const auto& [parameter, text] : m_masks.values(definition, call, scopes)) {
+      host::setParameter(block, parameter, host_string(text));
+    }
+  }
+
+  void add_ports(Level& outer, Level& level, const Call& call, const std::vector<ExtraNode>& extra_nodes) {
+    const std::vector<NameId>& formals = level.definition->formals;
+    int order = 0;
+    for (std::size_t i = 0; i < formals.size(); ++i) {
+      if (!m_netlist.is_global(formals[i])) {
+        add_port(outer, level, call.nodes[i], formals[i], host::Side::Left, ++order);
+      }
+    }
+    for (const NameId node : level.definition->reached_globals) {
+      add_port(outer, level, node, node, host::Side::Right, ++order);
+    }
+    for (const ExtraNode& node : extra_nodes) {
+      add_port(outer, level, node.outside, node.inside, host::Side::Right, ++order);
+    }
+  }
+
+  void add_port(Level& outer, Level& level, NameId outside, NameId inside, host::Side side, int order) {
+    const std::string port_name = free_name(*level.definition, m_netlist.names.text(inside), level.system);
+    GTBlock& port = level.system->addPort(host_string(port_name), side, order, place(level.definition->place));
+    level.nets.join(inside, host::ports(port).front());
+    outer.nets.join(outside, host::outerPort(port));
+  }
+
+  /// The name, or one made from it, that no element or call of the definition has, and no block of the system yet.
+  std::string free_name(const Definition& definition, const std::string& wanted, const host::System* system) {
+    const std::unordered_set<NameId>& taken = taken_names(definition);
+    std::string result = wanted;
+    for (int number = 1; taken.count(m_netlist.names.add(result)) != 0 ||
+                         (system != nullptr && system->find(host_string(result)) != nullptr);
+         ++number) {
+      result = wanted + "_" + std::to_string(number);
+    }
+    return result;
+  }
+
+  const std::unordered_set<NameId>& taken_names(const Definition& definition) {
+    auto [entry, is_new] = m_taken_names.try_emplace(&definition);
+    if (is_new) {
+      for (const Element& element : definition.elements) {
+        entry->second.insert(element.name);
+      }
+      for (const Call& call : definition.calls) {
+        entry->second.insert(call.name);
+      }
+    }
+    return entry->second;
+  }
+
+  /// Which nodes inside of its calls the level names: in cards of its own, or because the level around it does.
+  void find_extra_nodes(Level& level, const std::vector<ExtraNode>& from_outside) {
+    const auto add = [&](const std::string& text) {
+      const auto inner = m_inner_nodes.find(*level.definition, text);
+      if (inner) {
+        level.extra_nodes[&level.definition->calls[inner->call]].push_back(
+            {m_netlist.names.add(inner->rest), m_netlist.names.add(text)});
+      }
+    };
+    const std::vector<std::string>& own = m_inner_nodes.named_in(*level.definition);
+    for (const std::string& text : own) {
+      add(text);
+    }
+    for (const ExtraNode& node : from_outside) {
+      const std::string text = m_netlist.names.text(node.inside);
+      if (std::find(own.begin(), own.end(), text) == own.end()) {
+        add(text);
+      }
+    }
+  }
+
+  // --- parameters of elements
+
+  void evaluate_models(Level& level, const ParameterScopes& scopes) {
+    for (const auto& [model_name, model] : level.definition->models) {
+      level.model_cards.emplace(&model, host_string(text_of(model.card, scopes)));
+    }
+  }
+
+  const ustring& model_card(const Model* model) const {
+    for (auto level = m_levels.rbegin(); level != m_levels.rend(); ++level) {
+      if (const auto found = level->model_cards.find(model); found != level->model_cards.end()) {
+        return found->second;
+      }
+    }
+    static const ustring none;
+    return none;
+  }
+
+  void set_parameters(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
+    if (element.kind->parameters.find("terminals") != std::string_view::npos) {
+      host::setParameter(block, "terminals", host_string(std::to_string(element.nodes.size())));
+      host::refresh(block);
+    }
+    if (element.value != nullptr) {
+      set_value(block, element, scopes);
+    }
+    if (element.model != nullptr) {
+      host::setParameter(block, "model", host_string(element.model->name));
+      host::setParameter(block, "model_card", model_card(element.model));
+    }
+    if (!element.elements.empty()) {
+      host::setParameter(block, "elements", host_string(element.elements));
+    }
+    if (!element.text.empty()) {
+      host::setParameter(block, "text", host_string(text_of(element.text, scopes)));
+    }
+  }
+
+  void set_value(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
+    if (m_faulty.count(&element) != 0) {
+      return;
+    }
+    if (!check_value(*element.value, element.place, scopes, m_reporter)) {
+      m_faulty.insert(&element);  // told once, in however many instances it is
+      return;
+    }
+    host::setParameter(block, "value", host_string(host_expression(*element.value)));
+    if (!element.value->is_number()) {
+      host::setParameter(block, "value_conf", u"runtime");
+    }
+  }
+
+  Netlist& m_netlist;
+  host::Diagram& m_diagram;
+  Reporter& m_reporter;
+  InnerNodes m_inner_nodes;
+  InstanceMasks m_masks;
+  std::unordered_map<const TextFile*, std::shared_ptr<const std::string>> m_file_names;
+  std::unordered_map<const Definition*, std::unordered_set<NameId>> m_taken_names;
+  std::unordered_set<const Element*> m_faulty;
+  std::vector<Level> m_levels;
+};
+
+}  // namespace
+
+void build_diagram(Netlist& netlist, host::Diagram& diagram, DiagnosticList& diagnostics) {
+  Reporter reporter(diagnostics);
+  DiagramBuilder builder(netlist, diagram, reporter);
+  expand(netlist, builder, reporter);
+}
+
+}  // namespace kinemo::formats::spice

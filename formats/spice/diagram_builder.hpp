@@ -1,0 +1,18 @@
+// Turns a netlist without errors into blocks and lines: a call becomes a masked subsystem, an element a block of the
+// physical domain, a node one line on each level that it reaches.
+#pragma once
+
+#include "formats/diagnostics.hpp"
+#include "formats/spice/netlist.hpp"
+
+namespace embedded::block_diagram {
+class Diagram;
+}
+
+namespace kinemo::formats::spice {
+
+/// Fills an empty diagram. Values that can't be computed are reported; then the diagram isn't complete.
+/// @throws what the host raises for blocks and variables
+void build_diagram(Netlist& netlist, embedded::block_diagram::Diagram& diagram, DiagnosticList& diagnostics);
+
+}  // namespace kinemo::formats::spice

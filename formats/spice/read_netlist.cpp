@@ -1,0 +1,81 @@
+#include "formats/spice/read_netlist.hpp"
+
+#include <filesystem>
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "formats/spice/diagram_builder.hpp"
+#include "formats/spice/netlist_reader.hpp"
+#include "formats/spice/text_file.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/vn_id.hpp"
+
+namespace kinemo::formats::spice {
+
+namespace {
+
+using embedded::block_diagram::Diagram;
+
+std::string model_name(const TextFile& file, const Options& options) {
+  const std::string& given = options.model_name;
+  const std::string stem = std::filesystem::path(file.shown_name).stem().string();
+  if (!given.empty()) {
+    return given;
+  }
+  return kmf::VnId::make(stem.empty() || stem == "-" ? "netlist" : stem);
+}
+
+/// Builds all of the diagram or takes back what was built.
+Diagram* build(Netlist& netlist, const std::string& name, const TextFile& file, DiagnosticList& diagnostics) {
+  Diagram* diagram = nullptr;
+  try {
+    diagram = &Diagram::create(name);
+    build_diagram(netlist, *diagram, diagnostics);
+  } catch (const kmf::Exception& raised) {
+    diagnostics.error("spice:host", {file.shown_name, 0, 0}, raised.what());
+  } catch (...) {
+    if (diagram != nullptr) {
+      Diagram::close(*diagram);
+    }
+    throw;
+  }
+  if (diagnostics.has_errors() && diagram != nullptr) {
+    Diagram::close(*diagram);
+    diagram = nullptr;
+  }
+  return diagram;
+}
+
+Diagram* read(const std::shared_ptr<const TextFile>& file, const Options& options, DiagnosticList& diagnostics) {
+  const std::size_t errors_before = diagnostics.error_count();
+  Netlist netlist = read_cards_and_resolve(file, diagnostics);
+  Diagram* diagram = nullptr;
+  if (diagnostics.error_count() == errors_before) {
+    diagram = build(netlist, model_name(*file, options), *file, diagnostics);
+  }
+  diagnostics.sort();
+  return diagram;
+}
+
+}  // namespace
+
+Diagram* read_netlist(const std::string& path, const Options& options, DiagnosticList& diagnostics) {
+  std::string reason;
+  TextFiles files;
+  const auto file = files.load(path, path, reason);
+  if (file == nullptr) {
+    diagnostics.error("spice:missing_file", {path, 0, 0}, "the file can't be read: " + reason);
+    return nullptr;
+  }
+  return read(file, options, diagnostics);
+}
+
+Diagram* read_netlist_text(std::string text, const std::string& shown_name, const Options& options,
+                           DiagnosticList& diagnostics) {
+  if (looks_binary(text)) {
+    diagnostics.error("spice:missing_file", {shown_name, 0, 0}, "the text holds null bytes, so it is no netlist");
+    return nullptr;
+  }
+  return read(make_text_file(shown_name, {}, std::move(text)), options, diagnostics);
+}
+
+}  // namespace kinemo::formats::spice

@@ -1,0 +1,27 @@
+// The way in for SPICE netlists: a file becomes a diagram of the embedded host. The dialect is told in docs/formats.md.
+#pragma once
+
+#include <string>
+
+#include "formats/diagnostics.hpp"
+
+namespace embedded::block_diagram {
+class Diagram;
+}
+
+namespace kinemo::formats::spice {
+
+struct Options {
+  std::string model_name;  ///< empty: the file's stem, made an identifier
+};
+
+/// Reads a netlist with all that it includes into a new diagram, which the host owns until it is closed. Null when
+/// errors were added to the list; there is no diagram then.
+embedded::block_diagram::Diagram* read_netlist(const std::string& path, const Options& options,
+                                               DiagnosticList& diagnostics);
+
+/// The same for a text that has no file; `shown_name` stands in messages. Includes are relative to the current folder.
+embedded::block_diagram::Diagram* read_netlist_text(std::string text, const std::string& shown_name,
+                                                    const Options& options, DiagnosticList& diagnostics);
+
+}  // namespace kinemo::formats::spice
