@@ -75,9 +75,9 @@ struct GTBlockHostData {
 
 struct gtPortHostData {
   double handle = 0.0;
-  const std::string* type = nullptr;                   ///< interned; null while none is set
-  embedded::block_diagram::Line* line = nullptr;       ///< the first line at the port; further ones lie in the system
-  std::uint32_t net = 0;                               ///< number of its net while the system's nets are kept
+  const std::string* type = nullptr;              ///< interned; null while none is set
+  embedded::block_diagram::Line* line = nullptr;  ///< the first line at the port; further ones lie in the system
+  std::uint32_t net = 0;                          ///< number of its net while the system's nets are kept
 };
 
 namespace embedded::block_diagram {

@@ -44,7 +44,9 @@ void setDialogText(GTBlock& block, int index, const std::string& text) {
 
 using namespace embedded::block_diagram;
 
-GTDialogInfo* GTBlock::getDialogInfo() const { return &host_->dialog; }
+GTDialogInfo* GTBlock::getDialogInfo() const {
+  return &host_->dialog;
+}
 
 gtParam_tag* GTBlock::getGrEDP(int index) const {
   const char* text = dialogText(*this, index);
@@ -54,7 +56,9 @@ gtParam_tag* GTBlock::getGrEDP(int index) const {
   return &parameter;
 }
 
-gtParam_tag* GTBlock::getGrEDP(const GTPrmDesc* parameter) const { return getGrEDP(indexOf(*this, parameter)); }
+gtParam_tag* GTBlock::getGrEDP(const GTPrmDesc* parameter) const {
+  return getGrEDP(indexOf(*this, parameter));
+}
 
 void GTBlock::setGrPrmValue(const GTPrmDesc* parameter, const char* value) {
   const int index = indexOf(*this, parameter);

@@ -50,6 +50,8 @@ void setProperty(GTBlock& block, const std::string& name, const ustring& text) {
   block.host().makeExtras().properties[name] = text;
 }
 
-void refresh(GTBlock& block) { block.checkDialogParameters(0); }
+void refresh(GTBlock& block) {
+  block.checkDialogParameters(0);
+}
 
 }  // namespace embedded::block_diagram

@@ -19,8 +19,7 @@ bool hostParameter(const GTBlock& block, const std::string& name, ustring& text)
 /// @throws "kinemo:host:diagram" "InvalidValue" (name, block path, text, what is valid)
 bool setHostParameter(GTBlock& block, const std::string& name, const ustring& text);
 /// @throws "kinemo:host:diagram" "UnknownParameter" (name, block path, nearest or "")
-[[noreturn]] void throwUnknownParameter(const GTBlock& block, const std::string& name,
-                                        std::vector<std::string> known);
+[[noreturn]] void throwUnknownParameter(const GTBlock& block, const std::string& name, std::vector<std::string> known);
 /// @throws "kinemo:host:diagram" "NoActiveChoice" (block path, the text of "ActiveVariant", nearest or "")
 [[noreturn]] void throwNoActiveChoice(const GTBlock& variant);
 

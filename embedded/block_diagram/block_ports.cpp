@@ -24,7 +24,8 @@ void portsChanged(const GTBlock& block) {
 }
 
 void setCount(GTBlock& block, bool left, int count) {
-  if (count < 0) kmf::throw_message("kinemo:host:block", "NegativePortCount", block.getFullPath(true), std::to_string(count));
+  if (count < 0)
+    kmf::throw_message("kinemo:host:block", "NegativePortCount", block.getFullPath(true), std::to_string(count));
   const auto wanted = static_cast<std::size_t>(count);
   while (block.host().portCount(left) > wanted) removePort(block, left, block.host().portCount(left) - 1);
   while (block.host().portCount(left) < wanted) insertPort(block, left, block.host().portCount(left));
@@ -64,7 +65,9 @@ ustring describe(const gtPort& port) {
   return text + kmf::utf8_string_to_ustring((port.isLeft() ? "LConn" : "RConn") + std::to_string(port.index + 1));
 }
 
-std::vector<gtPort*> ports(const GTBlock& block) { return block.host().ports; }
+std::vector<gtPort*> ports(const GTBlock& block) {
+  return block.host().ports;
+}
 
 }  // namespace embedded::block_diagram
 
@@ -74,9 +77,21 @@ using namespace embedded::block_diagram;
 void GTBlock::setGrNumInputPorts(int, void*, int) {}
 void GTBlock::setGrNumOutputPorts(int, void*) {}
 
-int GTBlock::getGrNumLeftConnectionPorts() const { return static_cast<int>(host_->portCount(true)); }
-int GTBlock::getGrNumRightConnectionPorts() const { return static_cast<int>(host_->portCount(false)); }
-void GTBlock::setGrNumLeftConnectionPorts(int count, void*) { setCount(*this, true, count); }
-void GTBlock::setGrNumRightConnectionPorts(int count, void*) { setCount(*this, false, count); }
-gtPort* GTBlock::getGrLeftConnectionPort(int i) const { return portAt(*host_, true, i); }
-gtPort* GTBlock::getGrRightConnectionPort(int i) const { return portAt(*host_, false, i); }
+int GTBlock::getGrNumLeftConnectionPorts() const {
+  return static_cast<int>(host_->portCount(true));
+}
+int GTBlock::getGrNumRightConnectionPorts() const {
+  return static_cast<int>(host_->portCount(false));
+}
+void GTBlock::setGrNumLeftConnectionPorts(int count, void*) {
+  setCount(*this, true, count);
+}
+void GTBlock::setGrNumRightConnectionPorts(int count, void*) {
+  setCount(*this, false, count);
+}
+gtPort* GTBlock::getGrLeftConnectionPort(int i) const {
+  return portAt(*host_, true, i);
+}
+gtPort* GTBlock::getGrRightConnectionPort(int i) const {
+  return portAt(*host_, false, i);
+}

@@ -17,7 +17,9 @@
 
 GTBlockDiagram::GTBlockDiagram(embedded::block_diagram::Diagram& diagram)
     : diagram_(&diagram), handle_(embedded::block_diagram::mintHandle(this)) {}
-GTBlockDiagram::~GTBlockDiagram() { embedded::block_diagram::releaseHandle(handle_); }
+GTBlockDiagram::~GTBlockDiagram() {
+  embedded::block_diagram::releaseHandle(handle_);
+}
 
 namespace embedded::block_diagram {
 
@@ -41,7 +43,9 @@ std::vector<Diagram*>& diagrams() {
 
 }  // namespace
 
-GTBlockDiagram* diagramObject(const Diagram& diagram) { return &DiagramAccess::object(diagram); }
+GTBlockDiagram* diagramObject(const Diagram& diagram) {
+  return &DiagramAccess::object(diagram);
+}
 
 Diagram& Diagram::create(const std::string& name) {
   if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidModelName", name);
@@ -58,13 +62,21 @@ Diagram* Diagram::find(const std::string& name) {
   return nullptr;
 }
 
-std::vector<Diagram*> Diagram::open() { return diagrams(); }
+std::vector<Diagram*> Diagram::open() {
+  return diagrams();
+}
 
 void Diagram::close(Diagram& diagram) {
+  /// The diagram goes away even if a listener fails.
+  struct Ending {
+    Diagram* diagram;
+    ~Ending() {
+      auto& all = diagrams();
+      all.erase(std::remove(all.begin(), all.end(), diagram), all.end());
+      DiagramAccess::end(diagram);
+    }
+  } const ending{&diagram};
   raiseBlockDiagramEvent(diagram.object_->object);
-  auto& all = diagrams();
-  all.erase(std::remove(all.begin(), all.end(), &diagram), all.end());
-  DiagramAccess::end(&diagram);
 }
 
 Diagram::Diagram(const std::string& name)
@@ -74,9 +86,13 @@ Diagram::Diagram(const std::string& name)
       workspace_(std::make_unique<scripting_runtime::Workspace>()),
       object_(new Object{GTBlockDiagram(*this)}) {}
 
-Diagram::~Diagram() { SystemAccess::destroy(std::move(root_)); }
+Diagram::~Diagram() {
+  SystemAccess::destroy(std::move(root_));
+}
 
-double Diagram::handle() const { return object_->object.getHandle(); }
+double Diagram::handle() const {
+  return object_->object.getHandle();
+}
 
 void Diagram::setParameter(const std::string& name, const ustring& value) {
   if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidSetting", name, name_);
@@ -91,6 +107,8 @@ void Diagram::setVariable(const std::string& name, const ustring& expression, co
   workspace_->set(name, std::move(value));
 }
 
-GTBlock* Diagram::findBlock(const ustring& path) const { return findBelow(*root_, path); }
+GTBlock* Diagram::findBlock(const ustring& path) const {
+  return findBelow(*root_, path);
+}
 
 }  // namespace embedded::block_diagram

@@ -1,7 +1,7 @@
 #pragma once
 
-// Diagrams of the embedded host, as readers, programs and tests build and ask them. The host owns diagrams, diagrams own
-// their systems, systems own their blocks and lines.
+// Diagrams of the embedded host, as readers, programs and tests build and ask them. The host owns diagrams, diagrams
+// own their systems, systems own their blocks and lines.
 
 #include "platform/block_diagram/block.hpp"
 #include "platform/block_diagram/mask.hpp"
@@ -163,8 +163,8 @@ bool isVariant(const GTBlock& subsystem);
 /// The active choice of a variant subsystem; null when it names none.
 GTBlock* activeChoice(const GTBlock& variant);
 
-/// Sets a parameter: of the block's mask, of its dialog ("LogSimulationData"), or one that the host keeps for every block
-/// of the kind (subsystems: "TreatAsAtomicUnit", "Opaque", "Variant", "ActiveVariant", "ReferenceFile").
+/// Sets a parameter: of the block's mask, of its dialog ("LogSimulationData"), or one that the host keeps for every
+/// block of the kind (subsystems: "TreatAsAtomicUnit", "Opaque", "Variant", "ActiveVariant", "ReferenceFile").
 /// @throws "kinemo:host:diagram" "UnknownParameter" (name, block path, nearest or "")
 void setParameter(GTBlock& block, const std::string& name, const ustring& text);
 /// Text of a parameter as the user wrote it. @throws "UnknownParameter"

@@ -13,9 +13,15 @@ GTPrmDescList& GTPrmDescList::operator=(const GTPrmDescList&) = default;
 GTPrmDescList& GTPrmDescList::operator=(GTPrmDescList&&) noexcept = default;
 GTPrmDescList::~GTPrmDescList() = default;
 
-int GTPrmDescList::getLength() const { return static_cast<int>(pointers_.size()); }
-const GTPrmDesc* const* GTPrmDescList::getPrmDescs() const { return pointers_.data(); }
-GTPrmDesc** GTPrmDescList::getPrmDescs() { return pointers_.data(); }
+int GTPrmDescList::getLength() const {
+  return static_cast<int>(pointers_.size());
+}
+const GTPrmDesc* const* GTPrmDescList::getPrmDescs() const {
+  return pointers_.data();
+}
+GTPrmDesc** GTPrmDescList::getPrmDescs() {
+  return pointers_.data();
+}
 void GTPrmDescList::ValidatePrmPortData() const {}
 void GTPrmDescList::CheckPrmPortData() const {}
 
@@ -43,17 +49,27 @@ int GTDialogInfo::find(const std::string& name) const {
   return -1;
 }
 
-void sdi_prm_desc_list(GTDialogInfo* dialog, GTPrmDesc** descriptors) { dialog->edit().descriptors = descriptors; }
-void sdi_num_dialog_params(GTDialogInfo* dialog, int count) { dialog->edit().count = count; }
-void sdi_block_desc(GTDialogInfo* dialog, const ustring& description) { dialog->edit().description = description; }
+void sdi_prm_desc_list(GTDialogInfo* dialog, GTPrmDesc** descriptors) {
+  dialog->edit().descriptors = descriptors;
+}
+void sdi_num_dialog_params(GTDialogInfo* dialog, int count) {
+  dialog->edit().count = count;
+}
+void sdi_block_desc(GTDialogInfo* dialog, const ustring& description) {
+  dialog->edit().description = description;
+}
 
 const ustring& gdi_block_desc(const GTDialogInfo* dialog) {
   static const ustring none;
   return dialog->contents ? dialog->contents->description : none;
 }
 
-int gdi_num_dialog_params(const GTDialogInfo* dialog) { return dialog->count(); }
-const GTPrmDesc* gdi_prm_desc(const GTDialogInfo* dialog, int i) { return dialog->descriptor(i); }
+int gdi_num_dialog_params(const GTDialogInfo* dialog) {
+  return dialog->count();
+}
+const GTPrmDesc* gdi_prm_desc(const GTDialogInfo* dialog, int i) {
+  return dialog->descriptor(i);
+}
 
 int gdi_param_type(const GTDialogInfo* dialog, int i) {
   const GTPrmDesc* descriptor = dialog->descriptor(i);

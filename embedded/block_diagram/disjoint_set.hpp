@@ -8,8 +8,8 @@
 
 namespace embedded::block_diagram {
 
-/// A disjoint set over the numbers from 0. Merging is commutative, associative and idempotent; which member stands for a
-/// class is the smallest number in it, whatever the order of merges.
+/// A disjoint set over the numbers from 0. Merging is commutative, associative and idempotent; which member stands for
+/// a class is the smallest number in it, whatever the order of merges.
 class DisjointSet {
  public:
   explicit DisjointSet(std::size_t count) : parents_(count) {

@@ -46,4 +46,6 @@ gtsvString gt::intrf::BlockDiagram::getGrDisplayName() const {
   return gtsvString(kmf::utf8_string_to_ustring(diagram_->diagram().name()));
 }
 
-gt::intrf::BlockDiagram gt::intrf::getBlockDiagram(GTBlockDiagram* argument) { return BlockDiagram(argument); }
+gt::intrf::BlockDiagram gt::intrf::getBlockDiagram(GTBlockDiagram* argument) {
+  return BlockDiagram(argument);
+}

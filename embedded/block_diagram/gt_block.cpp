@@ -1,6 +1,6 @@
 #include "embedded/block_diagram/block_data.hpp"
-#include "embedded/block_diagram/handles.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/handles.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "embedded/block_diagram/system_data.hpp"
 #include "platform/foundation/exception.hpp"
@@ -38,7 +38,9 @@ GTRootBlock::~GTRootBlock() = default;
 GTCompBlock::~GTCompBlock() = default;
 GTExecBlock::~GTExecBlock() = default;
 
-int GTRootBlock::getGantrelObjectType() const { return embedded::block_diagram::block_object_type; }
+int GTRootBlock::getGantrelObjectType() const {
+  return embedded::block_diagram::block_object_type;
+}
 
 GTBlock::GTBlock(const char* blockType, GtBlockContext* context) : host_(new GTBlockHostData) {
   std::unique_ptr<GTBlockHostData> guard(host_);
@@ -71,32 +73,64 @@ GTBlock::~GTBlock() {
   delete host_;
 }
 
-void* GTBlock::operator new(std::size_t size) { return ::operator new(size); }
-void GTBlock::operator delete(void* memory) { ::operator delete(memory); }
+void* GTBlock::operator new(std::size_t size) {
+  return ::operator new(size);
+}
+void GTBlock::operator delete(void* memory) {
+  ::operator delete(memory);
+}
 
-double GTBlock::getHandle() const { return host_->handle; }
-GtBlockContext* GTBlock::context() const { return host_->context; }
-GTBlock::Flags& GTBlock::flags() { return host_->flags; }
-const GTBlock::Flags& GTBlock::flags() const { return host_->flags; }
+double GTBlock::getHandle() const {
+  return host_->handle;
+}
+GtBlockContext* GTBlock::context() const {
+  return host_->context;
+}
+GTBlock::Flags& GTBlock::flags() {
+  return host_->flags;
+}
+const GTBlock::Flags& GTBlock::flags() const {
+  return host_->flags;
+}
 
 // --- virtual operations as they are for a block that overrides none
 
 void GTBlock::refreshGeneratedMask(const std::string&, bool) {}
-ustring GTBlock::getGrLeftPortUnit(int) { return {}; }
-ustring GTBlock::getGrRightPortUnit(int) { return {}; }
-GTExecBlock* GTBlock::createExecBlock() { return nullptr; }
-GTBlock* GTBlock::clone() const { return new GTBlock(*this); }
+ustring GTBlock::getGrLeftPortUnit(int) {
+  return {};
+}
+ustring GTBlock::getGrRightPortUnit(int) {
+  return {};
+}
+GTExecBlock* GTBlock::createExecBlock() {
+  return nullptr;
+}
+GTBlock* GTBlock::clone() const {
+  return new GTBlock(*this);
+}
 void GTBlock::updateGeneratedMask() {}
-const char* GTBlock::getDomainName() const { return ""; }
-bool GTBlock::isPhysicalNetworkBlock() const { return false; }
-bool GTBlock::usesPhysicalPortRotation() const { return false; }
+const char* GTBlock::getDomainName() const {
+  return "";
+}
+bool GTBlock::isPhysicalNetworkBlock() const {
+  return false;
+}
+bool GTBlock::usesPhysicalPortRotation() const {
+  return false;
+}
 void GTBlock::ignoreNotification() {}
 void GTBlock::markHostFlag() {}
 void GTBlock::writeNothing() {}
 void GTBlock::checkDialogParameters(int) {}
-const char* GTBlock::getGeneratedMaskText() const { return nullptr; }
-bool GTBlock::alwaysTrue() const { return false; }
-bool GTBlock::alwaysFalse() const { return false; }
+const char* GTBlock::getGeneratedMaskText() const {
+  return nullptr;
+}
+bool GTBlock::alwaysTrue() const {
+  return false;
+}
+bool GTBlock::alwaysFalse() const {
+  return false;
+}
 
 // --- name and place
 
@@ -108,7 +142,9 @@ void GTBlock::setGrName(const ustring& name) {
   }
 }
 
-const ustring& GTBlock::getGrName() const { return host_->name; }
+const ustring& GTBlock::getGrName() const {
+  return host_->name;
+}
 
 ustring GTBlock::getFullPath(bool sanitized) const {
   ustring path = embedded::block_diagram::fullPath(host_->system, this);
@@ -119,7 +155,9 @@ ustring GTRootBlockPlatformInfo::getGrFullPathNameUnicode(bool withLineFeeds) co
   return block_->getFullPath(!withLineFeeds);
 }
 
-GTBlock* GTBlock::Handle2Block(double handle) { return dynamic_cast<GTBlock*>(Handle2GantrelObject(handle)); }
+GTBlock* GTBlock::Handle2Block(double handle) {
+  return dynamic_cast<GTBlock*>(Handle2GantrelObject(handle));
+}
 
 void GTBlock::ThrowException(GTDiagnostic* diagnostic) const {
   const std::unique_ptr<GTDiagnostic> owned(diagnostic);

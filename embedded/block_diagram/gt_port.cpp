@@ -34,10 +34,16 @@ gtPort::~gtPort() {
   delete host_;
 }
 
-int gtPort::getGantrelObjectType() const { return embedded::block_diagram::port_object_type; }
-double gtPort::getHandle() const { return host_->handle; }
+int gtPort::getGantrelObjectType() const {
+  return embedded::block_diagram::port_object_type;
+}
+double gtPort::getHandle() const {
+  return host_->handle;
+}
 
-double gp_handle(const gtPort* port) { return port->host().handle; }
+double gp_handle(const gtPort* port) {
+  return port->host().handle;
+}
 
 gtpatch::portenum::Kind gtpatch::getPortKind(const gtPort* port) {
   return port->isLeft() ? portenum::LEFT_CONNECTION : portenum::RIGHT_CONNECTION;
@@ -54,4 +60,6 @@ const std::string& gtGetPortDomainPortType(const gtPort* port) {
   return port->host().type ? *port->host().type : none;
 }
 
-std::string gtsvString::get_converted_lcp_str() const { return kmf::ustring_to_local_encoded_string(text_); }
+std::string gtsvString::get_converted_lcp_str() const {
+  return kmf::ustring_to_local_encoded_string(text_);
+}

@@ -64,11 +64,17 @@ HandleTable& table() {
 
 }  // namespace
 
-double mintHandle(GantrelObject* object) { return table().mint(object); }
-void releaseHandle(double handle) noexcept { table().release(handle); }
+double mintHandle(GantrelObject* object) {
+  return table().mint(object);
+}
+void releaseHandle(double handle) noexcept {
+  table().release(handle);
+}
 
 }  // namespace embedded::block_diagram
 
 GantrelObject::~GantrelObject() = default;
 
-GantrelObject* Handle2GantrelObject(double handle) { return embedded::block_diagram::table().find(handle); }
+GantrelObject* Handle2GantrelObject(double handle) {
+  return embedded::block_diagram::table().find(handle);
+}

@@ -79,7 +79,9 @@ bool setIoPortParameter(GTBlock& block, const std::string& name, const ustring& 
 
 }  // namespace
 
-const char* onOff(bool value) { return value ? "on" : "off"; }
+const char* onOff(bool value) {
+  return value ? "on" : "off";
+}
 
 std::vector<std::string> hostParameterNames(const GTBlock& block) {
   std::vector<std::string> names;

@@ -101,7 +101,9 @@ void GTMask::setText(std::size_t i, const ustring& text) {
   }
 }
 
-GTDialogInfo* gt_mask_dialog_info(GTMask* mask) { return mask->kind->dialog(); }
+GTDialogInfo* gt_mask_dialog_info(GTMask* mask) {
+  return mask->kind->dialog();
+}
 
 void MaskInterface::setMask(GTBlock* block, const boost::shared_ptr<const GTMaskDefinition>& definition) {
   GTBlockHostData& data = block->host();
@@ -140,7 +142,9 @@ ustring MaskInterface::getMaskDialogValueString(const GTBlock* block, int i) {
 GTMaskReverseHierarchyIterator::GTMaskReverseHierarchyIterator(const GTBlock* block, const GTMask* start)
     : next_(start ? const_cast<GTMask*>(start) : embedded::block_diagram::maskAround(block)) {}
 
-bool GTMaskReverseHierarchyIterator::hasNext() const { return next_ != nullptr; }
+bool GTMaskReverseHierarchyIterator::hasNext() const {
+  return next_ != nullptr;
+}
 
 GTMask* GTMaskReverseHierarchyIterator::next() {
   GTMask* const result = next_;

@@ -78,7 +78,9 @@ std::unique_ptr<Nets> collect(const std::vector<gtPort*>& all, DisjointSet& set)
 
 }  // namespace
 
-void netsChanged(System& system) { SystemAccess::data(system).nets.reset(); }
+void netsChanged(System& system) {
+  SystemAccess::data(system).nets.reset();
+}
 
 const Nets& netsOf(const System& system) {
   SystemData& data = SystemAccess::data(system);

@@ -15,8 +15,12 @@ namespace embedded::block_diagram {
 
 namespace {
 
-cvUniquePtr text(const ustring& value) { return cvUniquePtr(cvCreateUString(value)); }
-cvUniquePtr number(double value) { return cvUniquePtr(cvCreateDoubleScalar(value)); }
+cvUniquePtr text(const ustring& value) {
+  return cvUniquePtr(cvCreateUString(value));
+}
+cvUniquePtr number(double value) {
+  return cvUniquePtr(cvCreateDoubleScalar(value));
+}
 
 /// A structure with a field for each parameter, as "ObjectParameters" tells them.
 cvUniquePtr nameStructure(const std::vector<std::string>& names) {
@@ -32,7 +36,8 @@ const std::unordered_map<std::string_view, BlockFunction>& blockTable() {
   static const std::unordered_map<std::string_view, BlockFunction> table = {
       {"Handle", [](const GTBlock& block) { return number(block.getHandle()); }},
       {"Name", [](const GTBlock& block) { return text(block.getGrName()); }},
-      {"Parent", [](const GTBlock& block) { return text(block.host().system ? block.host().system->path() : ustring()); }},
+      {"Parent",
+       [](const GTBlock& block) { return text(block.host().system ? block.host().system->path() : ustring()); }},
       {"BlockType", [](const GTBlock& block) { return cvUniquePtr(cvCreateString(blockType(block))); }},
       {"Object", [](const GTBlock& block) { return reflectedObject(block); }},
       {"PortHandles", portHandles},
@@ -50,7 +55,10 @@ const std::unordered_map<std::string_view, DiagramFunction>& diagramTable() {
       {"Parent", [](const Diagram&) { return text({}); }},
       {"Object", [](const Diagram& diagram) { return reflectedObject(*diagramObject(diagram)); }},
       {"ModelWorkspace", [](const Diagram& diagram) { return modelWorkspaceObject(*diagramObject(diagram)); }},
-      {"MaskWSVariables", [](const Diagram&) { return cvUniquePtr(cvCreateStructMatrix(0, 0, {"Name", "Value"})); }},
+      {"MaskWSVariables",
+       [](const Diagram&) {
+         return cvUniquePtr(cvCreateStructMatrix(0, 0, {"Name", "Value"}));
+       }},
       {"ObjectParameters",
        [](const Diagram& diagram) {
          std::vector<std::string> names;

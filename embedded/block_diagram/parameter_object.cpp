@@ -18,7 +18,9 @@ cvUniquePtr parameterObject(cvUniquePtr value, const std::string& unit, bool run
   return object;
 }
 
-bool isParameterObject(const cvArray_tag* array) { return cvIsA(array, parameter_class); }
+bool isParameterObject(const cvArray_tag* array) {
+  return cvIsA(array, parameter_class);
+}
 
 cvUniquePtr plainValue(const cvArray_tag* array) {
   if (isParameterObject(array)) {

@@ -12,7 +12,9 @@ namespace embedded::block_diagram {
 
 namespace {
 
-char16_t plain(char16_t unit) { return unit == u'\n' ? u' ' : unit; }
+char16_t plain(char16_t unit) {
+  return unit == u'\n' ? u' ' : unit;
+}
 
 /// Names from the front, slashes paired from the front. Differs from `splitPath` for odd runs of slashes only.
 std::vector<ustring> splitFromFront(const ustring& path) {

@@ -30,7 +30,9 @@ cvUniquePtr peersOf(const gtPort& port) {
   return peers;
 }
 
-std::string typeOf(const gtPort& port) { return (port.isLeft() ? "LConn" : "RConn") + std::to_string(port.index + 1); }
+std::string typeOf(const gtPort& port) {
+  return (port.isLeft() ? "LConn" : "RConn") + std::to_string(port.index + 1);
+}
 
 }  // namespace
 

@@ -41,7 +41,9 @@ class PropertyValue : public Property {
   Value value_;
 };
 
-Value booleanValue(const ustring& text) { return kmf::lower(kmf::ustring_to_utf8_string(text)) == "on"; }
+Value booleanValue(const ustring& text) {
+  return kmf::lower(kmf::ustring_to_utf8_string(text)) == "on";
+}
 
 std::optional<Value> maskProperty(const GTMask& mask, const std::string& name) {
   const int i = mask.kind->find(name);

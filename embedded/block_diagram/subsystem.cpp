@@ -9,7 +9,9 @@ namespace embedded::block_diagram {
 
 namespace {
 
-int orderOf(const GTBlock* ioPort) { return ioPort->host().ioPort()->order; }
+int orderOf(const GTBlock* ioPort) {
+  return ioPort->host().ioPort()->order;
+}
 
 void renumber(std::vector<GTBlock*>& side, std::size_t from) {
   for (std::size_t i = from; i < side.size(); ++i) side[i]->host().ioPort()->position = i;
@@ -31,7 +33,9 @@ void delist(std::vector<GTBlock*>& side, std::size_t position) {
   renumber(side, position);
 }
 
-GTBlock& ownerOf(const GTBlock& ioPort) { return *ioPort.host().system->owner(); }
+GTBlock& ownerOf(const GTBlock& ioPort) {
+  return *ioPort.host().system->owner();
+}
 
 std::vector<GTBlock*>& sideList(const GTBlock& subsystem, Side side) {
   return subsystem.host().subsystem()->ioPorts[static_cast<int>(side)];
@@ -82,18 +86,28 @@ System* contents(const GTBlock& block) {
   return data ? data->contents.get() : nullptr;
 }
 
-const std::string& blockType(const GTBlock& block) { return *block.host().type; }
+const std::string& blockType(const GTBlock& block) {
+  return *block.host().type;
+}
 
 const std::string& libraryName(const GTBlock& block) {
   static const std::string none;
   return block.host().library ? *block.host().library : none;
 }
 
-System& parentSystem(const GTBlock& block) { return *block.host().system; }
-SourcePlace sourcePlace(const GTBlock& block) { return block.host().place; }
+System& parentSystem(const GTBlock& block) {
+  return *block.host().system;
+}
+SourcePlace sourcePlace(const GTBlock& block) {
+  return block.host().place;
+}
 
-bool isSubsystem(const GTBlock& block) { return block.host().subsystem() != nullptr; }
-bool isIoPort(const GTBlock& block) { return block.host().ioPort() != nullptr; }
+bool isSubsystem(const GTBlock& block) {
+  return block.host().subsystem() != nullptr;
+}
+bool isIoPort(const GTBlock& block) {
+  return block.host().ioPort() != nullptr;
+}
 
 bool isOpaque(const GTBlock& subsystem) {
   const SubsystemData* data = subsystem.host().subsystem();

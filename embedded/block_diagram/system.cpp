@@ -18,7 +18,9 @@ namespace {
 constexpr int deepest = 10000;
 
 /// Subsystems and I/O port blocks come without a domain, and nobody generates masks for them.
-std::unique_ptr<GTBlock> hostBlock(const char* type) { return std::make_unique<GTBlock>(type, nullptr); }
+std::unique_ptr<GTBlock> hostBlock(const char* type) {
+  return std::make_unique<GTBlock>(type, nullptr);
+}
 
 /// Whether the line is new at the port.
 bool joinLine(SystemData& data, gtPort& port, Line& line) {
@@ -36,8 +38,12 @@ bool joinLine(SystemData& data, gtPort& port, Line& line) {
 
 }  // namespace
 
-std::size_t BlockNameHash::operator()(const GTBlock* block) const noexcept { return NameHash()(block->getGrName()); }
-std::size_t BlockNameHash::operator()(const ustring& name) const noexcept { return NameHash()(name); }
+std::size_t BlockNameHash::operator()(const GTBlock* block) const noexcept {
+  return NameHash()(block->getGrName());
+}
+std::size_t BlockNameHash::operator()(const ustring& name) const noexcept {
+  return NameHash()(name);
+}
 bool BlockNameEqual::operator()(const GTBlock* a, const GTBlock* b) const noexcept {
   return sameName(a->getGrName(), b->getGrName());
 }
@@ -52,7 +58,9 @@ System::~System() {
   for (GTBlock* block : blocks_) delete block;
 }
 
-ustring System::path() const { return fullPath(this, nullptr); }
+ustring System::path() const {
+  return fullPath(this, nullptr);
+}
 
 GTBlock* System::find(const ustring& name) const {
   const auto found = byName_.find(name);

@@ -5,6 +5,8 @@
 DADomainObj::~DADomainObj() = default;
 DADomainMgr::~DADomainMgr() = default;
 
+// --- what a manager that doesn't care says
+
 bool DADomainMgr::checkCanAddToGraph(const GTBlock*) const {
   return true;
 }
@@ -30,8 +32,9 @@ DomainMgrPrototypeRegistry::~DomainMgrPrototypeRegistry() {
 }
 
 DomainMgrPrototypeRegistry& DomainMgrPrototypeRegistry::get() {
-  static DomainMgrPrototypeRegistry registry;
-  return registry;
+  // Never destroyed: the code of a manager may lie in a module that is closed by then.
+  static auto* const instance = new DomainMgrPrototypeRegistry;
+  return *instance;
 }
 
 DADomainObj* DomainMgrPrototypeRegistry::getDefaultMgr(const std::string& domainName) const {
@@ -48,7 +51,7 @@ void DomainMgrPrototypeRegistry::removeDefaultMgr(const std::string& domainName)
 }
 
 std::vector<std::string> DomainMgrPrototypeRegistry::names() const {
-  std::vector<std::string> result;
-  for (const auto& row : data_->managers) result.push_back(row.first);
-  return result;
+  std::vector<std::string> names;
+  for (const auto& entry : data_->managers) names.push_back(entry.first);
+  return names;
 }

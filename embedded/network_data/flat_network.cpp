@@ -9,7 +9,9 @@ namespace embedded::network_data {
 
 using namespace block_diagram;
 
-bool isLeaf(const GTBlock& block) { return isSubsystem(block) ? isOpaque(block) : block.isPhysicalNetworkBlock(); }
+bool isLeaf(const GTBlock& block) {
+  return isSubsystem(block) ? isOpaque(block) : block.isPhysicalNetworkBlock();
+}
 
 FlatNetwork::FlatNetwork(const Diagram& diagram) {
   const auto add = [this](const System& system, std::uint32_t parent) {

@@ -11,7 +11,9 @@ using namespace block_diagram;
 
 namespace {
 
-void makeUnique(auto& sorted) { sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end()); }
+void makeUnique(auto& sorted) {
+  sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+}
 
 }  // namespace
 
@@ -45,7 +47,7 @@ void LeafPorts::nameDomains(const std::vector<std::string>& fallbackDomains) {
     std::sort(domains_.begin(), domains_.end());
     makeUnique(domains_);
   }
-  const bool opaqueOnly = domains_.empty();
+  const bool opaqueOnly = domains_.empty() && !blocks_.empty();
   if (opaqueOnly) domains_ = fallbackDomains;
   std::sort(domains_.begin(), domains_.end());
   makeUnique(domains_);

@@ -116,8 +116,9 @@ PortNets netsAsPorts(const block_diagram::Diagram& diagram) {
   return result;
 }
 
-std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram) {
-  return LeafPorts(FlatNetwork(diagram), {}).domains();
+std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram,
+                                   const std::vector<std::string>& fallbackDomains) {
+  return LeafPorts(FlatNetwork(diagram), fallbackDomains).domains();
 }
 
 }  // namespace embedded::network_data

@@ -48,7 +48,8 @@ struct PortNets {
 };
 PortNets netsAsPorts(const block_diagram::Diagram& diagram);
 
-/// Domains of the blocks of a diagram that are part of its network, ascending.
-std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram);
+/// Domains of the blocks of a diagram that are part of its network, ascending; as for `MachineData`.
+std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram,
+                                   const std::vector<std::string>& fallbackDomains = {});
 
 }  // namespace embedded::network_data

@@ -16,12 +16,14 @@ namespace {
 struct Item {
   std::uint32_t whole;
   std::uint32_t domain;
-  double level;         ///< handle by which the system knows it
-  std::uint32_t leaf;   ///< number of the leaf port
-  std::uint32_t net;    ///< the system's net that it is on
+  double level;        ///< handle by which the system knows it
+  std::uint32_t leaf;  ///< number of the leaf port
+  std::uint32_t net;   ///< the system's net that it is on
 };
 
-bool sameNet(const Item& a, const Item& b) { return a.whole == b.whole && a.domain == b.domain; }
+bool sameNet(const Item& a, const Item& b) {
+  return a.whole == b.whole && a.domain == b.domain;
+}
 bool comesBefore(const Item& a, const Item& b) {
   return std::tie(a.whole, a.domain, a.level) < std::tie(b.whole, b.domain, b.level);
 }

@@ -18,9 +18,9 @@ struct Pair {
 
 /// n-1 pairs of a net of n ports. In every system that the net touches, its items are the leaf ports right there, and
 /// for each subsystem in it with members one leaf port that stands for all of them. An item has a level handle: the
-/// handle of the leaf port itself, or of the port of the subsystem's icon through which the net leaves it. All items are
-/// paired with the one of the smallest level handle, and its leaf port stands for the system in the one around.
-/// A fold of the hierarchy that takes the smallest handle for a net thus gets from these pairs what it gets from all.
+/// handle of the leaf port itself, or of the port of the subsystem's icon through which the net leaves it. All items
+/// are paired with the one of the smallest level handle, and its leaf port stands for the system in the one around. A
+/// fold of the hierarchy that takes the smallest handle for a net thus gets from these pairs what it gets from all.
 std::vector<Pair> spanningPairs(const FlatNetwork& network, const LeafPorts& leaves);
 
 /// Each two ports of a net.
