@@ -1,0 +1,168 @@
+#include "apps/kinemo/options.hpp"
+
+#include "apps/kinemo/exit_codes.hpp"
+#include "formats/names.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+#include <sstream>
+
+namespace kinemo::app {
+
+namespace {
+
+const std::vector<std::string> command_names{"compile", "check", "nets", "blocks"};
+
+constexpr const char* main_footer = R"(
+Models are diagrams (.yaml, .yml, .json) and SPICE netlists (.cir, .sp, .spice, .net, .ckt, .cdl); '-' is standard input.
+Data goes to standard output, messages and progress to standard error.
+Exit status: 0 clean, 1 the model has errors, 2 wrong usage or a file that can't be read or written, 70 a fault of ours.
+
+Examples:
+  kinemo compile examples/rc_lowpass.yaml
+  kinemo check --format sarif motor_drive.yaml > findings.sarif
+  kinemo nets amplifier.cir --format json
+  kinemo blocks physical/resistor)";
+
+const std::map<std::string, When> when_names{
+    {"auto", When::automatic}, {"always", When::always}, {"never", When::never}};
+
+void add_common_options(CLI::App& app, Options& options) {
+  const auto group = [](CLI::Option* option) { return option->group("Common options"); };
+  group(app.add_option("--domain", options.domains, "Open a further domain module; may be given more than once"))
+      ->type_name("FILE.so")
+      ->expected(1)
+      ->take_all();
+  group(app.add_flag("--timing", options.timing, "Tell how long each stage took"));
+  group(app.add_option("--progress", options.progress, "Show progress: auto (on a terminal), always or never"))
+      ->transform(CLI::CheckedTransformer(when_names).description(""))
+      ->type_name("auto|always|never");
+  group(app.add_option("--color", options.color, "Colour messages: auto (on a terminal), always or never"))
+      ->transform(CLI::CheckedTransformer(when_names).description(""))
+      ->type_name("auto|always|never");
+  CLI::Option* quiet = app.add_flag("-q,--quiet", options.quiet, "Say nothing but errors");
+  CLI::Option* verbose = app.add_flag("-v,--verbose", options.verbose, "Say what is being done");
+  group(quiet);
+  group(verbose)->excludes(quiet);
+}
+
+void add_model(CLI::App& app, Options& options, bool required) {
+  CLI::Option* model = app.add_option("MODEL", options.model, "A diagram or a netlist; '-' is standard input");
+  if (required) model->required();
+  app.add_option("--input-format", options.input_format, "What MODEL is, where its name doesn't tell")
+      ->check(CLI::IsMember({"diagram", "spice"}).description(""))
+      ->type_name("diagram|spice");
+}
+
+void add_format(CLI::App& app, Options& options, const std::vector<std::string>& names, const std::string& text) {
+  std::string type_name;
+  for (const std::string& name : names) type_name += (type_name.empty() ? "" : "|") + name;
+  app.add_option("--format", options.format, text + "; " + names.front() + " by default")
+      ->check(CLI::IsMember(names).description(""))
+      ->type_name(type_name);
+}
+
+void add_output(CLI::App& app, Options& options) {
+  app.add_option("-o,--output", options.output, "Write to a file, which appears only when all went well")
+      ->type_name("FILE");
+}
+
+CLI::App* add_command(CLI::App& app, Options& options, Command command, const std::string& name,
+                      const std::string& text, const std::string& footer) {
+  CLI::App* sub = app.add_subcommand(name, text);
+  sub->footer(footer);
+  sub->callback([&options, command] { options.command = command; });
+  return sub;
+}
+
+void add_commands(CLI::App& app, Options& options) {
+  CLI::App* compile = add_command(app, options, Command::compile, "compile", "Compile a model into its graph",
+                                  "\nExample:\n  kinemo compile rc_lowpass.yaml --format json -o rc_lowpass.json");
+  add_model(*compile, options, true);
+  add_format(*compile, options, {"summary", "json", "dot"}, "How to show the compiled model");
+  add_output(*compile, options);
+  add_common_options(*compile, options);
+
+  CLI::App* check = add_command(app, options, Command::check, "check", "Look for mistakes in a model",
+                                "\nExamples:\n  kinemo check rc_lowpass.yaml --warnings-as-errors\n"
+                                "  kinemo check --list-rules");
+  add_model(*check, options, false);
+  add_format(*check, options, {"text", "json", "sarif"}, "How to show what is found");
+  check->add_flag("--list-rules", options.list_rules, "Say which rules there are");
+  check->add_flag("--warnings-as-errors", options.warnings_as_errors, "Exit with 1 for a warning, too");
+  add_output(*check, options);
+  add_common_options(*check, options);
+
+  CLI::App* nets = add_command(app, options, Command::nets, "nets", "List which ports share a node, through all levels",
+                               "\nExample:\n  kinemo nets amplifier.cir --format json");
+  add_model(*nets, options, true);
+  add_format(*nets, options, {"text", "json"}, "How to show the nets");
+  add_output(*nets, options);
+  add_common_options(*nets, options);
+
+  CLI::App* blocks =
+      add_command(app, options, Command::blocks, "blocks", "Show the library: ports, parameters, units, defaults",
+                  "\nExamples:\n  kinemo blocks\n  kinemo blocks physical/spice\n"
+                  "  kinemo blocks physical/resistor --format json");
+  blocks->add_option("NAME", options.block, "A block, or the first part of the names of some");
+  add_format(*blocks, options, {"text", "json"}, "How to show the blocks");
+  add_output(*blocks, options);
+  add_common_options(*blocks, options);
+}
+
+/// The word where a command should stand.
+std::string first_word(int argc, const char* const* argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (!word.empty() && word.front() != '-') return word;
+  }
+  return {};
+}
+
+std::string usage_message(const CLI::ParseError& error, int argc, const char* const* argv) {
+  const std::string word = first_word(argc, argv);
+  const bool known = std::find(command_names.begin(), command_names.end(), word) != command_names.end();
+  std::string text = "kinemo: error: ";
+  if (word.empty()) {
+    text += "a command is missing";
+  } else if (!known) {
+    text += "there is no command '" + word + "'" + formats::did_you_mean(word, command_names);
+  } else {
+    text += error.what();
+  }
+  return text + "\nTry 'kinemo " + (known ? word + " " : "") + "--help'.\n";
+}
+
+/// A command line that says all but what the command can't do without.
+std::string incomplete(const Options& options) {
+  if (options.command == Command::check && !options.list_rules && options.model.empty()) {
+    return "kinemo: error: MODEL is required\nTry 'kinemo check --help'.\n";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::variant<Options, Ending> parse_command_line(int argc, const char* const* argv) {
+  Options options;
+  CLI::App app("Kinemo turns block diagrams and netlists of physical networks into graphs.", "kinemo");
+  app.set_version_flag("--version", "kinemo " KINEMO_VERSION);
+  app.footer(main_footer);
+  app.require_subcommand(1);
+  add_commands(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) return Ending{exit_code::usage, {}, usage_message(error, argc, argv)};
+    std::ostringstream out;
+    app.exit(error, out, out);
+    return Ending{exit_code::clean, out.str(), {}};
+  }
+  if (const std::string message = incomplete(options); !message.empty()) {
+    return Ending{exit_code::usage, {}, message};
+  }
+  return options;
+}
+
+}  // namespace kinemo::app

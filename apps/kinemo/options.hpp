@@ -1,0 +1,40 @@
+// What the command line says. A plain value, made once at the start of the program.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kinemo::app {
+
+enum class Command { compile, check, nets, blocks };
+enum class When { automatic, always, never };
+
+struct Options {
+  Command command = Command::compile;
+  std::string model;         ///< a file, "-" for standard input, or empty where the command needs none
+  std::string input_format;  ///< "diagram", "spice", or empty: by the file's name and contents
+  std::string format;
+  std::string output;  ///< a file; "-" or empty for standard output
+  std::string block;   ///< of `blocks`
+  bool list_rules = false;
+  bool warnings_as_errors = false;
+
+  std::vector<std::string> domains;  ///< modules to open besides the standard one
+  bool timing = false;
+  When progress = When::automatic;
+  When color = When::automatic;
+  bool quiet = false;
+  bool verbose = false;
+};
+
+/// How the program ends where there is nothing to do: help, version, or a wrong command line.
+struct Ending {
+  int exit_code;
+  std::string output;   ///< for standard output
+  std::string message;  ///< for standard error
+};
+
+std::variant<Options, Ending> parse_command_line(int argc, const char* const* argv);
+
+}  // namespace kinemo::app

@@ -1,0 +1,131 @@
+#include "apps/kinemo/session.hpp"
+
+#include "apps/kinemo/exit_codes.hpp"
+#include "apps/kinemo/model_input.hpp"
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/compile_layer/compile.hpp"
+#include "embedded/foundation/warnings.hpp"
+#include "platform/foundation/exception.hpp"
+#include "views/error_diagnostics.hpp"
+
+#include <filesystem>
+
+namespace kinemo::app {
+
+namespace {
+
+constexpr const char* standard_module = "kinemo_physical.so";
+
+/// Beside the program, in the places where a build and an installation put it.
+std::string find_standard_module() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path folder = program.parent_path();
+  for (const char* below : {"../lib", ".", "../lib/kinemo"}) {
+    const std::filesystem::path candidate = (folder / below / standard_module).lexically_normal();
+    if (std::filesystem::exists(candidate, error)) return candidate.string();
+  }
+  return {};
+}
+
+bool names_standard_module(const std::string& file) {
+  return std::filesystem::path(file).filename() == standard_module;
+}
+
+void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file,
+                  formats::DiagnosticList& list) {
+  for (const kmf::Message& warning : capture.warnings()) {
+    const kmf::MessageId& id = warning.identifier();
+    list.warning(id.group + ":" + id.id, {file, 0, 0}, warning.text());
+  }
+}
+
+/// The first model among what the domains made. A diagram of several domains has more, which no view shows yet.
+boost::optional<CompiledModel> pick_model(const DACompileResult& result, const std::string& file,
+                                          formats::DiagnosticList& list) {
+  boost::optional<CompiledModel> picked;
+  for (const auto& [domain, value] : result.values()) {
+    const auto* model = boost::any_cast<gl::core::Model>(&value);
+    if (model == nullptr) continue;
+    if (picked) {
+      list.warning("kinemo:several-domains", {file, 0, 0},
+                   "the model of the domain '" + domain + "' isn't shown, but that of '" + picked->domain + "'");
+    } else {
+      picked = CompiledModel{domain, *model};
+    }
+  }
+  return picked;
+}
+
+}  // namespace
+
+Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
+  load_domains();
+}
+
+void Session::load_domains() {
+  std::vector<std::string> files;
+  bool replaced = false;
+  for (const std::string& file : options_.domains) replaced = replaced || names_standard_module(file);
+  if (!replaced) {
+    files.push_back(find_standard_module());
+    if (files.back().empty()) {
+      throw UsageError(std::string("the domain module ") + standard_module +
+                       " isn't beside the program; --domain FILE.so names one");
+    }
+  }
+  files.insert(files.end(), options_.domains.begin(), options_.domains.end());
+  for (const std::string& file : files) {
+    try {
+      console_.verbose("domain '" + environment_.loadDomain(file) + "' from " + file);
+    } catch (const kmf::Exception& error) {
+      const kmf::ErrorData data = error.data();
+      throw UsageError(data.text + " [" + data.group + ":" + data.id + "]");
+    }
+  }
+  console_.end_stage("domains");
+}
+
+std::string Session::model_file() const {
+  return options_.model == "-" ? "<stdin>" : options_.model;
+}
+
+embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
+  console_.progress("reading", 0, 0);
+  kmf::embedded::WarningCapture warnings;
+  embedded::block_diagram::Diagram* diagram = read_model(options_, model_file(), console_, list);
+  add_warnings(warnings, model_file(), list);
+  console_.end_stage("read");
+  return diagram;
+}
+
+boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram& diagram,
+                                                formats::DiagnosticList& list) {
+  kmf::embedded::WarningCapture warnings;
+  boost::optional<CompiledModel> model;
+  try {
+    const DACompileResult result = embedded::compile_layer::compile(
+        diagram,
+        [this](const char* stage, std::size_t done, std::size_t total) { console_.progress(stage, done, total); });
+    model = pick_model(result, model_file(), list);
+    if (!model) {
+      list.error("kinemo:no-blocks", {model_file(), 0, 0}, "no domain has blocks in the model, so there is no graph");
+    }
+  } catch (const kmf::Exception& error) {
+    views::add_error(error, &diagram, model_file(), list);
+  }
+  add_warnings(warnings, model_file(), list);
+  console_.end_stage("compile");
+  return model;
+}
+
+boost::optional<CompiledModel> Session::read_and_compile(embedded::block_diagram::Diagram*& diagram) {
+  formats::DiagnosticList list;
+  boost::optional<CompiledModel> model;
+  diagram = read(list);
+  if (diagram != nullptr) model = compile(*diagram, list);
+  console_.diagnostics(list);
+  return model;
+}
+
+}  // namespace kinemo::app

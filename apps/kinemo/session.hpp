@@ -1,0 +1,51 @@
+// One run of the program: the environment with its domain modules, and the steps that commands share. Made by `main`.
+#pragma once
+
+#include "apps/kinemo/console.hpp"
+#include "apps/kinemo/options.hpp"
+#include "embedded/environment/environment.hpp"
+#include "formats/diagnostics.hpp"
+#include "platform/graph_core/graph.hpp"
+
+#include <boost/optional.hpp>
+
+#include <string>
+
+namespace embedded::block_diagram {
+class Diagram;
+}
+
+namespace kinemo::app {
+
+/// What a domain made of a diagram.
+struct CompiledModel {
+  std::string domain;
+  gl::core::Model model;
+};
+
+class Session {
+ public:
+  /// Opens the domain modules. @throws UsageError
+  Session(const Options& options, Console& console);
+
+  const Options& options() const { return options_; }
+  Console& console() { return console_; }
+  /// How messages name the model's file.
+  std::string model_file() const;
+
+  /// Reads the model; null where it has errors, which are in the list then. @throws UsageError
+  embedded::block_diagram::Diagram* read(formats::DiagnosticList& list);
+  /// Compiles; none where it has errors, which are in the list then. Warnings of the compile are in it, too.
+  boost::optional<CompiledModel> compile(embedded::block_diagram::Diagram& diagram, formats::DiagnosticList& list);
+  /// Both, with everything that is to be said told on standard error.
+  boost::optional<CompiledModel> read_and_compile(embedded::block_diagram::Diagram*& diagram);
+
+ private:
+  void load_domains();
+
+  const Options& options_;
+  Console& console_;
+  embedded::Environment environment_;
+};
+
+}  // namespace kinemo::app
