@@ -58,7 +58,7 @@ Diagram* read(const std::shared_ptr<const TextFile>& file, const Options& option
 
 }  // namespace
 
-Diagram* read_netlist(const std::string& path, const Options& options, DiagnosticList& diagnostics) {
+Diagram* read_netlist(const std::string& path, DiagnosticList& diagnostics, const Options& options) {
   std::string reason;
   TextFiles files;
   const auto file = files.load(path, path, reason);
@@ -69,13 +69,13 @@ Diagram* read_netlist(const std::string& path, const Options& options, Diagnosti
   return read(file, options, diagnostics);
 }
 
-Diagram* read_netlist_text(std::string text, const std::string& shown_name, const Options& options,
-                           DiagnosticList& diagnostics) {
+Diagram* read_netlist_text(const std::string& text, const std::string& name, DiagnosticList& diagnostics,
+                           const Options& options) {
   if (looks_binary(text)) {
-    diagnostics.error("spice:missing_file", {shown_name, 0, 0}, "the text holds null bytes, so it is no netlist");
+    diagnostics.error("spice:missing_file", {name, 0, 0}, "the text holds null bytes, so it is no netlist");
     return nullptr;
   }
-  return read(make_text_file(shown_name, {}, std::move(text)), options, diagnostics);
+  return read(make_text_file(name, name, text), options, diagnostics);
 }
 
 }  // namespace kinemo::formats::spice
