@@ -1,93 +1,159 @@
 #include "embedded/compile_layer/compile.hpp"
 
-#include "embedded/block_diagram/diagram.hpp"
-#include "embedded/compile_layer/stages.hpp"
+#include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/system_data.hpp"
+#include "embedded/compile_layer/mask_evaluator.hpp"
+#include "embedded/network_data/active_systems.hpp"
+#include "embedded/network_data/flat_nets.hpp"
 #include "embedded/network_data/machine_data.hpp"
 #include "platform/foundation/exception.hpp"
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 
 namespace embedded::compile_layer {
 
+using block_diagram::Diagram;
+using network_data::ActiveSystem;
+
 namespace {
 
-using Managers = std::vector<std::unique_ptr<DADomainMgr>>;
+/// A compile of a million blocks tells its progress some hundred times.
+class ProgressTeller {
+ public:
+  ProgressTeller(const Progress& progress, const char* stage, std::size_t total)
+      : progress_(progress), stage_(stage), total_(total) {
+    tell();
+  }
+  ~ProgressTeller() { tell(); }
+  void step() {
+    if (++done_ % 4096 == 0) tell();
+  }
 
-/// Copies of the managers whose domains have blocks in the diagram, in the order of the registry. A diagram whose only
-/// leaves are opaque subsystems is everybody's.
-Managers managersFor(const block_diagram::Diagram& diagram) {
+ private:
+  void tell() const {
+    if (progress_) progress_(stage_, done_, total_);
+  }
+
+  const Progress& progress_;
+  const char* stage_;
+  std::size_t done_ = 0;
+  std::size_t total_;
+};
+
+/// Evaluates and checks the blocks of a diagram, gathering what fails.
+class ParameterPass {
+ public:
+  ParameterPass(Diagram& diagram, const Progress& progress)
+      : diagram_(diagram),
+        progress_(progress),
+        errors_(kmf::Message(kmf::MessageId("kinemo:host:compile", "ParameterErrors", diagram.name()))),
+        masks_(errors_) {}
+
+  void run(bool check) {
+    const std::vector<ActiveSystem> systems = network_data::activeSystems(diagram_);
+    ProgressTeller teller(progress_, "parameters", diagram_.blockCount());
+    std::vector<const MaskFrame*> frames(systems.size());
+    for (std::size_t i = 0; i < systems.size(); ++i) {
+      frames[i] = i == 0 ? add(std::make_unique<MaskFrame>(diagram_))
+                         : frameInside(*systems[i].system->owner(), *frames[systems[i].parent]);
+      for (GTBlock* block : block_diagram::activeBlocks(*systems[i].system)) {
+        visit(*block, *frames[i], check);
+        teller.step();
+      }
+    }
+    if (errors_.numCauses() != 0) throw errors_;
+  }
+
+ private:
+  const MaskFrame* add(std::unique_ptr<MaskFrame> frame) {
+    frames_.push_back(std::move(frame));
+    return frames_.back().get();
+  }
+
+  const MaskFrame* frameInside(const GTBlock& owner, const MaskFrame& around) {
+    const GTMask* mask = owner.host().mask.get();
+    return mask ? add(std::make_unique<MaskFrame>(around, *mask)) : &around;
+  }
+
+  void visit(GTBlock& block, const MaskFrame& frame, bool check) {
+    GTMask* mask = block.host().mask.get();
+    const bool complete = !mask || masks_.evaluate(block, *mask, frame);
+    if (!check || !complete) return;
+    try {
+      block.checkDialogParameters(1);
+    } catch (const kmf::Exception& error) {
+      errors_.addCause(error);
+    }
+  }
+
+  Diagram& diagram_;
+  const Progress& progress_;
+  kmf::MessageException errors_;
+  MaskEvaluator masks_;
+  std::vector<std::unique_ptr<MaskFrame>> frames_;
+};
+
+using Manager = std::unique_ptr<DADomainMgr>;
+
+/// Copies of the managers of the domains that the diagram has blocks of; of all domains when it has none, so that an
+/// empty diagram compiles to an empty model.
+std::vector<Manager> managersFor(const Diagram& diagram) {
   const DomainMgrPrototypeRegistry& registry = DomainMgrPrototypeRegistry::get();
-  Managers managers;
-  for (const std::string& name : network_data::domainsOf(diagram, registry.names())) {
-    if (const auto* manager = dynamic_cast<const DADomainMgr*>(registry.getDefaultMgr(name)))
+  std::vector<std::string> names = network_data::domainsIn(diagram);
+  if (names.empty()) names = registry.names();
+  std::vector<Manager> managers;
+  for (const std::string& name : names) {
+    if (const auto* manager = dynamic_cast<const DADomainMgr*>(registry.getDefaultMgr(name))) {
       managers.emplace_back(manager->clone());
+    }
   }
   return managers;
 }
 
-/// Tells all managers of the compile's end, in the order in which they were told of its beginning.
-class EndOfCompile {
+/// Tells the manager of the end of a compile, however it ends.
+class OpenCompile {
  public:
-  EndOfCompile(const Managers& managers, const std::string& model) : managers_(managers), model_(model) {}
-  EndOfCompile(const EndOfCompile&) = delete;
-  EndOfCompile& operator=(const EndOfCompile&) = delete;
-
-  /// After a success: errors are the compile's.
-  void end() {
-    while (next_ < managers_.size()) managers_[next_++]->endCompile(model_);
-  }
-  ~EndOfCompile() {
-    // Only on the way out of a failure, which is the one to be reported.
-    while (next_ < managers_.size()) {
-      try {
-        managers_[next_++]->endCompile(model_);
-      } catch (const std::exception&) {
-        continue;
-      }
+  OpenCompile(DADomainMgr& manager, const std::string& model) : manager_(manager), model_(model) {}
+  ~OpenCompile() {
+    try {
+      manager_.endCompile(model_);
+    } catch (...) {
+      // The outcome of the compile stands; an end has nothing to add to it.
     }
   }
+  OpenCompile(const OpenCompile&) = delete;
+  OpenCompile& operator=(const OpenCompile&) = delete;
 
  private:
-  const Managers& managers_;
+  DADomainMgr& manager_;
   const std::string& model_;
-  std::size_t next_ = 0;
 };
 
-void compileDomain(DADomainMgr& manager, const std::string& model, const network_data::MachineData& network,
-                   DACompileResult& result) {
-  manager.startCompile(model);
-  if (const KMMachineData_tag* machine = network.machine(manager.domainName())) manager.addMachine(machine);
-  manager.compile(model, result);
+void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress& progress, DACompileResult& result) {
+  const OpenCompile open(manager, diagram.name());
+  if (progress) progress("network", 0, 0);
+  manager.startCompile(diagram.name());
+  {
+    const network_data::MachineData machine(diagram, manager.domainName());
+    manager.addMachine(machine.get());
+  }
+  if (progress) progress("model", 0, 0);
+  manager.compile(diagram.name(), result);
 }
 
 }  // namespace
 
-void evaluateParameters(block_diagram::Diagram& diagram, const Progress& progress) {
-  BlockErrors errors(diagram.name());
-  evaluateMasks(diagram, progress, errors);
-  errors.raise();
+void evaluateParameters(Diagram& diagram, const Progress& progress) {
+  ParameterPass(diagram, progress).run(false);
 }
 
-DACompileResult compile(block_diagram::Diagram& diagram, const Progress& progress) {
-  const std::string& model = diagram.name();
-  const Managers managers = managersFor(diagram);
-  EndOfCompile ending(managers, model);
-  for (const auto& manager : managers) manager->notifyPreEvalParamsStage(model);
-  BlockErrors errors(model);
-  evaluateMasks(diagram, progress, errors);
-  checkBlocks(diagram, progress, errors);
-  errors.raise();
-  if (progress) progress("network", 0, 0);
-  const network_data::MachineData network(diagram, network_data::Listing::Spanning,
-                                          DomainMgrPrototypeRegistry::get().names());
+DACompileResult compile(Diagram& diagram, const Progress& progress) {
+  const std::vector<Manager> managers = managersFor(diagram);
+  for (const Manager& manager : managers) manager->notifyPreEvalParamsStage(diagram.name());
+  ParameterPass(diagram, progress).run(true);
   DACompileResult result;
-  for (const auto& manager : managers) {
-    if (progress) progress(manager->domainName().c_str(), 0, 0);
-    compileDomain(*manager, model, network, result);
-  }
-  ending.end();
+  for (const Manager& manager : managers) compileDomain(diagram, *manager, progress, result);
   return result;
 }
 

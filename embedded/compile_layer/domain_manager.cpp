@@ -5,8 +5,6 @@
 DADomainObj::~DADomainObj() = default;
 DADomainMgr::~DADomainMgr() = default;
 
-// --- what a manager that doesn't care says
-
 bool DADomainMgr::checkCanAddToGraph(const GTBlock*) const {
   return true;
 }
@@ -32,9 +30,8 @@ DomainMgrPrototypeRegistry::~DomainMgrPrototypeRegistry() {
 }
 
 DomainMgrPrototypeRegistry& DomainMgrPrototypeRegistry::get() {
-  // Never destroyed: the code of a manager may lie in a module that is closed by then.
-  static auto* const instance = new DomainMgrPrototypeRegistry;
-  return *instance;
+  static DomainMgrPrototypeRegistry registry;
+  return registry;
 }
 
 DADomainObj* DomainMgrPrototypeRegistry::getDefaultMgr(const std::string& domainName) const {
@@ -51,7 +48,7 @@ void DomainMgrPrototypeRegistry::removeDefaultMgr(const std::string& domainName)
 }
 
 std::vector<std::string> DomainMgrPrototypeRegistry::names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : data_->managers) names.push_back(entry.first);
-  return names;
+  std::vector<std::string> result;
+  for (const auto& row : data_->managers) result.push_back(row.first);
+  return result;
 }

@@ -1,57 +1,59 @@
 #pragma once
 
-// Evaluation of the parameters of one mask in what lies around its block.
-
+#include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/mask_data.hpp"
-#include "embedded/compile_layer/stages.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace embedded::compile_layer {
 
-/// What expressions inside of a masked subsystem see: the mask's variables, then what lies around it. Lives as long as
-/// something inside is still to be evaluated.
-class Surroundings {
+/// Where the blocks of a system find names: in the masks around them, then in the model's and the base workspace. One
+/// is made for each subsystem with a mask and serves everything inside it, up to the next mask.
+class MaskFrame {
  public:
-  /// The outermost: the model's and the base workspace.
-  explicit Surroundings(std::vector<const scripting_runtime::Workspace*> workspaces);
-  /// `failed` are variables without a value, whose error has been reported.
-  Surroundings(const GTMask& mask, const std::vector<std::string>& failed, std::shared_ptr<const Surroundings> outer);
-  ~Surroundings();
+  explicit MaskFrame(block_diagram::Diagram& diagram);
+  MaskFrame(const MaskFrame& outer, const GTMask& mask);
+  MaskFrame(const MaskFrame&) = delete;
+  MaskFrame& operator=(const MaskFrame&) = delete;
 
   const scripting_runtime::Scope& scope() const { return scope_; }
-  /// Whether the name leads to a variable that failed: what uses it fails for that reason alone.
-  bool isFailed(const std::string& name) const;
+  /// Whether the name would come from a mask parameter whose own evaluation failed.
+  bool lacks(const std::string& name) const;
 
  private:
-  scripting_runtime::Workspace own_;
-  std::unordered_set<std::string> failed_;
-  std::shared_ptr<const Surroundings> outer_;
+  const MaskFrame* outer_ = nullptr;
+  scripting_runtime::Workspace workspace_;
   scripting_runtime::Scope scope_;
+  std::set<std::string> failed_;
 };
 
-/// Serves one compile. Texts without names are evaluated once, and their values shared by all that have them.
+/// Evaluates masks of blocks, one compile long. Texts without names are evaluated once and their values shared.
 class MaskEvaluator {
  public:
-  /// Gives every parameter of the mask its value; one that has none is reported, unless it fails on account of a
-  /// variable around that failed before. Returns the names of those without a value.
-  std::vector<std::string> evaluate(GTMask& mask, const Surroundings& around, BlockErrors& errors);
+  /// Failures become causes of `errors`, one for each parameter. What only follows from another failure isn't told.
+  explicit MaskEvaluator(kmf::AttributedException& errors) : errors_(&errors) {}
+
+  /// Gives the block's mask its values. False when one of them failed.
+  bool evaluate(const GTBlock& block, GTMask& mask, const MaskFrame& frame);
 
  private:
-  cvUniquePtr value(const GTMask& mask, std::size_t i, const Surroundings& around);
-  cvUniquePtr expressionValue(const block_diagram::SharedText& text, const Surroundings& around);
+  cvUniquePtr valueOf(const GTMask& mask, std::size_t parameter, const MaskFrame& frame);
+  cvUniquePtr literal(const block_diagram::SharedText& text, GTPrmDesc::Type type);
+  cvUniquePtr expression(const block_diagram::SharedText& text, const MaskFrame& frame);
+  void report(const GTBlock& block, const GTMask& mask, std::size_t parameter, const MaskFrame& frame,
+              const kmf::Exception& cause);
 
-  /// Value of a text without names. The text is kept too, since its address is the key.
-  struct Constant {
-    block_diagram::SharedText text;
-    cvUniquePtr value;
-  };
-  std::unordered_map<const void*, Constant> constants_;
+  using Values = std::unordered_map<const block_diagram::SharedText::Entry*, cvUniquePtr>;
+
+  kmf::AttributedException* errors_;
+  Values constants_;
+  Values literals_;
 };
 
 }  // namespace embedded::compile_layer

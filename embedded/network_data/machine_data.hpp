@@ -1,55 +1,38 @@
 #pragma once
 
-// The physical network of one diagram as the host tells it: the records behind the data access of
-// `platform/network_data`. A `MachineData` owns its records, holds no texts, and is good until the diagram is edited.
+// The machine data of a diagram's network, made for one compile. It holds pointers into the diagram and no text.
 
-#include "platform/block_diagram/block.hpp"
+#include "embedded/block_diagram/diagram.hpp"
 #include "platform/network_data/network_data.hpp"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace embedded::block_diagram {
-class Diagram;
-}
-
 namespace embedded::network_data {
 
-/// How the members of a net are told of each other.
-enum class Listing {
-  Spanning,  ///< of n ports n-1 pairs, each from both ends
-  AllPairs   ///< every ordered pair: quadratic, to be compared with
-};
+/// How a net of n ports is told: by n - 1 pairs that span it, or by all pairs. Both compile to equal graphs.
+enum class Listing { Spanning, AllPairs };
 
 class MachineData {
  public:
-  /// Opaque subsystems in a diagram without any block of a domain go to `fallbackDomains`.
-  explicit MachineData(const block_diagram::Diagram& diagram, Listing listing = Listing::Spanning,
-                       const std::vector<std::string>& fallbackDomains = {});
+  /// The network of one domain in the diagram, which must outlive the data.
+  MachineData(const block_diagram::Diagram& diagram, const std::string& domain, Listing listing = Listing::Spanning);
   ~MachineData();
-  MachineData(const MachineData&) = delete;
-  MachineData& operator=(const MachineData&) = delete;
+  MachineData(MachineData&&) noexcept;
+  MachineData& operator=(MachineData&&) noexcept;
 
-  /// Domains that have blocks in the diagram, ascending.
-  std::vector<std::string> domains() const;
-  /// Null where the domain has no block in the diagram.
-  const KMMachineData_tag* machine(const std::string& domain) const;
+  const KMMachineData_tag* get() const { return data_.get(); }
 
  private:
-  std::vector<std::unique_ptr<KMMachineData_tag>> machines_;
+  std::unique_ptr<KMMachineData_tag> data_;
 };
 
-/// The network by its ports: all members of each net of the flattened diagram, those of one port included, and all
-/// blocks of the network. Both in the order of the drawing, from the top down.
-struct PortNets {
-  std::vector<std::vector<gtPort*>> nets;
+/// The same network as lists of ports: groups of nets of ports, and all blocks of the network.
+struct PortLists {
+  std::vector<std::vector<std::vector<gtPort*>>> nets;
   std::vector<GTBlock*> blocks;
 };
-PortNets netsAsPorts(const block_diagram::Diagram& diagram);
-
-/// Domains of the blocks of a diagram that are part of its network, ascending; as for `MachineData`.
-std::vector<std::string> domainsOf(const block_diagram::Diagram& diagram,
-                                   const std::vector<std::string>& fallbackDomains = {});
+PortLists portLists(const block_diagram::Diagram& diagram, const std::string& domain);
 
 }  // namespace embedded::network_data
