@@ -11,10 +11,9 @@
 namespace kinemo::physical {
 
 const char domain_name[] = "physical";
+const char mask_function[] = "physical.internal.generateMask";
 
 namespace {
-
-constexpr char mask_function[] = "physical.internal.generateMask";
 
 ustring wide(const std::string& text) {
   return kmf::utf8_string_to_ustring(text);

@@ -19,6 +19,8 @@
 namespace kinemo::physical {
 
 extern const char domain_name[];
+/// The scripting function that generates the masks of all kinds.
+extern const char mask_function[];
 
 /// What a block shows and what its component begins as: a leaf with all connectors and no parameters.
 struct Look {
