@@ -162,9 +162,11 @@ class ExpressionParser {
       read_probe(begin);
     } else if (is_call) {
       wait(Waiting::call, Operation::call, 0, std::move(name));
+      m_waiting.back().offset = begin;
       ++m_at;
     } else {
-      emit(is_probe_name(name) ? Operation::probe : Operation::name, 0, begin, std::move(name));
+      const Operation operation = is_probe_name(name) ? Operation::probe : Operation::name;
+      emit(operation, 0, begin, std::move(name));
       m_wants_operand = false;
     }
   }

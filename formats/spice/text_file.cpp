@@ -1,9 +1,8 @@
 #include "formats/spice/text_file.hpp"
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
+#include <optional>
+
+#include "formats/read_text.hpp"
 
 namespace kinemo::formats::spice {
 
@@ -78,22 +77,15 @@ std::shared_ptr<const TextFile> TextFiles::load(const std::filesystem::path& pat
   if (const auto found = m_loaded.find(key); !code && found != m_loaded.end()) {
     return found->second;
   }
-  if (!std::filesystem::is_regular_file(path, code)) {
-    reason = code ? code.message() : "it isn't a regular file";
+  std::optional<std::string> text = read_text(path.string(), reason);
+  if (!text) {
     return nullptr;
   }
-  errno = 0;
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) {
-    reason = std::strerror(errno);
-    return nullptr;
-  }
-  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  if (looks_binary(text)) {
+  if (looks_binary(*text)) {
     reason = "it holds null bytes, so it isn't a text file";
     return nullptr;
   }
-  return m_loaded[key] = make_text_file(shown_name, path, std::move(text));
+  return m_loaded[key] = make_text_file(shown_name, path, std::move(*text));
 }
 
 }  // namespace kinemo::formats::spice
