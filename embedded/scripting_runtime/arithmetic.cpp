@@ -81,6 +81,7 @@ Complex whole_power(Complex base, double exponent) {
 Complex complex_power(Complex a, Complex b) {
   constexpr double most_exact = 1024;
   if (b.imag() == 0 && is_whole(b.real()) && std::abs(b.real()) <= most_exact) return whole_power(a, b.real());
+  if (b == 0.5) return std::sqrt(a);
   if (a == 0.0) return b.real() > 0 ? 0.0 : std::pow(0.0, b.real());
   return std::pow(a, b);
 }

@@ -151,23 +151,22 @@ void compare(Call& call) {
   call.give(array_of(std::move(result)));
 }
 
-/// [1 2;3 4] is "1  2" above "3  4".
+/// [1 20;3 4] is "1  20" above "3   4".
 cvUniquePtr matrix_as_text(const Numbers& numbers, int digits) {
-  std::vector<std::vector<std::string>> cells(numbers.rows());
-  std::size_t width = 0;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    cells[i % numbers.rows()].push_back(number_text(numbers.re[i], digits));
-    width = std::max(width, cells[i % numbers.rows()].back().size());
+  std::vector<std::string> lines(numbers.rows());
+  for (std::size_t column = 0; column < numbers.columns(); ++column) {
+    std::vector<std::string> cells;
+    std::size_t width = 0;
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+      cells.push_back(number_text(numbers.re[column * lines.size() + row], digits));
+      width = std::max(width, cells.back().size());
+    }
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+      lines[row] += (column > 0 ? "  " : "") + std::string(width - cells[row].size(), ' ') + cells[row];
+    }
   }
   std::vector<Value> rows;
-  for (const auto& row : cells) {
-    std::string line;
-    for (const std::string& cell : row) {
-      if (!line.empty()) line += "  ";
-      line += std::string(width - cell.size(), ' ') + cell;
-    }
-    rows.emplace_back(cvUniquePtr(cvCreateString(line)));
-  }
+  for (const std::string& line : lines) rows.emplace_back(cvUniquePtr(cvCreateString(line)));
   return std::move(joined_in_column(std::move(rows))).release();
 }
 
