@@ -20,14 +20,16 @@ struct Step {
   ShapePtr to;
 };
 
+std::size_t extended_hash(std::size_t hash, const kmf::VnId& id, const kmf::VnIdPath1& type) {
+  boost::hash_combine(hash, hash_value(id));
+  for (const kmf::VnId& part : type) boost::hash_combine(hash, hash_value(part));
+  return hash;
+}
+
 /// The recent steps. Direct-mapped, so that its size is bounded whatever a program builds.
 Step& step_slot(const ShapePtr& from, const kmf::VnId& id, const kmf::VnIdPath1& type) {
   thread_local std::array<Step, 512> steps;
-  std::size_t seed = 0;
-  boost::hash_combine(seed, from.get());
-  boost::hash_combine(seed, hash_value(id));
-  for (const kmf::VnId& part : type) boost::hash_combine(seed, hash_value(part));
-  return steps[seed % steps.size()];
+  return steps[extended_hash(shape_of(from).hash(), id, type) % steps.size()];
 }
 
 template <class Make>
@@ -45,6 +47,8 @@ ShapePtr extended(const ShapePtr& from, const kmf::VnId& id, const kmf::VnIdPath
 
 }  // namespace
 
+Shape::Shape(const kmf::VnIdPath1& type) : type_(type), hash_(extended_hash(0, kmf::VnId(), type)) {}
+
 std::uint32_t Shape::index(const kmf::VnId& id) const {
   if (!byId_.empty()) {
     return byId_.find(hash_value(id), [&](std::uint32_t at) { return order_[at] == id; });
@@ -59,6 +63,7 @@ const Connector* Shape::find(const kmf::VnId& id) const {
 }
 
 void Shape::append(const kmf::VnId& id, const kmf::VnIdPath1& type) {
+  hash_ = extended_hash(hash_, id, type);
   order_.push_back(id);
   connectors_.emplace_back(type);
   const std::uint32_t last = static_cast<std::uint32_t>(order_.size() - 1);

@@ -18,7 +18,7 @@ class Shape {
   static constexpr std::uint32_t npos = ~std::uint32_t{0};
 
   Shape() = default;
-  explicit Shape(const kmf::VnIdPath1& type) : type_(type) {}
+  explicit Shape(const kmf::VnIdPath1& type);
 
   const kmf::VnIdPath1& type() const { return type_; }
   const std::vector<kmf::VnId>& order() const { return order_; }
@@ -26,6 +26,8 @@ class Shape {
   /// The place of a connector in the order; npos when there is none.
   std::uint32_t index(const kmf::VnId& id) const;
   const Connector* find(const kmf::VnId& id) const;
+  /// Depends on type and connectors alone, so that what is shared doesn't change from run to run.
+  std::size_t hash() const { return hash_; }
 
   /// Adds a connector whose id isn't there yet.
   void append(const kmf::VnId& id, const kmf::VnIdPath1& type);
@@ -34,6 +36,7 @@ class Shape {
   void enter(std::uint32_t index);
 
   kmf::VnIdPath1 type_;
+  std::size_t hash_ = 0;
   std::vector<kmf::VnId> order_;
   std::vector<Connector> connectors_;
   FlatIndex<std::uint32_t, npos> byId_;  ///< empty as long as a look through the order is quicker
