@@ -47,7 +47,7 @@ std::string structure(const cvArray_tag* array) {
 std::string error_text(const kmf::ErrorData& error) {
   const std::string area = error.group.substr(error.group.rfind(':') + 1);
   std::string result = (area == "runtime" ? "" : area + ":") + error.id + "(";
-  for (const std::string& argument : error.arguments) result += (result.back() == '(' ? "" : ", ") + argument;
+  for (std::size_t i = 0; i < error.arguments.size(); ++i) result += (i == 0 ? "" : ", ") + error.arguments[i];
   result += ")";
   for (const kmf::ErrorData& cause : error.causes) {
     if (cause.id != "Where") result += " " + error_text(cause);
