@@ -11,35 +11,18 @@ namespace {
 
 // In the order of the alphabet, for the search. Functions of one number or several, element by element or over a
 // matrix.
-constexpr std::array functions{
-    std::string_view("abs"),       std::string_view("acos"),     std::string_view("acosh"),
-    std::string_view("asin"),      std::string_view("asinh"),    std::string_view("atan"),
-    std::string_view("atan2"),     std::string_view("atanh"),    std::string_view("ceil"),
-    std::string_view("cos"),       std::string_view("cosd"),     std::string_view("cosh"),
-    std::string_view("cross"),     std::string_view("cumprod"),  std::string_view("cumsum"),
-    std::string_view("deg2rad"),   std::string_view("det"),      std::string_view("diag"),
-    std::string_view("diff"),      std::string_view("dot"),      std::string_view("double"),
-    std::string_view("exp"),       std::string_view("expm1"),    std::string_view("eye"),
-    std::string_view("factorial"), std::string_view("fix"),      std::string_view("floor"),
-    std::string_view("hypot"),     std::string_view("interp1"),  std::string_view("inv"),
-    std::string_view("length"),    std::string_view("linspace"), std::string_view("log"),
-    std::string_view("log10"),     std::string_view("log1p"),    std::string_view("log2"),
-    std::string_view("max"),       std::string_view("mean"),     std::string_view("min"),
-    std::string_view("mod"),       std::string_view("norm"),     std::string_view("numel"),
-    std::string_view("ones"),      std::string_view("power"),    std::string_view("prod"),
-    std::string_view("rad2deg"),   std::string_view("rem"),      std::string_view("reshape"),
-    std::string_view("round"),     std::string_view("sign"),     std::string_view("sin"),
-    std::string_view("sind"),      std::string_view("sinh"),     std::string_view("size"),
-    std::string_view("sqrt"),      std::string_view("sum"),      std::string_view("tan"),
-    std::string_view("tand"),      std::string_view("tanh"),     std::string_view("transpose"),
-    std::string_view("zeros"),
-};
+constexpr std::array<std::string_view, 79> functions{
+    "abs",   "acos",    "acosh",   "all",      "and",   "any",   "asin",      "asinh",     "atan",    "atan2",
+    "atanh", "ceil",    "cos",     "cosd",     "cosh",  "cross", "cumprod",   "cumsum",    "deg2rad", "det",
+    "diag",  "diff",    "dot",     "double",   "exp",   "expm1", "eye",       "factorial", "fix",     "floor",
+    "hypot", "interp1", "inv",     "isfinite", "isinf", "isnan", "length",    "linspace",  "log",     "log10",
+    "log1p", "log2",    "logical", "max",      "mean",  "min",   "minus",     "mod",       "mtimes",  "norm",
+    "not",   "numel",   "ones",    "or",       "plus",  "power", "prod",      "rad2deg",   "rdivide", "real",
+    "rem",   "repmat",  "reshape", "round",    "sign",  "sin",   "sind",      "sinh",      "size",    "sort",
+    "sqrt",  "sum",     "tan",     "tand",     "tanh",  "times", "transpose", "uminus",    "zeros"};
 static_assert(std::is_sorted(functions.begin(), functions.end()));
 
-constexpr std::array constants{
-    std::string_view("Inf"), std::string_view("NaN"), std::string_view("eps"), std::string_view("false"),
-    std::string_view("inf"), std::string_view("nan"), std::string_view("pi"),  std::string_view("true"),
-};
+constexpr std::array<std::string_view, 8> constants{"Inf", "NaN", "eps", "false", "inf", "nan", "pi", "true"};
 static_assert(std::is_sorted(constants.begin(), constants.end()));
 
 bool can_be_indexed(const ex::Node& node) {
