@@ -61,13 +61,13 @@ embedded::block_diagram::Diagram* read_model(const Options& options, const std::
                                                                  : ModelFormat::spice;
   console.verbose("reading " + shown + (format == ModelFormat::diagram ? " as a diagram" : " as a netlist"));
   if (format == ModelFormat::diagram) {
-    return formats::diagram::read_diagram_text(text, options.model == "-" ? "-" : shown, list);
+    return formats::diagram::read_diagram_text(text, shown, list);
   }
   // A pipe can be read just once; a file is handed on by its name, from which includes are found.
   std::error_code ignored;
   return std::filesystem::is_regular_file(options.model, ignored)
              ? formats::spice::read_netlist(options.model, {}, list)
-             : formats::spice::read_netlist_text(text, shown, {}, list);
+             : formats::spice::read_netlist_text(text, shown, {options.model == "-" ? "model" : ""}, list);
 }
 
 }  // namespace kinemo::app

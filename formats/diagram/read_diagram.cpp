@@ -29,7 +29,7 @@ std::string model_name(const Scope& scope, const YamlNode& model) {
     return expect_text(scope, *given, "a model's name").value_or("model");
   }
   const std::string stem = scope.file.location.stem().string();
-  return kmf::VnId::make(stem.empty() || stem == "-" ? "model" : stem);
+  return kmf::VnId::make(stem.empty() || stem == "<stdin>" ? "model" : stem);
 }
 
 bool create_diagram(Reading& reading, const Scope& scope, const YamlNode& model) {
