@@ -79,10 +79,10 @@ std::string to_string(const Diagnostic& diagnostic) {
 
 std::string_view nearest_name(std::string_view name, const std::vector<std::string_view>& candidates) {
   std::string_view best;
-  std::size_t best_distance = std::max<std::size_t>(1, name.size() / 3) + 1;
   if (name.empty() || name.size() > longest_compared_name) {
     return best;
   }
+  std::size_t best_distance = std::min(std::max<std::size_t>(1, name.size() / 3), name.size() - 1) + 1;
   for (const std::string_view candidate : candidates) {
     const std::size_t difference =
         candidate.size() > name.size() ? candidate.size() - name.size() : name.size() - candidate.size();

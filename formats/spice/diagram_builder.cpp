@@ -62,8 +62,8 @@ struct Level {
 
 class DiagramBuilder : public ExpansionVisitor {
  public:
-  DiagramBuilder(Netlist& netlist, host::Diagram& diagram, Reporter& reporter)
-      : m_netlist(netlist), m_diagram(diagram), m_reporter(reporter), m_inner_nodes(netlist) {
+  DiagramBuilder(Netlist& netlist, host::Diagram& diagram)
+      : m_netlist(netlist), m_diagram(diagram), m_inner_nodes(netlist) {
     for (const auto& file : netlist.files) {
       m_file_names[file.get()] = std::make_shared<const std::string>(file->shown_name);
     }
@@ -253,7 +253,7 @@ class DiagramBuilder : public ExpansionVisitor {
       host::refresh(block);
     }
     if (element.value != nullptr) {
-      set_value(block, element, scopes);
+      set_value(block, element);
     }
     if (element.model != nullptr) {
       host::setParameter(block, "model", host_string(element.model->name));
@@ -267,14 +267,7 @@ class DiagramBuilder : public ExpansionVisitor {
     }
   }
 
-  void set_value(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
-    if (m_faulty.count(&element) != 0) {
-      return;
-    }
-    if (!check_value(*element.value, element.place, scopes, m_reporter)) {
-      m_faulty.insert(&element);  // told once, in however many instances it is
-      return;
-    }
+  void set_value(GTBlock& block, const Element& element) {
     host::setParameter(block, "value", host_string(host_expression(*element.value)));
     if (!element.value->is_number()) {
       host::setParameter(block, "value_conf", u"runtime");
@@ -283,12 +276,10 @@ class DiagramBuilder : public ExpansionVisitor {
 
   Netlist& m_netlist;
   host::Diagram& m_diagram;
-  Reporter& m_reporter;
   InnerNodes m_inner_nodes;
   InstanceMasks m_masks;
   std::unordered_map<const TextFile*, std::shared_ptr<const std::string>> m_file_names;
   std::unordered_map<const Definition*, std::unordered_set<NameId>> m_taken_names;
-  std::unordered_set<const Element*> m_faulty;
   std::vector<Level> m_levels;
 };
 
@@ -296,7 +287,7 @@ class DiagramBuilder : public ExpansionVisitor {
 
 void build_diagram(Netlist& netlist, host::Diagram& diagram, DiagnosticList& diagnostics) {
   Reporter reporter(diagnostics);
-  DiagramBuilder builder(netlist, diagram, reporter);
+  DiagramBuilder builder(netlist, diagram);
   expand(netlist, builder, reporter);
 }
 

@@ -63,6 +63,7 @@ class Expander {
     }
     for (const Element& element : definition.elements) {
       if (is_active(m_path.back(), element.branch)) {
+        value_of(element.value, element.place);
         m_visitor.element(element, m_scopes);
       }
     }
@@ -160,15 +161,6 @@ std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes) {
     }
   }
   return text;
-}
-
-bool check_value(const Expression& expression, const Place& place, const ParameterScopes& scopes, Reporter& reporter) {
-  ExpressionError error;
-  const bool has_value = evaluate(expression, lookup_in(scopes), error).has_value();
-  if (!has_value) {
-    reporter.mistake("spice:no_value", place, error.text);
-  }
-  return has_value;
 }
 
 }  // namespace kinemo::formats::spice

@@ -38,7 +38,4 @@ void expand(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporte
 /// expression.
 std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes);
 
-/// Whether the expression needs nothing that isn't there. Otherwise the mistake is reported.
-bool check_value(const Expression& expression, const Place& place, const ParameterScopes& scopes, Reporter& reporter);
-
 }  // namespace kinemo::formats::spice

@@ -139,9 +139,8 @@ class StructureReader {
       if (!seen.insert(node).second) {
         error("spice:formal_twice", place,
               "node '" + m_netlist.names.text(node) + "' stands twice among the nodes of '" + definition().name + "'");
-      } else {
-        definition().formals.push_back(node);
       }
+      definition().formals.push_back(node);
     }
   }
 
