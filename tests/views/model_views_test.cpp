@@ -1,0 +1,162 @@
+#include "tests/support/physical_environment.hpp"
+#include "views/block_library.hpp"
+#include "views/block_ports.hpp"
+#include "views/model_dot.hpp"
+#include "views/model_json.hpp"
+#include "views/model_summary.hpp"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+namespace kinemo::views {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class ModelViews : public tests::PhysicalEnvironment {
+ protected:
+  embedded::block_diagram::Diagram& example(const std::string& name) {
+    formats::DiagnosticList problems;
+    auto* diagram = formats::diagram::read_diagram(KINEMO_SOURCE_DIR "/examples/" + name, problems);
+    if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
+    return *diagram;
+  }
+
+  static nlohmann::json json_of(const gl::core::Model& model) {
+    std::ostringstream out;
+    write_model_json(out, "m", "physical", model);
+    return nlohmann::json::parse(out.str());
+  }
+};
+
+TEST_F(ModelViews, JsonHoldsTheWholeGraph) {
+  const gl::core::Model model = compile(example("rc_lowpass.yaml"));
+  const nlohmann::json json = json_of(model);
+  EXPECT_EQ(1, json.at("schema"));
+  EXPECT_EQ("physical", json.at("domain"));
+  const nlohmann::json& filter = json.at("graph").at("components").at("Filter");
+  EXPECT_EQ("rc_lowpass/Filter", filter.at("object"));
+  EXPECT_EQ(3U, filter.at("exports").size());
+  const nlohmann::json& resistor = filter.at("graph").at("components").at("R1");
+  EXPECT_EQ("physical.resistor", resistor.at("type"));
+  EXPECT_EQ("physical.electrical", resistor.at("connectors").at("p"));
+  EXPECT_TRUE(resistor.at("parameters").at("R").contains("expression"));
+  EXPECT_EQ("F", filter.at("graph").at("components").at("C1").at("parameters").at("C").at("unit"));
+  EXPECT_EQ(1000.0, json.at("runtimeParameters").at("R0").at("value"));
+}
+
+// What the JSON says of nodes, exports and connections is enough to walk it without our own code.
+TEST_F(ModelViews, JsonConnectionsNameWhatIsThere) {
+  const nlohmann::json json = json_of(compile(example("motor_drive.yaml")));
+  std::vector<const nlohmann::json*> graphs{&json.at("graph")};
+  std::size_t connections = 0;
+  while (!graphs.empty()) {
+    const nlohmann::json& graph = *graphs.back();
+    graphs.pop_back();
+    for (const nlohmann::json& connection : graph.at("connections")) {
+      ++connections;
+      EXPECT_TRUE(graph.at("nodes").contains(connection.at(0)));
+      EXPECT_TRUE(
+          graph.at("components").at(connection.at(1).get<std::string>()).at("connectors").contains(connection.at(2)));
+    }
+    for (const nlohmann::json& component : graph.at("components")) {
+      if (!component.contains("graph")) continue;
+      for (const auto& [node, connector] : component.at("exports").items()) {
+        EXPECT_TRUE(component.at("graph").at("nodes").contains(node));
+        EXPECT_TRUE(component.at("connectors").contains(connector.get<std::string>()));
+      }
+      graphs.push_back(&component.at("graph"));
+    }
+  }
+  EXPECT_EQ(count(compile(*embedded::block_diagram::Diagram::find("motor_drive"))).connections, connections);
+}
+
+TEST_F(ModelViews, CompilingTwiceGivesTheSameJson) {
+  embedded::block_diagram::Diagram& diagram = example("motor_drive.yaml");
+  EXPECT_EQ(json_of(compile(diagram)), json_of(compile(diagram)));
+}
+
+TEST_F(ModelViews, ArraysAreToldByRows) {
+  gl::core::Component part(kmf::VnIdPath1("a.b"));
+  const data2::core::ValueData matrix({2, 3}, {1, 2, 3, 4, 5, 6});
+  part.addParameter("M", gl::core::Parameter(ParameterVariant(data2::core::Value(matrix))));
+  part.addParameter("t", gl::core::Parameter(ParameterVariant(ustring(u"\u00e4\"/\n"))));
+  gl::core::Graph graph;
+  graph.insert("P", part);
+  const nlohmann::json json = json_of(gl::core::Model(graph, {}));
+  const nlohmann::json& parameters = json.at("graph").at("components").at("P").at("parameters");
+  EXPECT_EQ(nlohmann::json::parse("[[1, 3, 5], [2, 4, 6]]"), parameters.at("M").at("value"));
+  EXPECT_EQ("\xC3\xA4\"/\n", parameters.at("t").at("text"));
+}
+
+gl::core::Model nested_model(int levels) {
+  gl::core::Graph graph;
+  graph.insert("leaf", gl::core::Component(kmf::VnIdPath1("a.b")));
+  for (int i = 0; i < levels; ++i) {
+    gl::core::Graph outer;
+    outer.insert("s", gl::core::Component(graph, {}));
+    graph = outer;
+  }
+  return gl::core::Model(graph, {});
+}
+
+TEST_F(ModelViews, DepthDoesNotMatter) {
+  constexpr int levels = 20'000;
+  const gl::core::Model model = nested_model(levels);
+  std::ostringstream json;
+  write_model_json(json, "m", "d", model);
+  EXPECT_THAT(json.str(), HasSubstr("\"a.b\""));
+  const ModelCounts counts = count(model);
+  EXPECT_EQ(1U, counts.components);
+  EXPECT_EQ(static_cast<std::size_t>(levels), counts.depth);
+}
+
+TEST_F(ModelViews, SummaryCutsLongTrees) {
+  gl::core::Graph graph;
+  for (int i = 0; i < 50; ++i)
+    graph.insert(kmf::VnId("c" + std::to_string(i)), gl::core::Component(kmf::VnIdPath1("a.b")));
+  std::ostringstream out;
+  SummaryOptions options;
+  options.component_lines = 10;
+  write_summary(out, "m", "d", gl::core::Model(graph, {}), options);
+  EXPECT_THAT(out.str(), HasSubstr("50 components"));
+  EXPECT_THAT(out.str(), HasSubstr("and 40 more"));
+}
+
+TEST_F(ModelViews, DotHoldsEveryLeafOnce) {
+  std::ostringstream out;
+  write_model_dot(out, "m", compile(example("rc_lowpass.yaml")));
+  EXPECT_THAT(out.str(), HasSubstr("subgraph \"cluster_Filter\""));
+  EXPECT_THAT(out.str(), HasSubstr("\"Filter/R1\" [shape=box"));
+  EXPECT_EQ(std::count(out.str().begin(), out.str().end(), '{'), std::count(out.str().begin(), out.str().end(), '}'));
+}
+
+TEST_F(ModelViews, LibraryTellsPortsAndParameters) {
+  const std::vector<LibraryBlock> blocks = describe_blocks({"physical/resistor", "physical/spice/mosfet"});
+  EXPECT_TRUE(embedded::block_diagram::Diagram::open().empty());
+  ASSERT_EQ(2U, blocks.front().ports.size());
+  EXPECT_EQ("p", blocks.front().ports.front().name);
+  EXPECT_EQ("physical.electrical", blocks.front().ports.front().type);
+  const auto found = std::find_if(blocks.front().parameters.begin(), blocks.front().parameters.end(),
+                                  [](const LibraryParameter& parameter) { return parameter.name == "R"; });
+  ASSERT_NE(blocks.front().parameters.end(), found);
+  EXPECT_EQ("Ohm", found->unit);
+  std::ostringstream out;
+  write_library_json(out, blocks);
+  EXPECT_EQ("left", nlohmann::json::parse(out.str()).at("blocks").at("physical/resistor").at("ports").at(0).at("side"));
+}
+
+TEST_F(ModelViews, NumberedPortsStandInTheOrderOfTheirNumbers) {
+  namespace host = embedded::block_diagram;
+  const host::Diagram& diagram =
+      read("kinemo: 1\nblocks: {M: {type: physical/spice/mosfet, parameters: {terminals: 6}}}\n");
+  const GTBlock& block = *diagram.findBlock(u"M");
+  EXPECT_EQ((std::vector<std::string>{"n1", "n2", "n3", "n4", "n5", "n6"}), port_names(block));
+  EXPECT_THAT(describe_unknown_port(block, "n66"), HasSubstr("did you mean 'n6'"));
+}
+
+}  // namespace
+}  // namespace kinemo::views
