@@ -24,6 +24,7 @@ namespace bd = embedded::block_diagram;
 class PhysicalTest : public kinemo::test::NoLeaks {
  protected:
   PhysicalTest() {
+    allow_kept_arrays(11);  // standing arguments of the search for blocks
     environment.loadDomain(KINEMO_PHYSICAL_MODULE);
     diagram = &bd::Diagram::create("m");
   }
