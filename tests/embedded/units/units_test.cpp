@@ -4,10 +4,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 namespace units2::core {
 namespace {
+
+std::string error_id(const std::string& text) {
+  try {
+    parse(text);
+    return {};
+  } catch (const kmf::MessageException& error) {
+    return error.message().identifier().id;
+  }
+}
 
 std::string error_of(const std::string& text) {
   try {
@@ -114,6 +124,15 @@ TEST(Units, NothingIsWrittenToTheStandardError) {
   EXPECT_NE(error_of("kg*frob"), "");
   EXPECT_FALSE(commensurable(parse("kg"), parse("s")));
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(UnitsDeathTest, AMissingDatabaseIsToldByAMessage) {
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";  // a process that has read no database yet
+  const auto parse_without_database = [] {
+    setenv("UDUNITS2_XML_PATH", "/nowhere/udunits2.xml", 1);
+    std::exit(error_id("m") == "NoUnitDatabase" ? 0 : 1);
+  };
+  EXPECT_EXIT(parse_without_database(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
