@@ -15,11 +15,11 @@ bool is_operator(char c) {
 }
 
 /// The end of the enclosed word that begins at `begin`: behind its closing mark, or the end of an unclosed one.
-std::size_t enclosed_end(const std::string& text, std::size_t begin) {
+std::size_t enclosed_end(std::string_view text, std::size_t begin) {
   const char open = text[begin];
   if (open != '{') {
     const std::size_t close = text.find(open, begin + 1);
-    return close == std::string::npos ? text.size() : close + 1;
+    return close == std::string_view::npos ? text.size() : close + 1;
   }
   std::size_t depth = 0;
   for (std::size_t at = begin; at < text.size(); ++at) {
@@ -50,15 +50,9 @@ bool is_enclosed(std::string_view word) {
 }
 
 std::string_view enclosed_text(std::string_view word) {
-  if (!is_enclosed(word)) {
-    return word;
-  }
-  const char close = word.front() == '{' ? '}' : word.front();
-  word.remove_prefix(1);
-  if (!word.empty() && word.back() == close) {
-    word.remove_suffix(1);
-  }
-  return trimmed(word);
+  const bool is_whole = is_enclosed(word) && enclosed_end(word, 0) == word.size() && word.size() > 1 &&
+                        word.back() == (word.front() == '{' ? '}' : word.front());
+  return is_whole ? trimmed(word.substr(1, word.size() - 2)) : word;
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -87,7 +87,7 @@ class CardCursor {
 bool is_blank(char c);
 /// Whether the word stands in braces or quotes.
 bool is_enclosed(std::string_view word);
-/// What stands inside of the braces or quotes of an enclosed word; the word itself otherwise.
+/// What stands inside of the braces or quotes that enclose all of the word; the word itself otherwise.
 std::string_view enclosed_text(std::string_view word);
 std::string_view trimmed(std::string_view text);
 std::string lower_case(std::string_view text);

@@ -253,7 +253,7 @@ class DiagramBuilder : public ExpansionVisitor {
       host::refresh(block);
     }
     if (element.value != nullptr) {
-      set_value(block, element);
+      set_value(block, element, scopes);
     }
     if (element.model != nullptr) {
       host::setParameter(block, "model", host_string(element.model->name));
@@ -267,7 +267,14 @@ class DiagramBuilder : public ExpansionVisitor {
     }
   }
 
-  void set_value(GTBlock& block, const Element& element) {
+  /// A value that waits for the running circuit becomes a text.
+  void set_value(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
+    ExpressionError error;
+    const ValueLookup values = [&scopes](const std::string& parameter) { return scopes.value(parameter); };
+    if (!evaluate(*element.value, values, error)) {
+      host::setParameter(block, "text", host_string("{" + netlist_text(*element.value, values) + "}"));
+      return;
+    }
     host::setParameter(block, "value", host_string(host_expression(*element.value)));
     if (!element.value->is_number()) {
       host::setParameter(block, "value_conf", u"runtime");

@@ -209,9 +209,29 @@ void ElementReader::add_text(Element& element, std::string_view text, bool all_n
   }
 }
 
+/// The simulator knows more functions and signs for these than for parameters, so what can't be read is kept.
+void ElementReader::add_circuit_expression(Element& element, std::string_view text, const Place& place) {
+  ExpressionError error;
+  const SharedExpression value = m_expressions.try_read(text, error);
+  if (value == nullptr) {
+    m_reporter.warning("spice:unread_expression", place,
+                       "the expression is kept as it stands; parameters in it get no values: " + error.text);
+  }
+  element.text.push_back({std::string(text), value});
+}
+
 void ElementReader::read_value(CardCursor& cursor, Element& element) {
   const std::size_t offset = cursor.offset();
-  element.value = m_expressions.read(cursor.card(), offset, cursor.next_value(false));
+  const std::string_view text = cursor.next_value(false);
+  const bool names_circuit = element.kind->shape == CardShape::passive && is_enclosed(text) &&
+                             (text.find("v(") != std::string_view::npos || text.find("i(") != std::string_view::npos);
+  ExpressionError error;
+  if (names_circuit && m_expressions.try_read(text, error) == nullptr) {
+    element.text.push_back({std::string(1, element.kind->letter) + "=", nullptr});
+    add_circuit_expression(element, text, cursor.card().place(offset));
+  } else {
+    element.value = m_expressions.read(cursor.card(), offset, text);
+  }
 }
 
 void ElementReader::read_passive(CardCursor& cursor, Element& element) {
@@ -386,9 +406,8 @@ void ElementReader::read_controlled_expression(CardCursor& cursor, Element& elem
   cursor.skip_equals();
   const std::size_t offset = cursor.offset();
   const std::string_view text = cursor.next_value(form != "table");
-  const SharedExpression value = m_expressions.read(cursor.card(), offset, text);
   element.text.push_back({form == "table" ? "table " : form + "=", nullptr});
-  element.text.push_back({std::string(text), value});
+  add_circuit_expression(element, text, cursor.card().place(offset));
   add_text(element, cursor.rest());
 }
 
@@ -431,9 +450,8 @@ void ElementReader::read_behavioral(CardCursor& cursor, Element& element) {
   cursor.skip_equals();
   const std::size_t offset = cursor.offset();
   const std::string_view text = cursor.next_value(true);
-  const SharedExpression value = m_expressions.read(cursor.card(), offset, text);
   element.text.push_back({quantity + "=", nullptr});
-  element.text.push_back({std::string(text), value});
+  add_circuit_expression(element, text, cursor.card().place(offset));
   add_text(element, cursor.rest());
 }
 

@@ -41,6 +41,7 @@ class ElementReader {
   /// The number of dimensions of a POLY form, 0 after a mistake.
   std::size_t read_dimensions(CardCursor& cursor, const Element& element);
   void read_value(CardCursor& cursor, Element& element);
+  void add_circuit_expression(Element& element, std::string_view text, const Place& place);
   void add_text(Element& element, std::string_view text, bool all_names = false);
 
   const std::string& name(const Element& element) const { return m_netlist.names.text(element.name); }

@@ -75,10 +75,24 @@ class Expander {
     }
     ExpressionError error;
     const auto value = evaluate(*expression, lookup_in(m_scopes), error);
-    if (!value) {
+    if (!value && !waits_for_circuit(*expression)) {
       report(place, error);
     }
     return value;
+  }
+
+  /// Whether all that is missing for a value are quantities of the running circuit, here or in the parameters that it
+  /// needs, or values whose lack was reported before.
+  bool waits_for_circuit(const Expression& expression) const {
+    bool waits = false;
+    for (const ExpressionStep& step : expression.steps()) {
+      const bool is_name = step.operation == Operation::name;
+      if (is_name && !m_scopes.knows(step.text)) {
+        return false;
+      }
+      waits = waits || step.operation == Operation::probe || (is_name && !m_scopes.value(step.text));
+    }
+    return waits;
   }
 
   /// A place is reported once, in however many instances it is.
@@ -94,6 +108,9 @@ class Expander {
     std::vector<char> settled(branches.size(), 0);  // it or a branch before it in its section is taken
     for (std::size_t i = 0; i < branches.size(); ++i) {
       const Branch& branch = branches[i];
+      if (branch.condition != nullptr && branch.condition->has_probes()) {
+        report(branch.place, {"a condition can't depend on the running circuit", 0});
+      }
       const bool is_open = is_active(instance, branch.parent) &&
                            (branch.previous < 0 || settled[static_cast<std::size_t>(branch.previous)] == 0);
       instance.branches[i] =

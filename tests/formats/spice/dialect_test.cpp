@@ -170,6 +170,14 @@ TEST(NetlistDialect, ValuesAndTextsOfElements) {
         true);
 }
 
+TEST(NetlistDialect, WhatOnlyTheCircuitDecidesStaysAsItStands) {
+  check({{"b1 a 0 v=u(v(b))&1\nb2 a 0 i={v(b)} + 1\nr1 a b 'v(a)~2'\ne1 a 0 value={pwl(time,0,0,1,k)}\n.param k=2",
+          {"b1 a 0 :  | v=u(v(b))&1", "b2 a 0 :  | i={v(b)+1}", "e1 a 0 :  | value={pwl(time,0,0,1,2)}",
+           "r1 a b :  | r='v(a)~2'"}},
+         {".param t={temper+1} u={t*2}\nr1 a b {u}", {"r1 a b : there is no parameter 'u'"}}},
+        true);
+}
+
 TEST(NetlistDialect, WhatNobodyCallsMayBeWrong) {
   check({{"r1 a b 1\n.subckt u a b\nx1 a b nosuch\nq1 a b c nomodel\nr1 a\nx2 a b u\n.ends", {"r1 a b"}}});
 }
