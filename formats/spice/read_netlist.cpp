@@ -58,7 +58,7 @@ Diagram* read(const std::shared_ptr<const TextFile>& file, const Options& option
 
 }  // namespace
 
-Diagram* read_netlist(const std::string& path, DiagnosticList& diagnostics, const Options& options) {
+Diagram* read_netlist(const std::string& path, const Options& options, DiagnosticList& diagnostics) {
   std::string reason;
   TextFiles files;
   const auto file = files.load(path, path, reason);
@@ -69,8 +69,8 @@ Diagram* read_netlist(const std::string& path, DiagnosticList& diagnostics, cons
   return read(file, options, diagnostics);
 }
 
-Diagram* read_netlist_text(const std::string& text, const std::string& name, DiagnosticList& diagnostics,
-                           const Options& options) {
+Diagram* read_netlist_text(const std::string& text, const std::string& name, const Options& options,
+                           DiagnosticList& diagnostics) {
   if (looks_binary(text)) {
     diagnostics.error("spice:missing_file", {name, 0, 0}, "the text holds null bytes, so it is no netlist");
     return nullptr;

@@ -17,12 +17,12 @@ struct Options {
 
 /// Reads a netlist with all that it includes into a new diagram, which the host owns until it is closed. Null when
 /// errors were added to the list; there is no diagram then.
-embedded::block_diagram::Diagram* read_netlist(const std::string& path, DiagnosticList& diagnostics,
-                                               const Options& options = {});
+embedded::block_diagram::Diagram* read_netlist(const std::string& path, const Options& options,
+                                               DiagnosticList& diagnostics);
 
 /// The same for a text that was read already. `name` stands for the file in messages; includes are relative to its
 /// folder.
 embedded::block_diagram::Diagram* read_netlist_text(const std::string& text, const std::string& name,
-                                                    DiagnosticList& diagnostics, const Options& options = {});
+                                                    const Options& options, DiagnosticList& diagnostics);
 
 }  // namespace kinemo::formats::spice
