@@ -60,14 +60,10 @@ embedded::block_diagram::Diagram* read_model(const Options& options, const std::
                              : options.input_format == "diagram" ? ModelFormat::diagram
                                                                  : ModelFormat::spice;
   console.verbose("reading " + shown + (format == ModelFormat::diagram ? " as a diagram" : " as a netlist"));
-  if (format == ModelFormat::diagram) {
-    return formats::diagram::read_diagram_text(text, shown, list);
-  }
-  // A pipe can be read just once; a file is handed on by its name, from which includes are found.
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(options.model, ignored)
-             ? formats::spice::read_netlist(options.model, {}, list)
-             : formats::spice::read_netlist_text(text, shown, {options.model == "-" ? "model" : ""}, list);
+  if (format == ModelFormat::diagram) return formats::diagram::read_diagram_text(text, shown, list);
+  formats::spice::Options netlist;
+  if (options.model == "-") netlist.model_name = "model";
+  return formats::spice::read_netlist_text(text, shown, netlist, list);
 }
 
 }  // namespace kinemo::app
