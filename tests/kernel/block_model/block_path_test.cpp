@@ -20,11 +20,19 @@ Texts componentsOf(const ustring& text) {
 }
 
 TEST(BlockPath, SplitsAtSingleSeparators) {
-  const std::vector<std::pair<ustring, Texts>> cases{
-      {u"", {}},           {u"a", {u"a"}},           {u"a/b", {u"a", u"b"}},       {u"a//b", {u"a//b"}},
-      {u"a/", {u"a"}},     {u"a//", {u"a//"}},       {u"/a", {u"/a"}},             {u"a///b", {u"a", u"//b"}},
-      {u"/", {u"/"}},      {u"//a/b", {u"//a", u"b"}}, {u"a/b/c//d", {u"a", u"b", u"c//d"}}};
-  for (const auto& [text, expected] : cases) EXPECT_EQ(componentsOf(text), expected) << std::string(text.begin(), text.end());
+  const std::vector<std::pair<ustring, Texts>> cases{{u"", {}},
+                                                     {u"a", {u"a"}},
+                                                     {u"a/b", {u"a", u"b"}},
+                                                     {u"a//b", {u"a//b"}},
+                                                     {u"a/", {u"a"}},
+                                                     {u"a//", {u"a//"}},
+                                                     {u"/a", {u"/a"}},
+                                                     {u"a///b", {u"a", u"//b"}},
+                                                     {u"/", {u"/"}},
+                                                     {u"//a/b", {u"//a", u"b"}},
+                                                     {u"a/b/c//d", {u"a", u"b", u"c//d"}}};
+  for (const auto& [text, expected] : cases)
+    EXPECT_EQ(componentsOf(text), expected) << std::string(text.begin(), text.end());
 }
 
 /// The definition of the split, character by character: parents from the right, then the rest.

@@ -6,8 +6,8 @@
 #include "common/gl/gti/export/parameter_value.hpp"
 #include "tests/support/no_leaks.hpp"
 
-#include <boost/lexical_cast.hpp>
 #include <gtest/gtest.h>
+#include <boost/lexical_cast.hpp>
 
 #include <sstream>
 #include <string>

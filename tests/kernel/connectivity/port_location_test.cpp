@@ -1,7 +1,7 @@
 #include "common/gl/gti/src/kernel/connectivity/port_location.hpp"
 
-#include <boost/lexical_cast.hpp>
 #include <gtest/gtest.h>
+#include <boost/lexical_cast.hpp>
 
 #include <sstream>
 #include <string>
@@ -15,11 +15,10 @@ TEST(PortLocation, IsReadFromTheHostsTexts) {
     const char* text;
     PortLocation expected;
   };
-  const std::vector<Case> cases{{"LConn1", {port_side::LEFT, 0}},   {"RConn3", {port_side::RIGHT, 2}},
-                                {"RCONN12", {port_side::RIGHT, 11}}, {"left", {port_side::LEFT, 0}},
-                                {"LConn", {port_side::LEFT, 0}},     {"LConn0", {port_side::LEFT, -1}},
-                                {"3", {port_side::NONE, 0}},         {"Enable", {port_side::NONE, 0}},
-                                {"Conn2", {port_side::NONE, 0}}};
+  const std::vector<Case> cases{
+      {"LConn1", {port_side::LEFT, 0}}, {"RConn3", {port_side::RIGHT, 2}}, {"RCONN12", {port_side::RIGHT, 11}},
+      {"left", {port_side::LEFT, 0}},   {"LConn", {port_side::LEFT, 0}},   {"LConn0", {port_side::LEFT, -1}},
+      {"3", {port_side::NONE, 0}},      {"Enable", {port_side::NONE, 0}},  {"Conn2", {port_side::NONE, 0}}};
   for (const Case& c : cases) {
     EXPECT_TRUE(boost::lexical_cast<PortLocation>(std::string(c.text)) == c.expected) << c.text;
   }

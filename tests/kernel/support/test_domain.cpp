@@ -58,8 +58,7 @@ gl::gti::ComponentEmbedding opaqueComponent(const gl::gti::BlockData& data) {
 }
 
 GTBlock* prototype(bool hasRight) {
-  return gl::gti::create_core_block_prototype(TestBlockInfo(hasRight), "test",
-                                              &embedded::block_diagram::hostContext());
+  return gl::gti::create_core_block_prototype(TestBlockInfo(hasRight), "test", &embedded::block_diagram::hostContext());
 }
 
 GTMaskParameter maskParameter(const char* name, const ustring& value, GTPrmDesc::Type type) {
@@ -78,7 +77,9 @@ void addMask(GTBlock* block) {
   MaskInterface::setMask(block, mask);
 }
 
-ustring wide(const std::string& text) { return kmf::utf8_string_to_ustring(text); }
+ustring wide(const std::string& text) {
+  return kmf::utf8_string_to_ustring(text);
+}
 
 std::pair<std::string, std::string> splitAt(const std::string& text, char separator) {
   const std::size_t at = text.rfind(separator);
