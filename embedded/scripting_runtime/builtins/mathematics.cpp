@@ -44,6 +44,10 @@ void from_zero(Call& call) {
   map_numbers<Real, ForComplex>(call, 0, infinite);
 }
 template <RealFunction Real, ComplexFunction ForComplex>
+void from_one(Call& call) {
+  map_numbers<Real, ForComplex>(call, 1, infinite);
+}
+template <RealFunction Real, ComplexFunction ForComplex>
 void within_one(Call& call) {
   map_numbers<Real, ForComplex>(call, -1, 1);
 }
@@ -142,6 +146,11 @@ void by_operator(Call& call) {
   call.give(std::move(binary(Op, Value::of(call[0]), Value::of(call[1]))).release());
 }
 
+/// The choice of an expression: ternary_fcn(condition, value if it is met, value if not).
+void chosen(Call& call) {
+  call.give(cvUniquePtr(cvCreateSharedCopy(call[call.number(0) != 0 ? 1 : 2])));
+}
+
 void negated(Call& call) {
   call.give(std::move(unary(Operator::not_, Value::of(call[0]))).release());
 }
@@ -170,6 +179,9 @@ KINEMO_BOTH(atan)
 KINEMO_BOTH(sinh)
 KINEMO_BOTH(cosh)
 KINEMO_BOTH(tanh)
+KINEMO_BOTH(asinh)
+KINEMO_BOTH(acosh)
+KINEMO_BOTH(atanh)
 KINEMO_BOTH(exp)
 KINEMO_BOTH(log)
 KINEMO_BOTH(log10)
@@ -193,6 +205,9 @@ std::vector<Builtin> elementary() {
           {"sinh", 1, 1, everywhere<real_sinh, complex_sinh>},
           {"cosh", 1, 1, everywhere<real_cosh, complex_cosh>},
           {"tanh", 1, 1, everywhere<real_tanh, complex_tanh>},
+          {"asinh", 1, 1, everywhere<real_asinh, complex_asinh>},
+          {"acosh", 1, 1, from_one<real_acosh, complex_acosh>},
+          {"atanh", 1, 1, within_one<real_atanh, complex_atanh>},
           {"exp", 1, 1, everywhere<real_exp, complex_exp>},
           {"log", 1, 1, from_zero<real_log, complex_log>},
           {"log2", 1, 1, from_zero<real_log2, complex_log2>},
@@ -228,6 +243,7 @@ std::vector<Builtin> mathematics_builtins() {
                                      {"rdivide", 2, 2, by_operator<Operator::element_divide>},
                                      {"and", 2, 2, by_operator<Operator::element_and>},
                                      {"or", 2, 2, by_operator<Operator::element_or>},
+                                     {"ternary_fcn", 3, 3, chosen},
                                      {"not", 1, 1, negated},
                                      {"uminus", 1, 1, minus_of}};
   result.insert(result.end(), more.begin(), more.end());
