@@ -1,13 +1,16 @@
 #include "embedded/compile_layer/compile.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/block_parameters.hpp"
 #include "embedded/block_diagram/system_data.hpp"
 #include "embedded/compile_layer/mask_evaluator.hpp"
 #include "embedded/network_data/active_systems.hpp"
 #include "embedded/network_data/flat_nets.hpp"
 #include "embedded/network_data/machine_data.hpp"
 #include "platform/foundation/exception.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -18,7 +21,7 @@ using network_data::ActiveSystem;
 
 namespace {
 
-/// A compile of a million blocks tells its progress some hundred times.
+/// A compile of a million blocks tells its progress some thousand times, and looks whether the user has had enough.
 class ProgressTeller {
  public:
   ProgressTeller(const Progress& progress, const char* stage, std::size_t total)
@@ -26,8 +29,11 @@ class ProgressTeller {
     tell();
   }
   ~ProgressTeller() { tell(); }
-  void step() {
-    if (++done_ % 4096 == 0) tell();
+  /// @throws "kinemo:host:compile" "Interrupted" (model)
+  void step(const Diagram& diagram) {
+    if (++done_ % 1024 != 0) return;
+    if (kmf::interrupt_requested()) kmf::throw_message("kinemo:host:compile", "Interrupted", diagram.name());
+    tell();
   }
 
  private:
@@ -59,7 +65,7 @@ class ParameterPass {
                          : frameInside(*systems[i].system->owner(), *frames[systems[i].parent]);
       for (GTBlock* block : block_diagram::activeBlocks(*systems[i].system)) {
         visit(*block, *frames[i], check);
-        teller.step();
+        teller.step(diagram_);
       }
     }
     if (errors_.numCauses() != 0) throw errors_;
@@ -79,9 +85,25 @@ class ParameterPass {
   void visit(GTBlock& block, const MaskFrame& frame, bool check) {
     GTMask* mask = block.host().mask.get();
     const bool complete = !mask || masks_.evaluate(block, *mask, frame);
-    if (!check || !complete) return;
+    gather(block, [&] {
+      if (block_diagram::isVariant(block) && !block_diagram::activeChoice(block))
+        block_diagram::throwNoActiveChoice(block);
+      if (check && complete) block.checkDialogParameters(1);
+    });
+  }
+
+  /// What `action` raises becomes a cause, with the block as its object.
+  template <class Action>
+  void gather(const GTBlock& block, const Action& action) {
     try {
-      block.checkDialogParameters(1);
+      try {
+        action();
+      } catch (kmf::AttributedException& error) {
+        const ustring path = block.getFullPath(true);
+        const auto& objects = error.objects();
+        if (std::find(objects.begin(), objects.end(), path) == objects.end()) error.addObject(path);
+        throw;
+      }
     } catch (const kmf::Exception& error) {
       errors_.addCause(error);
     }
@@ -116,11 +138,17 @@ class OpenCompile {
  public:
   OpenCompile(DADomainMgr& manager, const std::string& model) : manager_(manager), model_(model) {}
   ~OpenCompile() {
+    if (ended_) return;
     try {
       manager_.endCompile(model_);
-    } catch (...) {
-      // The outcome of the compile stands; an end has nothing to add to it.
+    } catch (const std::exception&) {
+      // The compile has failed already, and that is the error to report.
     }
+  }
+  /// After a success; an error is the compile's.
+  void end() {
+    ended_ = true;
+    manager_.endCompile(model_);
   }
   OpenCompile(const OpenCompile&) = delete;
   OpenCompile& operator=(const OpenCompile&) = delete;
@@ -128,10 +156,11 @@ class OpenCompile {
  private:
   DADomainMgr& manager_;
   const std::string& model_;
+  bool ended_ = false;
 };
 
 void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress& progress, DACompileResult& result) {
-  const OpenCompile open(manager, diagram.name());
+  OpenCompile open(manager, diagram.name());
   if (progress) progress("network", 0, 0);
   manager.startCompile(diagram.name());
   {
@@ -140,6 +169,7 @@ void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress&
   }
   if (progress) progress("model", 0, 0);
   manager.compile(diagram.name(), result);
+  open.end();
 }
 
 }  // namespace

@@ -30,8 +30,9 @@ DomainMgrPrototypeRegistry::~DomainMgrPrototypeRegistry() {
 }
 
 DomainMgrPrototypeRegistry& DomainMgrPrototypeRegistry::get() {
-  static DomainMgrPrototypeRegistry registry;
-  return registry;
+  // Never destroyed: a manager's code may lie in a module that is closed by then.
+  static auto* const registry = new DomainMgrPrototypeRegistry;
+  return *registry;
 }
 
 DADomainObj* DomainMgrPrototypeRegistry::getDefaultMgr(const std::string& domainName) const {

@@ -1,5 +1,6 @@
 #include "embedded/compile_layer/mask_evaluator.hpp"
 
+#include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/expression/parse.hpp"
 #include "embedded/expression/walk.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
@@ -21,6 +22,14 @@ cvUniquePtr lasting(cvUniquePtr value) {
 
 cvUniquePtr share(const cvUniquePtr& value) {
   return lasting(cvUniquePtr(cvCreateSharedCopy(value.get())));
+}
+
+/// @throws "kinemo:host:compile" "InvalidChoice" (text, what is valid)
+void checkChoice(const ustring& text, const std::vector<std::string>& choices) {
+  if (choices.empty() || std::count(choices.begin(), choices.end(), kmf::ustring_to_utf8_string(text)) != 0) return;
+  std::string valid;
+  for (const std::string& choice : choices) valid += (valid.empty() ? "" : ", ") + choice;
+  kmf::throw_message("kinemo:host:compile", "InvalidChoice", text, valid);
 }
 
 }  // namespace
@@ -63,25 +72,39 @@ bool MaskEvaluator::evaluate(const GTBlock& block, GTMask& mask, const MaskFrame
 }
 
 cvUniquePtr MaskEvaluator::valueOf(const GTMask& mask, std::size_t parameter, const MaskFrame& frame) {
-  const GTPrmDesc::Type type = mask.kind->parameters()[parameter].type;
-  return type == GTPrmDesc::EDIT ? expression(mask.text(parameter), frame) : literal(mask.text(parameter), type);
+  const GTMaskParameter& description = mask.kind->parameters()[parameter];
+  const SharedText& text = mask.text(parameter);
+  switch (description.type) {
+    case GTPrmDesc::EDIT:
+      return expression(text, frame);
+    case GTPrmDesc::BOOLEAN:
+      checkChoice(text.text(), {"on", "off"});
+      return lasting(cvUniquePtr(cvCreateLogicalScalar(text.text() == u"on")));
+    case GTPrmDesc::POPUP:
+      checkChoice(text.text(), description.choices);
+      break;
+    case GTPrmDesc::STRING:
+      break;
+  }
+  return literal(text);
 }
 
-cvUniquePtr MaskEvaluator::literal(const SharedText& text, GTPrmDesc::Type type) {
-  if (type == GTPrmDesc::BOOLEAN) return lasting(cvUniquePtr(cvCreateLogicalScalar(text.text() == u"on")));
-  cvUniquePtr& value = literals_[text.entry()];
-  if (!value) value = lasting(cvUniquePtr(cvCreateUString(text.text())));
-  return share(value);
+cvUniquePtr MaskEvaluator::literal(const SharedText& text) {
+  Known& known = literals_[text.entry()];
+  if (!known.value) known = {text, lasting(cvUniquePtr(cvCreateUString(text.text())))};
+  return share(known.value);
 }
 
 cvUniquePtr MaskEvaluator::expression(const SharedText& text, const MaskFrame& frame) {
   const auto known = constants_.find(text.entry());
-  if (known != constants_.end()) return share(known->second);
+  if (known != constants_.end()) return share(known->second.value);
   const std::string source = kmf::ustring_to_utf8_string(text.text());
   const expression::ParseResult parsed = expression::parse_cached(source);
   if (!parsed) expression::throw_parse_error(parsed.error);
-  cvUniquePtr value = lasting(scripting_runtime::evaluate(parsed.tree, frame.scope(), source));
-  if (expression::used_names(*parsed.tree, true).empty()) constants_.emplace(text.entry(), share(value));
+  // A parameter object is worth its number: what stands in a mask is the block's own value, in the block's own unit.
+  const cvUniquePtr result = scripting_runtime::evaluate(parsed.tree, frame.scope(), source);
+  cvUniquePtr value = lasting(block_diagram::plainValue(result.get()));
+  if (expression::used_names(*parsed.tree, true).empty()) constants_[text.entry()] = {text, share(value)};
   return value;
 }
 

@@ -44,12 +44,17 @@ class MaskEvaluator {
 
  private:
   cvUniquePtr valueOf(const GTMask& mask, std::size_t parameter, const MaskFrame& frame);
-  cvUniquePtr literal(const block_diagram::SharedText& text, GTPrmDesc::Type type);
+  cvUniquePtr literal(const block_diagram::SharedText& text);
   cvUniquePtr expression(const block_diagram::SharedText& text, const MaskFrame& frame);
   void report(const GTBlock& block, const GTMask& mask, std::size_t parameter, const MaskFrame& frame,
               const kmf::Exception& cause);
 
-  using Values = std::unordered_map<const block_diagram::SharedText::Entry*, cvUniquePtr>;
+  /// A value, and the text that it is of: kept, so that no other text takes the address that is the key.
+  struct Known {
+    block_diagram::SharedText text;
+    cvUniquePtr value;
+  };
+  using Values = std::unordered_map<const block_diagram::SharedText::Entry*, Known>;
 
   kmf::AttributedException* errors_;
   Values constants_;
