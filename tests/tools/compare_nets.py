@@ -113,7 +113,7 @@ def parse_cards(cards):
             path, nodes = polynomial_source(card)
         else:
             words = re.sub(r'\s*=\s*', '=', card).replace(',', ' ').replace('(', ' ').replace(')', ' ').split()
-            if letter == 'a' and not re.search(r'%v\(\S*_int\d', card):
+            if letter == 'a' and not re.search(r'%v[ (]\s*\S*_int\d', card):
                 raise LeftOut("elements with the letter 'A'")
             count = 0 if letter == 'a' else pin_count(letter, words[1:], models)
             path, nodes = element_path(words[0]), words[1:1 + count]
