@@ -3,10 +3,32 @@
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/environment/module.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/warning.hpp"
 
-#include <algorithm>
+#include <exception>
 
 namespace embedded {
+
+namespace {
+
+bool environment_exists = false;
+
+/// Closes what is open, the latest diagram first. A listener that fails doesn't keep the others from closing.
+void closeDiagrams() {
+  for (std::vector<block_diagram::Diagram*> open; !(open = block_diagram::Diagram::open()).empty();) {
+    const std::string name = open.back()->name();
+    try {
+      block_diagram::Diagram::close(*open.back());
+    } catch (const std::exception& error) {
+      kmf::Warning::get().issueWarning(
+          kmf::Message(kmf::MessageId("kinemo:host:diagram", "CloseFailed", name, std::string(error.what()))));
+    }
+  }
+}
+
+}  // namespace
 
 struct Environment::Parts {
   std::vector<std::unique_ptr<Module>> modules;
@@ -14,24 +36,31 @@ struct Environment::Parts {
 };
 
 Environment::Environment() : parts_(std::make_unique<Parts>()) {
+  if (environment_exists) kmf::throw_message("kinemo:host:modules", "EnvironmentInUse");
   block_diagram::registerHostFunctions();
+  environment_exists = true;
 }
 
 Environment::~Environment() {
-  for (block_diagram::Diagram* diagram : block_diagram::Diagram::open()) block_diagram::Diagram::close(*diagram);
+  closeDiagrams();
   // A module may stand on one that came before it.
   while (!parts_->modules.empty()) parts_->modules.pop_back();
   block_diagram::unregisterHostFunctions();
+  scripting_runtime::base_workspace().clear();
+  environment_exists = false;
 }
 
 std::string Environment::loadDomain(const std::string& file) {
-  auto module = std::make_unique<Module>(file, &block_diagram::hostContext());
-  const std::string name = module->name();
-  parts_->modules.push_back(std::move(module));
-  if (std::find(parts_->domains.begin(), parts_->domains.end(), name) == parts_->domains.end()) {
-    parts_->domains.push_back(name);
+  auto module = std::make_unique<Module>(file);
+  for (const auto& known : parts_->modules) {
+    if (known->name() != module->name()) continue;
+    if (known->file() == module->file()) return known->name();
+    kmf::throw_message("kinemo:host:modules", "DomainAlreadyLoaded", known->name(), known->file(), file);
   }
-  return name;
+  module->load(&block_diagram::hostContext());
+  parts_->domains.push_back(module->name());
+  parts_->modules.push_back(std::move(module));
+  return parts_->domains.back();
 }
 
 const std::vector<std::string>& Environment::domains() const {

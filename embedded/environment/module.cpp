@@ -4,6 +4,8 @@
 
 #include <boost/dll/shared_library.hpp>
 
+#include <filesystem>
+
 namespace embedded {
 
 namespace {
@@ -11,10 +13,16 @@ namespace {
 constexpr const char* kGroup = "kinemo:host:modules";
 constexpr const char* kSymbol = "kinemo_domain_module";
 
-std::unique_ptr<boost::dll::shared_library> open(const std::string& file) {
+std::string plain_path(const std::string& file) {
+  std::error_code error;
+  const std::filesystem::path path = std::filesystem::weakly_canonical(std::filesystem::absolute(file, error), error);
+  return error ? file : path.string();
+}
+
+std::unique_ptr<boost::dll::shared_library> open(const std::string& file, const std::string& path) {
   try {
     // Global look-up stays off: two domains may use one name for different things.
-    return std::make_unique<boost::dll::shared_library>(file, boost::dll::load_mode::rtld_now);
+    return std::make_unique<boost::dll::shared_library>(path, boost::dll::load_mode::rtld_now);
   } catch (const boost::system::system_error& error) {
     kmf::throw_message(kGroup, "CannotOpenModule", file, std::string(error.what()));
   }
@@ -27,23 +35,26 @@ const KinemoDomainModule* describe(boost::dll::shared_library& library, const st
     kmf::throw_message(kGroup, "ModuleDoesNotFit", file, std::to_string(description->abi),
                        std::to_string(KINEMO_DOMAIN_ABI));
   }
+  if (!description->name || !description->load || !description->unload)
+    kmf::throw_message(kGroup, "NotADomainModule", file);
   return description;
 }
 
 }  // namespace
 
-Module::Module(const std::string& file, GtBlockContext* context)
-    : library_(open(file)), description_(describe(*library_, file)) {
-  try {
-    description_->load(context);
-  } catch (...) {
-    description_->unload();
-    throw;
-  }
+Module::Module(const std::string& file)
+    : file_(plain_path(file)),
+      library_(open(file, file_)),
+      description_(describe(*library_, file)),
+      name_(description_->name) {}
+
+void Module::load(GtBlockContext* context) {
+  loading_ = true;  // from here on there may be something to take back, whether or not it ends well
+  description_->load(context);
 }
 
 Module::~Module() {
-  description_->unload();
+  if (loading_) description_->unload();
 }
 
 }  // namespace embedded

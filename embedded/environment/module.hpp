@@ -11,21 +11,30 @@ class shared_library;
 
 namespace embedded {
 
-/// An open domain module whose blocks are registered. At its end it takes back what it registered, and is closed.
+/// An open domain module. At its end it takes back what it registered, and is closed: by then nothing may be alive that
+/// the module made.
 class Module {
  public:
-  /// @throws "kinemo:host:modules" "CannotOpenModule" (file, system's text), "NotADomainModule" (file),
-  /// "ModuleDoesNotFit" (file, its interface number, ours); and what the module's own `load` raises
-  Module(const std::string& file, GtBlockContext* context);
+  /// Opens the file; nothing is registered yet. @throws "kinemo:host:modules" "CannotOpenModule" (file, system's text),
+  /// "NotADomainModule" (file), "ModuleDoesNotFit" (file, its interface number, ours)
+  explicit Module(const std::string& file);
   ~Module();
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
 
-  const char* name() const { return description_->name; }
+  /// Lets the module register what it brings. What its `load` raises passes on.
+  void load(GtBlockContext* context);
+
+  const std::string& name() const { return name_; }
+  /// Absolute and without links, so that two spellings of one file are the same.
+  const std::string& file() const { return file_; }
 
  private:
+  std::string file_;
   std::unique_ptr<boost::dll::shared_library> library_;
   const KinemoDomainModule* description_;
+  std::string name_;
+  bool loading_ = false;
 };
 
 }  // namespace embedded

@@ -1,0 +1,129 @@
+#include "embedded/environment/environment.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/compile_layer/compile.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
+#include "platform/block_diagram/events.hpp"
+#include "platform/block_diagram/library.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+using embedded::Environment;
+using embedded::block_diagram::Diagram;
+
+enum Variant { good = 0, other_interface = 1, failing = 2, none = 3 };
+
+std::string module(Variant variant) {
+  return MODULE_FOLDER "/libenvironment_module_" + std::to_string(variant) + MODULE_SUFFIX;
+}
+
+/// Id and arguments of what `action` raises, the second argument left out: it is the system's own text.
+template <class Action>
+std::string errorOf(Action action) {
+  try {
+    action();
+  } catch (const kmf::Exception& error) {
+    const kmf::ErrorData data = error.data();
+    return data.id + (data.arguments.empty() ? "" : "(" + data.arguments.front() + ")");
+  }
+  return {};
+}
+
+TEST(EnvironmentTest, AModuleBringsItsBlocksAndTakesThemWithIt) {
+  {
+    Environment environment;
+    EXPECT_EQ(environment.loadDomain(module(good)), "module_test");
+    EXPECT_EQ(environment.domains(), std::vector<std::string>{"module_test"});
+    EXPECT_NE(gt_find_prototype("module_test/part"), nullptr);
+  }
+  EXPECT_EQ(gt_find_prototype("module_test/part"), nullptr);
+  Environment again;
+  EXPECT_EQ(again.loadDomain(module(good)), "module_test");
+}
+
+TEST(EnvironmentTest, FilesThatAreNoModuleAreToldApart) {
+  Environment environment;
+  EXPECT_EQ(errorOf([&] { environment.loadDomain("/nowhere/x.so"); }), "CannotOpenModule(/nowhere/x.so)");
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(""); }), "CannotOpenModule()");
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(__FILE__); }), "CannotOpenModule(" __FILE__ ")");
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(module(none)); }), "NotADomainModule(" + module(none) + ")");
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(module(other_interface)); }),
+            "ModuleDoesNotFit(" + module(other_interface) + ")");
+  EXPECT_TRUE(environment.domains().empty());
+}
+
+TEST(EnvironmentTest, AModuleThatFailsToLoadLeavesNothing) {
+  Environment environment;
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(module(failing)); }), "LoadFailed");
+  EXPECT_EQ(gt_find_prototype("module_test/part"), nullptr);
+  EXPECT_TRUE(environment.domains().empty());
+  EXPECT_EQ(environment.loadDomain(module(good)), "module_test");
+}
+
+TEST(EnvironmentTest, AModuleIsLoadedOnce) {
+  Environment environment;
+  environment.loadDomain(module(good));
+  EXPECT_EQ(environment.loadDomain(module(good)), "module_test");
+  EXPECT_EQ(environment.domains().size(), 1u);
+  const std::filesystem::path copy = std::filesystem::temp_directory_path() / "kinemo_environment_test_copy.so";
+  std::filesystem::copy_file(module(good), copy, std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(errorOf([&] { environment.loadDomain(copy.string()); }), "DomainAlreadyLoaded(module_test)");
+  std::filesystem::remove(copy);
+  EXPECT_NE(gt_find_prototype("module_test/part"), nullptr) << "the first one stays";
+}
+
+TEST(EnvironmentTest, ThereIsOneAtATime) {
+  Environment environment;
+  EXPECT_EQ(errorOf([] { Environment second; }), "EnvironmentInUse");
+}
+
+/// Counts diagrams that close.
+struct Closing : GtBdDomainListener {
+  Closing() { GtBdDomainEventHandler::registerListener(this); }
+  ~Closing() override { GtBdDomainEventHandler::deregisterListener(this); }
+  void handleBlockDiagramEvent(GTBlockDiagram*) override { ++count; }
+  int count = 0;
+};
+
+TEST(EnvironmentTest, ItsEndClosesDiagramsAndReleasesAllArrays) {
+  const std::size_t before = cvLiveArrayCount();
+  Closing closing;
+  {
+    Environment environment;
+    environment.loadDomain(module(good));
+    embedded::scripting_runtime::base_workspace().set("k", 2.0);
+    for (const char* name : {"a", "b"}) {
+      Diagram& diagram = Diagram::create(name);
+      diagram.setVariable("R0", u"[1 2 3]*k", "Ohm", true);
+      GTBlock& block = diagram.root().addBlock(u"P", "module_test/part");
+      embedded::block_diagram::setParameter(block, "R", u"R0");
+      embedded::compile_layer::evaluateParameters(diagram);
+      EXPECT_GT(cvLiveArrayCount(), before);
+    }
+  }
+  EXPECT_EQ(closing.count, 2);
+  EXPECT_TRUE(Diagram::open().empty());
+  EXPECT_EQ(cvLiveArrayCount(), before);
+}
+
+TEST(EnvironmentTest, TheHostsFunctionsAreThereAsLongAsTheEnvironment) {
+  const auto call = [] {
+    const cvUniquePtr name(cvCreateString("nobody"));
+    cvArray_tag* inputs[] = {name.get(), name.get()};
+    cvArray_tag* output = nullptr;
+    kmf::call_internal_corvane(1, &output, 2, inputs, "get_param");
+  };
+  {
+    Environment environment;
+    EXPECT_EQ(errorOf(call), "UnknownObject(nobody)");
+  }
+  EXPECT_EQ(errorOf(call), "UndefinedFunction(get_param)");
+}
+
+}  // namespace
