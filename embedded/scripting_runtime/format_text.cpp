@@ -48,6 +48,7 @@ class Formatter {
  private:
   void pass() {
     for (std::size_t i = 0; i < format_.size() && !ended_;) {
+      checked_count({1, out_.size()});
       if (format_[i] == '\\' && i + 1 < format_.size()) {
         i = escape(i);
       } else if (format_[i] == '%') {
@@ -121,7 +122,8 @@ class Formatter {
       return convert_text(letter, flags, width, precision, *text);
     const double value = std::get<double>(argument);
     const bool whole = std::isfinite(value) && value == std::floor(value) && std::abs(value) < 9e15;
-    if (letter == 'c' && whole) return padded(flags, width, character(value));
+    constexpr double last_code = 0xFFFF;
+    if (letter == 'c' && whole && value >= 0 && value <= last_code) return padded(flags, width, character(value));
     if (letter == 's' || letter == 'c') {
       constexpr int digits = 5;
       return padded(flags, width, number_text(value, precision.value_or(digits)));

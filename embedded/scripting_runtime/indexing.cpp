@@ -106,8 +106,9 @@ Selection select_many(const Shape& shape, const std::vector<Subscript>& subscrip
 
 Selection select(const cvArray_tag* array, const std::vector<Subscript>& subscripts) {
   const Shape& shape = cvGetDimensions(array);
-  if (subscripts.size() != 1) return select_many(shape, subscripts);
-  Places places = places_of(subscripts[0], cvGetNumberOfElements(array));
+  if (subscripts.size() > 1) return select_many(shape, subscripts);
+  const Subscript all;  // what no subscript means, as in c{}
+  Places places = places_of(subscripts.empty() ? all : subscripts[0], cvGetNumberOfElements(array));
   return {linear_shape(shape, places), std::move(places.at)};
 }
 

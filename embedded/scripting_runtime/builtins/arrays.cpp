@@ -175,7 +175,7 @@ void repmat(Call& call) {
   Shape from = cvGetDimensions(call[0]);
   from.resize(std::max(from.size(), times.size()), 1);
   Shape shape = from;
-  for (std::size_t d = 0; d < times.size(); ++d) shape[d] *= times[d];
+  for (std::size_t d = 0; d < times.size(); ++d) shape[d] = checked_count({from[d], times[d]});
   const std::size_t count = checked_count(shape);
   std::vector<std::size_t> sources(count);
   for (std::size_t k = 0; k < count; ++k) {
