@@ -20,6 +20,8 @@ class KINEMO_PLATFORM_API GTPrmDesc {
   virtual ~GTPrmDesc();
   const std::string& getName() const { return name_; }
   Type type() const { return type_; }
+  int category() const { return category_; }
+  std::uint64_t attributes() const { return attributes_; }
   const std::string& prompt() const { return prompt_; }
   void setPrompt(const std::string& prompt) { prompt_ = prompt; }
 
