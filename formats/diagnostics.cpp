@@ -45,6 +45,16 @@ std::string place_prefix(const std::string& file, std::size_t line, std::size_t 
   return prefix.empty() ? prefix : prefix + ": ";
 }
 
+/// Further lines of a note stand below its first one, so that a caret stays under what it points at.
+std::string indented(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    result += c;
+    if (c == '\n') result += "    ";
+  }
+  return result;
+}
+
 /// Edit distance without regard to case, in two rows of the table; names are cut so that it stays cheap.
 std::size_t edit_distance(std::string_view left, std::string_view right) {
   std::vector<std::size_t> row(right.size() + 1);
@@ -72,7 +82,7 @@ std::string to_string(const Diagnostic& diagnostic) {
   std::string text = place_prefix(diagnostic.file, diagnostic.line, diagnostic.column);
   text += std::string(to_string(diagnostic.severity)) + ": " + diagnostic.text + " [" + diagnostic.rule + "]";
   for (const DiagnosticNote& note : diagnostic.notes) {
-    text += "\n  " + place_prefix(note.place.file, note.place.line, note.place.column) + "note: " + note.text;
+    text += "\n  " + place_prefix(note.place.file, note.place.line, note.place.column) + "note: " + indented(note.text);
   }
   return text;
 }

@@ -69,14 +69,14 @@ bool read_parameters(const Scope& scope, GTBlock& block, const YamlNode& node) {
   return good && (parameters->entry_count() == 0 || scope.guarded(*parameters, [&] { host::refresh(block); }));
 }
 
-bool read_library_block(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node) {
+bool read_library_block(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {
   const std::size_t errors = scope.report.list().error_count();
   expect_object(scope, node, ObjectKind::block);
   const auto type = library_type(reading, scope, node);
   if (!type) return false;
   GTBlock* block = nullptr;
   if (!scope.guarded(node, [&] {
-        block = &scope.system->addBlock(kmf::utf8_string_to_ustring(name), *type, scope.host_place(node));
+        block = &scope.system->addBlock(kmf::utf8_string_to_ustring(key.text), *type, scope.host_place(key));
       })) {
     return false;
   }
@@ -131,7 +131,7 @@ std::set<std::string> read_blocks(Reading& reading, const Scope& scope, const Ya
     const YamlNode& key = blocks.key(i);
     const Scope inner = scope.at_block(key.text);
     if (key.text.empty()) scope.error(key, "diagram:bad-value", "a block's name is empty");
-    if (!is_free(inner, key) || !read_block(reading, inner, key.text, blocks.value(i))) broken.insert(key.text);
+    if (!is_free(inner, key) || !read_block(reading, inner, key, blocks.value(i))) broken.insert(key.text);
     if (reading.diagram->blockCount() > block_limit) break;
   }
   return broken;
@@ -146,14 +146,13 @@ bool read_place(const Scope& scope, GTBlock& block, const YamlNode& node) {
   return (rotate == nullptr || read_rotation(scope, block, *rotate)) && placed;
 }
 
-bool read_block(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node) {
+bool read_block(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {
   if (!node.is_mapping()) {
     scope.error(node, "diagram:wrong-kind", "a block is a mapping, and this is " + std::string(kind_name(node.kind)),
                 "{type: physical/resistor, parameters: {R: 1e3}}");
     return false;
   }
-  return has_contents(node) ? read_subsystem(reading, scope, name, node)
-                            : read_library_block(reading, scope, name, node);
+  return has_contents(node) ? read_subsystem(reading, scope, key, node) : read_library_block(reading, scope, key, node);
 }
 
 void read_system(Reading& reading, const PendingSystem& at) {

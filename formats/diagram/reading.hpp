@@ -55,10 +55,10 @@ constexpr std::size_t block_limit = 20'000'000;
 void read_settings(Reading& reading, const Scope& scope, const YamlNode& model);
 /// Blocks, then lines, of one system; systems inside it become pending.
 void read_system(Reading& reading, const PendingSystem& at);
-/// One block with all that belongs to it; false when it has faults.
-bool read_block(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node);
+/// One block with all that belongs to it; false when it has faults. `key` holds its name, and is the block's place.
+bool read_block(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node);
 /// A block with contents of its own, in a file of its own, or in variants.
-bool read_subsystem(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node);
+bool read_subsystem(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node);
 /// The choices of a variant block, in place of blocks and lines.
 void read_variant(Reading& reading, const PendingSystem& at, const YamlNode& variant);
 /// Position and rotation, kept as properties "Position" and "Rotation".

@@ -189,7 +189,7 @@ Definition find_definition(Reading& reading, const Scope& scope, const YamlNode&
   return is_link(node) ? open_link(reading, scope, *node.find("type")) : Definition{&scope.file, scope.links, &node};
 }
 
-bool read_subsystem(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node) {
+bool read_subsystem(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {
   const std::size_t errors = scope.report.list().error_count();
   const bool linked = is_link(node);
   if (!expect_object(scope, node, linked ? ObjectKind::linked : ObjectKind::subsystem)) return false;
@@ -197,11 +197,11 @@ bool read_subsystem(Reading& reading, const Scope& scope, const std::string& nam
   if (definition.node == nullptr) return false;
   GTBlock* block = nullptr;
   if (!scope.guarded(node, [&] {
-        block = &scope.system->addSubsystem(kmf::utf8_string_to_ustring(name), scope.host_place(node));
+        block = &scope.system->addSubsystem(kmf::utf8_string_to_ustring(key.text), scope.host_place(key));
       })) {
     return false;
   }
-  const Scope at_definition{scope.report, *definition.file, definition.links, scope.system, name};
+  const Scope at_definition{scope.report, *definition.file, definition.links, scope.system, key.text};
   apply_definition(reading, at_definition, *block, *definition.node);
   if (linked) apply_use(scope, *block, node, *definition.file);
   read_place(scope, *block, node);
@@ -221,7 +221,7 @@ void read_variant(Reading& reading, const PendingSystem& at, const YamlNode& var
       const std::string& name = choices->key(i).text;
       names.push_back(name);
       if (is_subsystem(scope.at_block(name), choices->value(i))) {
-        read_subsystem(reading, scope.at_block(name), name, choices->value(i));
+        read_subsystem(reading, scope.at_block(name), choices->key(i), choices->value(i));
       }
     }
   }

@@ -75,7 +75,6 @@ std::vector<BadInput> diagram_inputs() {
                            "physical/resistor}}, lines: [[p, R.p]]}\n"
                            "  G: {type: physical/electrical_reference}\nlines: [[S.p, G]]\n")}},
        {{"m.yaml:", "error:"}}},
-      {"nothing to compile", {{"m.yaml", diagram("")}}, {{"m.yaml", "error:"}}},
   };
 }
 

@@ -41,7 +41,7 @@ TEST_F(ErrorDiagnostics, StandWhereTheBlockWasWritten) {
   EXPECT_EQ("test:views:Failed", diagnostic.rule);
   EXPECT_EQ("model.yaml", diagnostic.file);
   EXPECT_EQ(7U, diagnostic.line);
-  EXPECT_EQ(10U, diagnostic.column);
+  EXPECT_EQ(7U, diagnostic.column);
   ASSERT_EQ(1U, diagnostic.notes.size());
   EXPECT_EQ("in m/S/R", diagnostic.notes.front().text);
 }

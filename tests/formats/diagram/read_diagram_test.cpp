@@ -60,7 +60,7 @@ blocks:
   EXPECT_EQ("physical/resistor", host::libraryName(*block));
   EXPECT_EQ(u"2*x", host::parameter(*block, "R"));
   EXPECT_EQ(u"kOhm", host::parameter(*block, "R_unit"));
-  EXPECT_EQ(7, host::sourcePlace(*block).line);
+  EXPECT_EQ(6, host::sourcePlace(*block).line);
   EXPECT_EQ("model.yaml", *host::sourcePlace(*block).file);
 }
 
