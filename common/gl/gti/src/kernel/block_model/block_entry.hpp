@@ -63,6 +63,9 @@ class BlockEntryData {
   BlockData data_;
 };
 
+/// The entries of a compile by full path, those of leaves and of subsystems.
+using BlockEntryMap = std::map<ustring, boost::shared_ptr<BlockEntryData>>;
+
 /// The entry of a leaf block, whose component a factory makes.
 class FactoryBlockEntryData : public BlockEntryData {
  public:

@@ -5,17 +5,11 @@
 #include "platform/foundation/vn_id.hpp"
 #include "platform/graph_core/graph.hpp"
 
-#include <boost/shared_ptr.hpp>
-
-#include <map>
 #include <vector>
 
 namespace gl::gti {
 
 class TranslationConfiguration;
-
-/// The entries of a compile by full path, those of leaves and of subsystems.
-using BlockEntryMap = std::map<ustring, boost::shared_ptr<BlockEntryData>>;
 
 /// Folds blocks into nested graphs, from the bottom up: the graph of a deepest system is wrapped into one entry, which
 /// then waits with the blocks of the system around it, until the model's own graph stands. Adds an entry for each
