@@ -29,9 +29,10 @@ Parameter unit_partner(const Parameter& parameter) {
   return {parameter.name + "_unit", parameter.prompt + ": unit", parameter.unit, "", ParameterForm::text};
 }
 
+/// A text and no list of choices, since capital letters are as good as small ones; the block checks it.
 Parameter conf_partner(const Parameter& parameter) {
-  return choice((parameter.name + "_conf").c_str(), (parameter.prompt + ": fixed at").c_str(),
-                {"compiletime", "runtime"});
+  return {parameter.name + "_conf", parameter.prompt + ": compiletime or runtime", "compiletime", "",
+          ParameterForm::text};
 }
 
 }  // namespace

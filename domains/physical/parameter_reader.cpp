@@ -32,8 +32,8 @@ ParameterReader::ParameterReader(const gl::gti::BlockData& data, std::function<u
     : data_(data), describe_(std::move(describe)) {}
 
 template <class... Arguments>
-void ParameterReader::fail(const char* message, const kmf::VnId& id, Arguments&&... arguments) const {
-  kmf::throw_message(group, message, describe_(), std::string(id), std::forward<Arguments>(arguments)...);
+void ParameterReader::fail(const char* id, const kmf::VnId& parameter, Arguments&&... arguments) const {
+  kmf::throw_message(group, id, describe_(), std::string(parameter), std::forward<Arguments>(arguments)...);
 }
 
 const gl::gti::ParameterValue* ParameterReader::find(const kmf::VnId& id) const {

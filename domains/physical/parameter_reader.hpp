@@ -35,7 +35,7 @@ class ParameterReader {
   const cvArray_tag* array(const kmf::VnId& id) const;
   units2::core::ExprString unitOf(const kmf::VnId& id, const kmf::VnId& unit) const;
   template <class... Arguments>
-  [[noreturn]] void fail(const char* message, const kmf::VnId& id, Arguments&&... arguments) const;
+  [[noreturn]] void fail(const char* id, const kmf::VnId& parameter, Arguments&&... arguments) const;
 
   const gl::gti::BlockData& data_;
   std::function<ustring()> describe_;

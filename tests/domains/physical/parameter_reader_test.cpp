@@ -76,6 +76,14 @@ TEST_F(Reader, NamesBlockAndParameterInErrors) {
   EXPECT_EQ(number_error(), group + "NotNumeric(B, x, double)");
 }
 
+TEST_F(Reader, TakesChoicesInAnyCase) {
+  set("x", cvCreateString("Slow"));
+  EXPECT_EQ(reader.choice("x", {"fast", "slow"}), u"slow");
+  set("x", cvCreateString("slo"));
+  EXPECT_EQ(error_of([this] { reader.choice("x", {"fast", "slow"}); }),
+            "kinemo:physical:parameters:InvalidChoice(B, x, slo, 'fast', 'slow')");
+}
+
 TEST_F(Reader, LeavesOutWhatIsNeitherNumberNorText) {
   set("x", cvCreateCellMatrix(1, 1));
   EXPECT_FALSE(reader.any("x", "x_unit"));
