@@ -80,7 +80,9 @@ TEST_F(Reader, TakesChoicesInAnyCase) {
   set("x", cvCreateString("Slow"));
   EXPECT_EQ(reader.choice("x", {"fast", "slow"}), u"slow");
   set("x", cvCreateString("slo"));
-  EXPECT_EQ(error_of([this] { reader.choice("x", {"fast", "slow"}); }),
+  EXPECT_EQ(error_of([this] {
+              reader.choice("x", {"fast", "slow"});
+            }),
             "kinemo:physical:parameters:InvalidChoice(B, x, slo, 'fast', 'slow')");
 }
 
