@@ -76,13 +76,28 @@ Matrix<Scalar> whole_power(Matrix<Scalar> base, double exponent) {
   return result;
 }
 
+/// What a computation without a result gives, as for a matrix with NaN in it.
+Numbers not_numbers(const Shape& shape) {
+  Numbers result = Numbers::zeros(shape);
+  for (double& value : result.re) value = std::nan("");
+  return result;
+}
+
 /// V * f(D) / V of the matrix V * D / V.
 template <class F>
 Numbers by_eigenvalues(const Numbers& a, F f) {
-  const Eigen::ComplexEigenSolver<Matrix<Complex>> solver(matrix_of<Complex>(a));
+  if (a.size() == 0) return a;
+  const Matrix<Complex> matrix = matrix_of<Complex>(a);
+  const double largest = matrix.cwiseAbs().maxCoeff<Eigen::PropagateNaN>();
+  // The solver reads beyond its arrays where it can't converge, so it gets finite numbers of the size of 1 only.
+  if (!std::isfinite(largest)) return not_numbers(a.shape);
+  const double scale = largest > 0 ? largest : 1;
+  const Eigen::ComplexEigenSolver<Matrix<Complex>> solver(
+      matrix.unaryExpr([&](Complex z) { return Complex(z.real() / scale, z.imag() / scale); }));
+  if (solver.info() != Eigen::Success) return not_numbers(a.shape);
   const Matrix<Complex> vectors = solver.eigenvectors();
   Matrix<Complex> scaled = vectors;
-  for (Eigen::Index i = 0; i < scaled.cols(); ++i) scaled.col(i) *= f(solver.eigenvalues()(i));
+  for (Eigen::Index i = 0; i < scaled.cols(); ++i) scaled.col(i) *= f(scale * solver.eigenvalues()(i));
   const Matrix<Complex> result = solve<Complex>(vectors.transpose(), scaled.transpose()).transpose();
   return numbers_from(result);
 }

@@ -44,7 +44,7 @@ TEST(Print, NumbersAreShortestAndReadBack) {
   EXPECT_EQ(print_number(1e300), "1e300");
   EXPECT_EQ(print_number(1e-7), "1e-7");
   std::mt19937_64 random(1);
-  for (int i = 0; i < 20000; ++i) {
+  for (int i = 0; i < 5000; ++i) {
     const std::uint64_t bits = random() >> 1U;
     double value = 0;
     std::memcpy(&value, &bits, sizeof value);
@@ -118,7 +118,7 @@ class TreeMaker {
 };
 
 TEST(Print, EveryTreeReadsBackAsAnEqualOne) {
-  for (unsigned seed = 0; seed < 30000; ++seed) {
+  for (unsigned seed = 0; seed < 8000; ++seed) {
     const Tree tree = TreeMaker(seed).make(1 + static_cast<int>(seed % 6));
     const std::string text = print(tree);
     const ParseResult again = parse(text);

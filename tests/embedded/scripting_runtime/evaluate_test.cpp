@@ -42,6 +42,11 @@ TEST_F(Evaluate, ArithmeticFollowsPrecedenceAndShapes) {
          {"true+true", "2"},
          {"1/0", "1e999"},
          {"[]+1", "[0x0]"},
+         {"2^[]", "[0x0]"},
+         {"[]^0.5", "[0x0]"},
+         {"2^-''", "[0x0]"},
+         {"[nan 1;1 2]^0.5", "[nan nan;nan nan]"},
+         {"round([4 0;0 9]^0.5)", "[2 0;0 3]"},
          {"zeros(0,3)*zeros(3,2)", "[0x2]"},
          {"zeros(2,0)*zeros(0,2)", "[0 0;0 0]"}});
 }
