@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares the nets that `kinemo nets` finds in netlists with those of ngspice's own expansion.
 
-  compare_nets.py KINEMO FOLDER|FILE... [--domain FILE.so] [--jobs N] [--list]
+  compare_nets.py KINEMO FOLDER|FILE... [--environment NAME] [--domain FILE.so] [--jobs N] [--list]
 
 Every netlist is expanded by ngspice (`listing expand`) and read by kinemo; the pins of the elements must be divided into
 the same nodes, and node 0 must have the same pins. Netlists that ngspice refuses, and those with elements that no
@@ -223,11 +223,13 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument('kinemo')
     parser.add_argument('paths', nargs='+')
+    parser.add_argument('--environment', help='variable of the environment that names one more folder')
     parser.add_argument('--domain')
     parser.add_argument('--jobs', type=int, default=os.cpu_count())
     parser.add_argument('--list', action='store_true', help='name those left out')
     options = parser.parse_args()
-    paths = list(netlists_below(options.paths))
+    more = os.environ.get(options.environment or '')
+    paths = list(netlists_below(options.paths + ([more] if more else [])))
     counts = collections.Counter()
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         results = pool.map(lambda path: compare(options.kinemo, options.domain, path), paths)
