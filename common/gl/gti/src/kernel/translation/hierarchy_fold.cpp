@@ -49,10 +49,12 @@ void substitutePorts(const BlockEntryData& subsystem, ExternalEnds& externalEnds
   }
 }
 
+using Entries = std::vector<boost::shared_ptr<BlockEntryData>>;
+
 /// One run of the fold.
 class Fold {
  public:
-  Fold(const ustring& modelName, const TranslationConfiguration& configuration, BlockEntryMap& entries)
+  Fold(const ustring& modelName, const TranslationConfiguration& configuration, Entries& entries)
       : modelPath_(BlockPath(modelName).string()), configuration_(configuration), entries_(entries) {}
 
   gl::core::Graph graphOf(Level& level, ExternalEnds& externalEnds, std::vector<kmf::VnId> ids) {
@@ -69,7 +71,7 @@ class Fold {
     const gl::core::Graph graph = graphOf(level, externalEnds, std::move(taken));
     const boost::shared_ptr<BlockEntryData> entry =
         makeHierarchicalEntry(ioPorts_, path, graph, exposedNodes(externalEnds), configuration_);
-    entries_.emplace(path, entry);
+    entries_.push_back(entry);
     substitutePorts(*entry, externalEnds, substitutions_);
     level.parent->blocks.push_back({entry, entry->embedding(configuration_), level.name, substitutions_.now()});
   }
@@ -83,7 +85,7 @@ class Fold {
 
   ustring modelPath_;
   const TranslationConfiguration& configuration_;
-  BlockEntryMap& entries_;
+  Entries& entries_;
   KmIoPortCache ioPorts_;
   PortSubstitutions substitutions_;
 };
@@ -92,7 +94,7 @@ class Fold {
 
 gl::core::Graph foldHierarchy(LevelTree& pending, const ustring& modelName,
                               const TranslationConfiguration& configuration, const std::vector<kmf::VnId>& reservedIds,
-                              BlockEntryMap& entries) {
+                              Entries& entries) {
   Fold fold(modelName, configuration, entries);
   for (Level* level : pending.deepestFirst()) {
     if (level != &pending.root()) fold.foldSubsystem(*level);

@@ -5,6 +5,8 @@
 #include "platform/foundation/vn_id.hpp"
 #include "platform/graph_core/graph.hpp"
 
+#include <boost/shared_ptr.hpp>
+
 #include <vector>
 
 namespace gl::gti {
@@ -12,11 +14,11 @@ namespace gl::gti {
 class TranslationConfiguration;
 
 /// Folds blocks into nested graphs, from the bottom up: the graph of a deepest system is wrapped into one entry, which
-/// then waits with the blocks of the system around it, until the model's own graph stands. Adds an entry for each
-/// subsystem to `entries`. `reservedIds` are taken in the model's own graph. The blocks of the tree are used up.
+/// then waits with the blocks of the system around it, until the model's own graph stands. Appends an entry for
+/// each subsystem to `entries`. `reservedIds` are taken in the model's own graph. The blocks of the tree are used up.
 /// @throws as `buildGraph` and `makeHierarchicalEntry`
 gl::core::Graph foldHierarchy(LevelTree& pending, const ustring& modelName,
                               const TranslationConfiguration& configuration, const std::vector<kmf::VnId>& reservedIds,
-                              BlockEntryMap& entries);
+                              std::vector<boost::shared_ptr<BlockEntryData>>& entries);
 
 }  // namespace gl::gti

@@ -20,11 +20,11 @@ namespace {
 
 /// Makes the entry's component and puts it among the pending blocks. An error of the block names the block.
 void addPending(const boost::shared_ptr<BlockEntryData>& entry, const TranslationConfiguration& configuration,
-                LevelTree& pending, BlockEntryMap& entries) {
+                TranslationResult& result, LevelTree& pending) {
   try {
     const ComponentEmbedding embedding = entry->embedding(configuration);
     pending.add(entry, embedding);
-    entries.emplace(entry->path(), entry);
+    result.entryList.push_back(entry);
   } catch (kmf::AttributedException& error) {
     error.addObject(entry->path());
     throw;
@@ -38,6 +38,12 @@ gl::core::Model propagated(const TranslationResult& translated, const gl::core::
 }
 
 }  // namespace
+
+BlockEntryMap TranslationResult::entries() const {
+  BlockEntryMap byPath;
+  for (const boost::shared_ptr<BlockEntryData>& entry : entryList) byPath.emplace(entry->path(), entry);
+  return byPath;
+}
 
 ModelManager::ModelManager(const ustring& name, const TranslationConfiguration& configuration)
     : name_(name), configuration_(boost::make_shared<TranslationConfiguration>(configuration)) {}
@@ -76,7 +82,7 @@ TranslationResult ModelManager::translate(const std::vector<kmf::VnId>& reserved
   TranslationResult result;
   for (const boost::shared_ptr<BlockEntryData>& entry : entries_) {
     try {
-      addPending(entry, *configuration_, pending, result.entries);
+      addPending(entry, *configuration_, result, pending);
     } catch (const kmf::Exception& error) {
       errors.addCause(error);
     }
@@ -84,7 +90,7 @@ TranslationResult ModelManager::translate(const std::vector<kmf::VnId>& reserved
   if (errors.numCauses() != 0) throw errors;
   if (pending.empty()) return result;
 
-  result.graph = foldHierarchy(pending, name_, *configuration_, reservedIds, result.entries);
+  result.graph = foldHierarchy(pending, name_, *configuration_, reservedIds, result.entryList);
   checkNonVirtualBoundaries(result.graph, *configuration_);
   kmf::GantrelId::addRegistryEntry(kmf::VnId(kmf::ustring_to_utf8_string(name_)), gl::core::objects(result.graph));
   return result;

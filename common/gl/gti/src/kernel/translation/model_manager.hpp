@@ -17,10 +17,14 @@ namespace gl::gti {
 
 class ModelConnectivity;
 
-/// What a translation makes: the model's graph, and every entry that took part.
+/// What a translation makes: the model's graph, and every entry that took part, leaves first.
 struct TranslationResult {
   gl::core::Graph graph;
-  BlockEntryMap entries;
+  std::vector<boost::shared_ptr<BlockEntryData>> entryList;
+
+  /// The entries by full path; of two with one path the first. Made when it is asked for: full paths of deep models are
+  /// long, and most compiles have no need of the map.
+  BlockEntryMap entries() const;
 };
 
 /// One model of one domain: its configuration, the entries of its blocks, and what the domain keeps with it. Owned by
