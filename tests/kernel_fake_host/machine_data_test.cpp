@@ -35,20 +35,36 @@ struct KMMachineData_tag {
   std::vector<ListItem_tag> items;
 };
 
-const char* kmGetMachineRootBDName(const KMMachineData_tag* machine) { return machine->model.c_str(); }
+const char* kmGetMachineRootBDName(const KMMachineData_tag* machine) {
+  return machine->model.c_str();
+}
 const ListItem_tag* kmGetMachineDataList(const KMMachineData_tag* machine) {
   return machine->items.empty() ? nullptr : &machine->items.front();
 }
-const ListItem_tag* kmGetListItemNextItem(const ListItem_tag* item) { return item->next; }
-const Connection_tag* kmGetListItemConnection(const ListItem_tag* item) { return &item->chain.front(); }
-const Connection_tag* kmGetConnectionNextConnection(const Connection_tag* connection) { return connection->next; }
-double kmGetBlockHandle(const Connection_tag* head) { return head->block; }
-ustring kmGetBlockFullName(const Connection_tag* head) { return head->name; }
+const ListItem_tag* kmGetListItemNextItem(const ListItem_tag* item) {
+  return item->next;
+}
+const Connection_tag* kmGetListItemConnection(const ListItem_tag* item) {
+  return &item->chain.front();
+}
+const Connection_tag* kmGetConnectionNextConnection(const Connection_tag* connection) {
+  return connection->next;
+}
+double kmGetBlockHandle(const Connection_tag* head) {
+  return head->block;
+}
+ustring kmGetBlockFullName(const Connection_tag* head) {
+  return head->name;
+}
 double kmGetPortHandle(const Connection_tag* connection, kmPortOrient orientation) {
   return orientation == KM_PORT_NEAR ? connection->nearPort : connection->farPort;
 }
-kmPortSide kmGetPortSide(const Connection_tag* connection, kmPortOrient) { return connection->side; }
-int kmGetPortIndex(const Connection_tag* connection, kmPortOrient) { return connection->index; }
+kmPortSide kmGetPortSide(const Connection_tag* connection, kmPortOrient) {
+  return connection->side;
+}
+int kmGetPortIndex(const Connection_tag* connection, kmPortOrient) {
+  return connection->index;
+}
 
 namespace gl::gti {
 namespace {
@@ -126,13 +142,11 @@ TEST(MachineData, FaultsOfBlocksAreErrors) {
   };
   const double infinite = std::numeric_limits<double>::infinity();
   std::vector<Case> cases{
-      {Machine("m").block(handle, u"m/A").block(handle, u"other/B"),
-       "DuplicateBlockHandles(0.10000000000000001)"},
+      {Machine("m").block(handle, u"m/A").block(handle, u"other/B"), "DuplicateBlockHandles(0.10000000000000001)"},
       {Machine("m").block(-infinite, u"m/A").block(-infinite, u"m/A"), "DuplicateBlockHandles(-inf)"},
-      {Machine("m").block(std::nextafter(handle, 1), u"m/A").block(handle, u"other/B"),
-       "InvalidBlockName(other/B, m)"},
+      {Machine("m").block(std::nextafter(handle, 1), u"m/A").block(handle, u"other/B"), "InvalidBlockName(other/B, m)"},
       {Machine("m").block(1, u"m//A/B"), "InvalidBlockName(m//A/B, m)"},
-      {Machine("m").block(1, u""), "InvalidBlockName(, m)"},
+      {Machine("m").block(1, u"/m"), "InvalidBlockName(/m, m)"},
       {Machine("m//n").block(1, u"m//n/A"), ""},
       {Machine("m\xc3\xa4").block(1, u"m\u00e4/A"), ""},
       {Machine("m").block(1, u"m"), ""}};
