@@ -10,7 +10,12 @@
 namespace kinemo::formats::diagram {
 
 bool Report::is_new(const SourcePlace& place, const std::string& text) {
-  return told_.size() < error_limit && told_.emplace(place.file, place.line, place.column, text).second;
+  if (told_.size() >= error_limit) {
+    if (!full_) list_.error("diagram:too-many", {place.file, 0, 0}, "there are more errors than are shown here");
+    full_ = true;
+    return false;
+  }
+  return told_.emplace(place.file, place.line, place.column, text).second;
 }
 
 Diagnostic* Report::error(const std::string& rule, const SourcePlace& place, const std::string& text) {

@@ -39,6 +39,7 @@ class Report {
 
   DiagnosticList& list_;
   std::size_t errors_before_;
+  bool full_ = false;  ///< more than `error_limit` were to be told
   std::size_t comparisons_left_ = 5'000'000;
   std::set<std::tuple<std::string, std::size_t, std::size_t, std::string>> told_;
 };

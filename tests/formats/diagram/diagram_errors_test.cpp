@@ -1,3 +1,4 @@
+#include "formats/diagram/scope.hpp"
 #include "formats/read_text.hpp"
 #include "tests/support/physical_environment.hpp"
 
@@ -142,6 +143,15 @@ TEST_F(DiagramErrors, SettingsNearToAKnownOneAreAWarning) {
   EXPECT_EQ(0U, problems.error_count());
   ASSERT_EQ(1U, problems.all().size());
   EXPECT_EQ("diagram:unknown-setting", problems.all().front().rule);
+}
+
+TEST_F(DiagramErrors, BeyondALimitAreOnlyMentioned) {
+  std::string text = "kinemo: 1\nlines:\n";
+  for (std::size_t i = 0; i < Report::error_limit + 5; ++i) text += "  - [x]\n";
+  DiagnosticList problems;
+  EXPECT_EQ(nullptr, read_diagram_text(text, "m.yaml", problems));
+  EXPECT_EQ(Report::error_limit + 1, problems.error_count());
+  EXPECT_EQ("diagram:too-many", problems.all().front().rule);
 }
 
 TEST_F(DiagramErrors, CutAnywhereAFileIsRefusedOrReadButNeverCrashes) {
