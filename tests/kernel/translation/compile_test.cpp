@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -176,6 +177,36 @@ TEST_F(Compile, SettingsOfTheModelAreReadAndConverted) {
   diagram.setParameter("mode", u"Auto");
   diagram.setParameter("gain", u"'text'");
   EXPECT_NE(error_of([&] { manager().objectParameters(key(), "m"); }), "") << "only the exact text is automatic";
+}
+
+TEST_F(Compile, OrderOfPlacingAndWiringDoesntMatter) {
+  const std::vector<std::vector<std::string>> lines{{"A.n", "B.p", "C.p"}, {"S.x", "C.n"}, {"S.y", "A.p"},
+                                                    {"D.p", "B.n"},        {"D.n", "S.x"}, {"E.p", "E.n"}};
+  const std::vector<std::vector<std::string>> innerLines{{"x", "F.p"}, {"y", "G.n"}, {"F.n", "G.p"}, {"H.n", "F.p"}};
+  std::mt19937 random(11);
+  std::set<std::string> results;
+  for (int run = 0; run < 20; ++run) {
+    std::vector<std::string> blocks{"A", "B", "C", "D", "E", "S/F", "S/G", "S/H"};
+    auto outer = lines;
+    auto inner = innerLines;
+    std::shuffle(blocks.begin(), blocks.end(), random);
+    std::shuffle(outer.begin(), outer.end(), random);
+    std::shuffle(inner.begin(), inner.end(), random);
+    for (auto& line : outer) std::shuffle(line.begin(), line.end(), random);
+
+    embedded::block_diagram::Diagram& other = embedded::block_diagram::Diagram::create("n");
+    kinemo::test::Drawing drawing(other);
+    drawing.subsystem("S", {"x"}, {"y"});
+    for (const std::string& block : blocks) drawing.block(block);
+    for (const auto& line : outer) drawing.wire("", line);
+    for (const auto& line : inner) drawing.wire("S", line);
+    manager().registerModel(key(), "n", configuration);
+    manager().addConnectivity(key(), embedded::network_data::MachineData(other, "test").get());
+    results.insert(describe(manager().graph(key(), "n")));
+    embedded::block_diagram::Diagram::close(other);
+  }
+  EXPECT_THAT(results, ElementsAre("A B C D E S[F G H; F_n:F.n,G.p; F_p:F.p,H.n; G_n:G.n; x=F_p; y=G_n]; "
+                                   "A_n:A.n,B.p,C.p; A_p:A.p,S.y; B_n:B.n,D.p; C_n:C.n,D.n,S.x; E_n:E.n,E.p"));
 }
 
 /// A drawing of nested subsystems whose ports are wired at random.
