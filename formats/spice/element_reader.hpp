@@ -1,4 +1,4 @@
-// Reads the cards of elements and calls of one definition. The models and definitions of the whole netlist are known
+// Reads the cards of elements of one definition, and hands on those of calls. The models of the whole netlist are known
 // by then.
 #pragma once
 
@@ -16,10 +16,7 @@ class ElementReader {
   void read(const Card& card, std::int32_t branch);
 
  private:
-  void read_element(const Card& card, CardCursor& cursor, Element& element);
-  void read_call(const Card& card, CardCursor& cursor, std::int32_t branch);
-  void read_call_parameters(const Card& card, CardCursor& cursor, Call& call);
-  void resolve(Call& call, const Place& target);
+  void read_element(CardCursor& cursor, Element& element);
 
   bool read_nodes(CardCursor& cursor, Element& element, std::size_t count);
   bool read_nodes_to_model(CardCursor& cursor, Element& element);
