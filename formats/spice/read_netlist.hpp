@@ -1,4 +1,4 @@
-// The way in for SPICE netlists: a file becomes a diagram of the embedded host. The dialect is told in docs/formats.md.
+// The way in for SPICE netlists: a file becomes a diagram of the embedded host. See docs/netlists.md.
 #pragma once
 
 #include <string>
