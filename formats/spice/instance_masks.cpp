@@ -31,19 +31,20 @@ class CallTexts {
   const std::map<std::string, Expression>& expressions() const { return m_expressions; }
 
  private:
+  /// What depends on the running circuit has no place in a mask; it is a text in the elements that use it.
   void add(const Parameter& parameter, const Expression* given) {
-    if (given != nullptr) {
-      m_expressions.emplace(parameter.name, *given);
-      return;
-    }
     const auto sibling = [this](const std::string& name) -> const Expression* {
       const auto found = m_expressions.find(name);
       return found == m_expressions.end() ? nullptr : &found->second;
     };
-    const auto text =
-        parameter.value == nullptr ? std::nullopt : with_names(*parameter.value, sibling, longest_mask_expression);
-    const auto value = m_inside == nullptr ? std::nullopt : m_inside->value(parameter.name);
-    m_expressions.emplace(parameter.name, text ? *text : Expression::of_number(value.value_or(0)));
+    auto text = given != nullptr             ? std::optional<Expression>(*given)
+                : parameter.value == nullptr ? std::nullopt
+                                             : with_names(*parameter.value, sibling, longest_mask_expression);
+    if (!text || text->has_probes()) {
+      const auto value = m_inside == nullptr ? std::nullopt : m_inside->value(parameter.name);
+      text = Expression::of_number(value.value_or(0));
+    }
+    m_expressions.emplace(parameter.name, std::move(*text));
   }
 
   const ParameterScopes* m_inside;

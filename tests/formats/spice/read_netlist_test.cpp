@@ -157,6 +157,16 @@ TEST_F(ReadNetlist, ValuesComeOutOfTheCompile) {
   EXPECT_EQ((10 * 11 + 7) * (10 * 11 + 7) + 2, value_of(model, "x1/xi/r1"));
 }
 
+TEST_F(ReadNetlist, WhatWaitsForTheCircuitIsATextOfTheElement) {
+  host::Diagram& diagram = read_circuit(
+      ".param t={temper+1}\nr1 a 0 {2*t}\nx1 a s\n.subckt s p w={temper*2}\nr1 p 0 {w+1}\nr2 p 0 'v(p)*w'\n.ends");
+  EXPECT_EQ("{2*t}", parameter(diagram, u"r1", "text"));
+  EXPECT_EQ("0", parameter(diagram, u"x1", "w"));
+  EXPECT_EQ("{w+1}", parameter(diagram, u"x1/r1", "text"));
+  EXPECT_EQ("r={v(p)*w}", parameter(diagram, u"x1/r2", "text"));
+  compile(diagram);
+}
+
 TEST_F(ReadNetlist, NothingIsOpenAfterAMistake) {
   DiagnosticList problems;
   EXPECT_EQ(nullptr, read_netlist_text("title\nr1 a b {nope}\nr2 a\n", "broken.cir", {}, problems));
