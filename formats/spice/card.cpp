@@ -65,6 +65,14 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+std::string_view first_character(std::string_view text) {
+  std::size_t length = text.empty() ? 0 : 1;
+  while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
+    ++length;
+  }
+  return text.substr(0, length);
+}
+
 std::string lower_case(std::string_view text) {
   std::string result(text);
   for (char& c : result) {

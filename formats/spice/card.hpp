@@ -90,6 +90,8 @@ bool is_enclosed(std::string_view word);
 /// What stands inside of the braces or quotes that enclose all of the word; the word itself otherwise.
 std::string_view enclosed_text(std::string_view word);
 std::string_view trimmed(std::string_view text);
+/// The first character of a text in UTF-8, all of its bytes.
+std::string_view first_character(std::string_view text);
 std::string lower_case(std::string_view text);
 
 }  // namespace kinemo::formats::spice

@@ -2,6 +2,7 @@
 #include <array>
 #include <cctype>
 
+#include "formats/spice/card.hpp"
 #include "formats/spice/expression.hpp"
 
 namespace kinemo::formats::spice {
@@ -136,7 +137,7 @@ class ExpressionParser {
                m_waiting.back().arguments == 0) {
       close_call();
     } else {
-      fail(std::string("'") + c + "' where a value is needed");
+      fail("'" + std::string(first_character(m_text.substr(m_at))) + "' where a value is needed");
     }
   }
 
@@ -144,7 +145,7 @@ class ExpressionParser {
     emit(Operation::number, 0, m_at, {}, value);
     m_at += length;
     if (m_at < m_text.size() && is_name_part(m_text[m_at])) {
-      fail("a number can't go on with '" + std::string(1, m_text[m_at]) + "'");
+      fail("a number can't go on with '" + std::string(first_character(m_text.substr(m_at))) + "'");
     }
     m_wants_operand = false;
   }
@@ -214,7 +215,7 @@ class ExpressionParser {
       return m_text.substr(m_at, candidate.symbol.size()) == candidate.symbol;
     });
     if (row == operator_rows.end()) {
-      fail(std::string("'") + m_text[m_at] + "' where an operator is needed");
+      fail("'" + std::string(first_character(m_text.substr(m_at))) + "' where an operator is needed");
       return;
     }
     while (!m_waiting.empty() && m_waiting.back().precedence >= row->precedence) {

@@ -66,7 +66,7 @@ class StructureReader {
       waiting().elements.push_back({&card, branch()});
     } else {
       error("spice:unknown_card", card.place(),
-            "a statement begins with a letter or a dot, not with '" + card.text().substr(0, 1) + "'");
+            "a statement begins with a letter or a dot, not with '" + std::string(first_character(card.text())) + "'");
     }
   }
 

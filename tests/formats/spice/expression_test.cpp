@@ -94,6 +94,8 @@ TEST(NetlistExpression, TellsWhatIsWrongAndWhere) {
       {"sqt(4)", "0: there is no function 'sqt'; did you mean 'sqr'?"},
       {"pow(4)", "0: function 'pow' takes 2 argument(s), not 1"},
       {"a|b", "1: '|' where an operator is needed"},
+      {"(a)\xC2\xB5", "3: '\xC2\xB5' where an operator is needed"},
+      {"1+\xC2\xB5", "2: '\xC2\xB5' where a value is needed"},
       {"1+v(x,y)", "2: 'v(x,y)' has no value before a simulation"}};
   for (const auto& [text, expected] : cases) {
     std::string problem;
