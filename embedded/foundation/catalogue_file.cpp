@@ -31,7 +31,7 @@ fs::path folder_of_this_library() {
 // Reads the table of originals of a .mo file: see "The Format of GNU MO Files" in the manual of gettext.
 class MoFile {
  public:
-  explicit MoFile(std::string bytes) : bytes_(std::move(bytes)) {}
+  explicit MoFile(std::vector<char> bytes) : bytes_(std::move(bytes)) {}
 
   bool sound() const { return number(0) == 0x950412deU; }
 
@@ -43,7 +43,7 @@ class MoFile {
     for (std::size_t i = 0; i < count; ++i) {
       const std::size_t size = number(table + 8 * i);
       const std::size_t at = number(table + 8 * i + 4);
-      if (size > 0 && at <= bytes_.size() && size <= bytes_.size() - at) keys.push_back(bytes_.substr(at, size));
+      if (size > 0 && at <= bytes_.size() && size <= bytes_.size() - at) keys.emplace_back(bytes_.data() + at, size);
     }
     return keys;
   }
@@ -55,7 +55,7 @@ class MoFile {
     return value;
   }
 
-  std::string bytes_;
+  std::vector<char> bytes_;
 };
 
 }  // namespace
@@ -78,7 +78,7 @@ std::string find_catalogue_folder(const std::string& language) {
 
 std::vector<std::string> catalogue_keys(const std::string& folder, const std::string& language) {
   std::ifstream in(file_of(folder, language), std::ios::binary);
-  const MoFile file(std::string(std::istreambuf_iterator<char>(in), {}));
+  const MoFile file(std::vector<char>(std::istreambuf_iterator<char>(in), {}));
   return file.sound() ? file.keys() : std::vector<std::string>();
 }
 
