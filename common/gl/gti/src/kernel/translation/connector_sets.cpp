@@ -7,9 +7,14 @@
 
 namespace gl::gti {
 
-std::size_t ConnectorSets::add(const kmf::VnId& component, const kmf::VnId& connector) {
-  const auto [at, isNew] = index_.emplace(Ids(component, connector), nodes_.size());
-  if (isNew) nodes_.push_back({gl::core::ConnectorSpec(component, connector), nodes_.size(), nullptr});
+void ConnectorSets::beginComponent(const kmf::VnId& component) {
+  component_ = component;
+  index_.clear();
+}
+
+std::size_t ConnectorSets::add(const kmf::VnId& connector) {
+  const auto [at, isNew] = index_.emplace(connector, nodes_.size());
+  if (isNew) nodes_.push_back({gl::core::ConnectorSpec(component_, connector), nodes_.size(), nullptr});
   return at->second;
 }
 
@@ -48,8 +53,18 @@ std::vector<std::size_t> ConnectorSets::elements() const {
   std::vector<std::size_t> ordered(nodes_.size());
   std::iota(ordered.begin(), ordered.end(), std::size_t{0});
   // Merging keeps within the range whatever a client's function answers.
-  std::stable_sort(ordered.begin(), ordered.end(),
-                   [this](std::size_t x, std::size_t y) { return precedes(nodes_[x], nodes_[y]); });
+  const auto before = [this](std::size_t x, std::size_t y) { return precedes(nodes_[x], nodes_[y]); };
+  // Components come by name, as most precedences have it: often it's enough to sort the connectors of each.
+  for (auto first = ordered.begin(); first != ordered.end();) {
+    const kmf::VnId& component = nodes_[*first].spec.componentId();
+    const auto last = std::find_if(first, ordered.end(),
+                                   [&](std::size_t number) { return nodes_[number].spec.componentId() != component; });
+    std::stable_sort(first, last, before);
+    first = last;
+  }
+  if (!std::is_sorted(ordered.begin(), ordered.end(), before)) {
+    std::stable_sort(ordered.begin(), ordered.end(), before);
+  }
   return ordered;
 }
 

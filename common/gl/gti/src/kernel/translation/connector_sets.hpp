@@ -4,11 +4,9 @@
 #include "platform/foundation/vn_id.hpp"
 #include "platform/graph_core/graph.hpp"
 
-#include <boost/functional/hash.hpp>
 #include <boost/unordered_map.hpp>
 
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 namespace gl::gti {
@@ -25,8 +23,11 @@ class ConnectorSets {
   ConnectorSets(const gl::core::Graph& graph, const ConnectorPrecedenceFcn& precedence)
       : graph_(graph), precedence_(precedence) {}
 
-  /// The connector's number, a new one for a connector that isn't there yet.
-  std::size_t add(const kmf::VnId& component, const kmf::VnId& connector);
+  void reserve(std::size_t count) { nodes_.reserve(count); }
+  /// From here on connectors of this component are added. Each component comes once.
+  void beginComponent(const kmf::VnId& component);
+  /// The number of a connector of the component, a new one for a connector that isn't there yet.
+  std::size_t add(const kmf::VnId& connector);
   /// To be called once all connectors are added and their components are in the graph, which must not change after that
   /// while connectors are compared. @throws the graph core's errors for a connector that its component doesn't have
   void readTypes();
@@ -53,9 +54,9 @@ class ConnectorSets {
 
   const gl::core::Graph& graph_;
   ConnectorPrecedenceFcn precedence_;
-  using Ids = std::pair<kmf::VnId, kmf::VnId>;
-  boost::unordered_map<Ids, std::size_t, boost::hash<Ids>> index_;
   std::vector<Node> nodes_;
+  kmf::VnId component_;
+  boost::unordered_map<kmf::VnId, std::size_t> index_;  ///< of the component's connectors
 };
 
 }  // namespace gl::gti

@@ -8,6 +8,7 @@
 #include "common/gl/gti/src/kernel/translation/level_graph.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
+#include <memory>
 #include <utility>
 
 namespace gl::gti {
@@ -60,7 +61,7 @@ class Fold {
   gl::core::Graph graphOf(Level& level, ExternalEnds& externalEnds, std::vector<kmf::VnId> ids) {
     LevelTree::sortBlocks(level);
     gl::core::Graph graph = buildGraph(level.blocks, substitutions_, configuration_, externalEnds, std::move(ids));
-    std::vector<PendingBlock>().swap(level.blocks);
+    std::vector<std::unique_ptr<PendingBlock>>().swap(level.blocks);
     return graph;
   }
 
@@ -73,7 +74,8 @@ class Fold {
         makeHierarchicalEntry(ioPorts_, path, graph, exposedNodes(externalEnds), configuration_);
     entries_.push_back(entry);
     substitutePorts(*entry, externalEnds, substitutions_);
-    level.parent->blocks.push_back({entry, entry->embedding(configuration_), level.name, substitutions_.now()});
+    level.parent->blocks.push_back(std::make_unique<PendingBlock>(
+        PendingBlock{entry, entry->embedding(configuration_), level.name, substitutions_.now()}));
   }
 
  private:

@@ -28,10 +28,15 @@ std::vector<kmf::VnId> idsFor(const std::vector<std::string>& names, const std::
   return ids;
 }
 
+const ComponentEmbedding& nothing() {
+  static const ComponentEmbedding embedding{gl::core::Component()};
+  return embedding;
+}
+
 /// The making of one system's graph, step by step.
 class LevelGraph {
  public:
-  LevelGraph(std::vector<PendingBlock>& group, PortSubstitutions& substitutions,
+  LevelGraph(std::vector<std::unique_ptr<PendingBlock>>& group, PortSubstitutions& substitutions,
              const TranslationConfiguration& configuration, std::vector<kmf::VnId> taken)
       : group_(group),
         substitutions_(substitutions),
@@ -60,25 +65,35 @@ class LevelGraph {
   void addComponents() {
     std::vector<std::string> names;
     names.reserve(group_.size());
-    for (const PendingBlock& block : group_) names.push_back(kmf::ustring_to_utf8_string(ustring(block.name)));
+    for (const auto& block : group_) names.push_back(kmf::ustring_to_utf8_string(ustring(block->name)));
     const std::vector<kmf::VnId> blockIds = idsFor(names, taken_);
-    owners_.reserve(group_.size());
+    reserve();
     for (std::size_t i = 0; i < group_.size(); ++i) addComponent(i, blockIds[i]);
     taken_.insert(taken_.end(), blockIds.begin(), blockIds.end());
   }
 
+  void reserve() {
+    std::size_t ports = 0;
+    for (const auto& block : group_) ports += block->entry->ports().size();
+    owners_.reserve(ports);
+    connectors_.reserve(ports);
+    sets_.reserve(ports);
+  }
+
   void addComponent(std::size_t i, const kmf::VnId& id) {
-    const PendingBlock& block = group_[i];
+    PendingBlock& block = *group_[i];
+    const std::map<ustring, kmf::VnId> embedded = block.embedding.portEmbedding();
     gl::core::Component component = block.embedding.component();
+    block.embedding = nothing();  // so that the component has one owner and is tagged in place
     component.tag(gl::core::OBJECT(), block.entry->path());
     graph_.insert(id, std::move(component));
-    const std::map<ustring, kmf::VnId>& embedded = block.embedding.portEmbedding();
+    sets_.beginComponent(id);
     for (const auto& [handle, port] : block.entry->ports()) {
       const auto connector = embedded.find(port.name());
       if (connector == embedded.end()) {
         kmf::throw_message("kinemo:common:gl:gti:compile", "MissingPortEmbedding", port.name());
       }
-      const std::size_t number = sets_.add(id, connector->second);
+      const std::size_t number = sets_.add(connector->second);
       connectors_[handle] = number;
       if (owners_.size() < sets_.size()) owners_.push_back(i);
     }
@@ -86,10 +101,10 @@ class LevelGraph {
 
   void mergePorts() {
     std::vector<double> joined;
-    for (const PendingBlock& block : group_) {
-      for (const auto& [handle, port] : block.entry->ports()) {
+    for (const auto& block : group_) {
+      for (const auto& [handle, port] : block->entry->ports()) {
         joined.clear();
-        for (const double far : port.connected()) joined.push_back(substitutions_.resolve(far, block.since));
+        for (const double far : port.connected()) joined.push_back(substitutions_.resolve(far, block->since));
         std::sort(joined.begin(), joined.end());
         joined.erase(std::unique(joined.begin(), joined.end()), joined.end());
         mergePort(handle, joined);
@@ -129,7 +144,7 @@ class LevelGraph {
   /// The node carries the path of the block whose connector names it.
   void addNode(std::size_t root, const kmf::VnId& id) {
     gl::core::Node node;
-    node.tag(gl::core::OBJECT(), group_[owners_[root]].entry->path());
+    node.tag(gl::core::OBJECT(), group_[owners_[root]]->entry->path());
     graph_.insert(id, std::move(node));
     nodes_[root] = id;
   }
@@ -143,7 +158,7 @@ class LevelGraph {
     }
   }
 
-  std::vector<PendingBlock>& group_;
+  std::vector<std::unique_ptr<PendingBlock>>& group_;
   PortSubstitutions& substitutions_;
   std::vector<kmf::VnId> taken_;
   gl::core::Graph graph_;
@@ -156,7 +171,7 @@ class LevelGraph {
 
 }  // namespace
 
-gl::core::Graph buildGraph(std::vector<PendingBlock>& group, PortSubstitutions& substitutions,
+gl::core::Graph buildGraph(std::vector<std::unique_ptr<PendingBlock>>& group, PortSubstitutions& substitutions,
                            const TranslationConfiguration& configuration, ExternalEnds& externalEnds,
                            std::vector<kmf::VnId> ids) {
   return LevelGraph(group, substitutions, configuration, std::move(ids)).build(externalEnds);

@@ -6,6 +6,7 @@
 
 #include <boost/unordered_map.hpp>
 
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -24,9 +25,9 @@ using ExternalEnds = boost::unordered_map<double, ExternalEnd>;
 
 /// Makes the graph of one system: one component for each block, one node for each set of connected ports, named after
 /// the connector of the set that precedes the others. `ids` are taken, and so are the configuration's reserved ones.
-/// The connections that lead out of the system go to `externalEnds`.
+/// The connections that lead out of the system go to `externalEnds`. The embeddings of the group are used up.
 /// @throws kmf::MessageException "kinemo:common:gl:gti:compile" "MissingPortEmbedding" (port); the graph core's errors
-gl::core::Graph buildGraph(std::vector<PendingBlock>& group, PortSubstitutions& substitutions,
+gl::core::Graph buildGraph(std::vector<std::unique_ptr<PendingBlock>>& group, PortSubstitutions& substitutions,
                            const TranslationConfiguration& configuration, ExternalEnds& externalEnds,
                            std::vector<kmf::VnId> ids);
 

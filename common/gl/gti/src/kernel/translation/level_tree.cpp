@@ -30,7 +30,7 @@ LevelTree::LevelTree() {
 
 void LevelTree::add(const boost::shared_ptr<BlockEntryData>& entry, const ComponentEmbedding& embedding) {
   const auto [parent, name] = splitLast(rest_text(entry->path()));
-  levelAt(parent).blocks.push_back({entry, embedding, name});
+  levelAt(parent).blocks.push_back(std::make_unique<PendingBlock>(PendingBlock{entry, embedding, name}));
   empty_ = false;
 }
 
@@ -70,11 +70,11 @@ std::vector<Level*> LevelTree::deepestFirst() {
 
 void LevelTree::sortBlocks(Level& level) {
   // A block without a name in the model is the model's own and comes last.
-  const auto before = [](const PendingBlock& a, const PendingBlock& b) {
-    return a.name.empty() != b.name.empty() ? b.name.empty() : a.name < b.name;
+  const auto before = [](const auto& a, const auto& b) {
+    return a->name.empty() != b->name.empty() ? b->name.empty() : a->name < b->name;
   };
-  const auto same = [](const PendingBlock& a, const PendingBlock& b) { return a.name == b.name; };
-  std::vector<PendingBlock>& blocks = level.blocks;
+  const auto same = [](const auto& a, const auto& b) { return a->name == b->name; };
+  auto& blocks = level.blocks;
   std::stable_sort(blocks.begin(), blocks.end(), before);
   blocks.erase(std::unique(blocks.begin(), blocks.end(), same), blocks.end());
 }

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -32,7 +33,7 @@ struct Level {
   std::u16string_view path;  ///< of the subsystem, without the model's name
   std::size_t depth = 0;     ///< number of systems around it
   std::vector<Level*> children;
-  std::vector<PendingBlock> blocks;
+  std::vector<std::unique_ptr<PendingBlock>> blocks;
 };
 
 class LevelTree {
