@@ -3,8 +3,20 @@
 #include "platform/foundation/checked.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace gl::gti {
+
+namespace {
+
+void sortHandles(std::vector<double>& handles) {
+  // What is no number compares to nothing, and stands behind the numbers.
+  const auto numbers =
+      std::partition(handles.begin(), handles.end(), [](double handle) { return !std::isnan(handle); });
+  std::sort(handles.begin(), numbers);
+}
+
+}  // namespace
 
 void PortDisjointSet::unite(double a, double b) {
   const std::size_t rootA = root(kmf::boost_unordered_map_at(index_, a));
@@ -31,7 +43,7 @@ std::vector<double> PortDisjointSet::representatives() const {
   for (std::size_t i = 0; i < nodes_.size(); ++i) {
     if (nodes_[i].parent == i) found.push_back(nodes_[i].value);
   }
-  std::sort(found.begin(), found.end());
+  sortHandles(found);
   return found;
 }
 
@@ -39,7 +51,7 @@ std::vector<double> PortDisjointSet::values() const {
   std::vector<double> found;
   found.reserve(nodes_.size());
   for (const Node& node : nodes_) found.push_back(node.value);
-  std::sort(found.begin(), found.end());
+  sortHandles(found);
   return found;
 }
 
