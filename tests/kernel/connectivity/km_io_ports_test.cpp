@@ -1,11 +1,17 @@
 #include "common/gl/gti/src/kernel/connectivity/km_io_ports.hpp"
 
+#include "common/gl/gti/src/kernel/connectivity/port_disjoint_set.hpp"
 #include "common/gl/gti/src/kernel/connectivity/port_handles.hpp"
+#include "tests/kernel/support/host_calls.hpp"
 #include "tests/kernel/support/test_domain.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
+#include <algorithm>
+#include <cmath>
+#include <functional>
 #include <set>
 #include <string>
 
@@ -118,6 +124,82 @@ TEST_F(IoPorts, ChoiceMayJoinPortsThatItsFrameDoesNotHave) {
   EXPECT_TRUE(reached("V", "a").empty());
 }
 
+TEST_F(IoPorts, ReadsEachSubsystemOnceAndItsChildrenWhereTheirWiresAreCrossed) {
+  draw.subsystem("S", {"a", "b"}, {});
+  draw.subsystem("S/T", {"a", "b"}, {});
+  draw.subsystem("S/U");
+  const std::vector<std::string> toChildren{
+      "find KMIOPort", "1 PortHandles",  "Parent",      "Name",      "Port",
+      "Side",          "find SubSystem", "PortHandles", "1 Variant", "PortConnectivity"};
+  kinemo::test::HostCalls calls;
+  info("S/T");
+  std::vector<std::string> expected = toChildren;
+  expected.push_back("PortHandles");  // whose ports are the blocks' own
+  EXPECT_EQ(calls.take(), expected);
+  info("S/T");
+  EXPECT_EQ(calls.take(), std::vector<std::string>());
+  info("S");
+  expected = toChildren;
+  expected.insert(expected.end(), {"find KMIOPort", "PortHandles"});
+  EXPECT_EQ(calls.take(), expected);
+}
+
+/// Runs something on a stack of 512 KB.
+void onASmallStack(std::function<void()> work) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 * 1024), 0);
+  pthread_t thread;
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+  EXPECT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+}
+
+TEST_F(IoPorts, SystemsNestedDeeperThanTheStackAreCrossed) {
+  using namespace embedded::block_diagram;
+  System* system = &diagram.root();
+  gtPort* outside = nullptr;
+  for (int i = 0; i < 1500; ++i) {
+    GTBlock& subsystem = system->addSubsystem(u"S");
+    GTBlock& in = contents(subsystem)->addPort(u"i", Side::Left, 1);
+    if (outside != nullptr) system->addLine({outside, ports(subsystem).front()});
+    outside = ports(in).front();
+    system = contents(subsystem);
+  }
+  system->addLine({outside, ports(system->addBlock(u"B", "test/two")).front()});
+  onASmallStack([this] { EXPECT_THAT(reached("S", "i"), ElementsAre(port("S", "S.i"))); });
+}
+
+TEST_F(IoPorts, OrdersMayBeAnyNumber) {
+  draw.subsystem("S", {"second", "first"}, {});
+  kinemo::test::HostCalls calls;
+  calls.answer("Port", {u"9223372036854775807", u"-9223372036854775808"});
+  const auto byName = portsByName(handle("S"));
+  const std::vector<double> left = readPortHandles(handle("S"))[port_side::LEFT];
+  EXPECT_EQ(byName.at({port_side::LEFT, u"first"}), left.at(0));
+  EXPECT_EQ(byName.at({port_side::LEFT, u"second"}), left.at(1));
+  EXPECT_EQ(info("S").portId(left.at(0)), handle("S/first"));
+}
+
+TEST_F(IoPorts, BlocksThatStandForNoPortHaveNoRowByName) {
+  draw.subsystem("S", {"a", "top", "surplus"}, {"r"});
+  kinemo::test::HostCalls calls;
+  calls.answer("Side", {u"left", u"top", u"left", u"right"});
+  calls.answer("Port", {u"1", u"1", u"2", u"1"});
+  cvArray_tag* outer = cvCreateStructMatrix(1, 1, {"LConn", "RConn"});
+  cvSetField(outer, 0, "LConn", cvCreateDoubleScalar(70));
+  cvSetField(outer, 0, "RConn", cvCreateDoubleScalar(80));
+  calls.answer("PortHandles", outer);
+  const auto byName = portsByName(handle("S"));
+  EXPECT_EQ(byName.size(), 2u);
+  EXPECT_EQ(byName.at({port_side::LEFT, u"a"}), 70);
+  EXPECT_EQ(byName.at({port_side::RIGHT, u"r"}), 80);
+}
+
 TEST_F(IoPorts, SearchFindsDirectChildrenOnly) {
   draw.subsystem("S", {"in"}, {});
   draw.subsystem("S/T", {"in"}, {});
@@ -125,6 +207,16 @@ TEST_F(IoPorts, SearchFindsDirectChildrenOnly) {
   EXPECT_THAT(findSystem(handle("S"), "SubSystem"), ElementsAre(handle("S/T")));
   EXPECT_THAT(findSystem(handle("S"), "KMIOPort"), ElementsAre(handle("S/in")));
   EXPECT_TRUE(findSystem(handle("S/T/U"), "SubSystem").empty());
+}
+
+TEST(PortDisjointSet, HandlesThatAreNoNumbersComeLastAndStayAlone) {
+  PortDisjointSet nets;
+  for (int i = 40; i > 0; --i) nets.makeSet(i % 3 == 0 ? std::nan("") : i);
+  for (const std::vector<double>& listed : {nets.values(), nets.representatives()}) {
+    ASSERT_EQ(listed.size(), 40u);
+    EXPECT_TRUE(std::is_sorted(listed.begin(), listed.begin() + 27));
+    EXPECT_TRUE(std::all_of(listed.begin() + 27, listed.end(), [](double value) { return std::isnan(value); }));
+  }
 }
 
 }  // namespace

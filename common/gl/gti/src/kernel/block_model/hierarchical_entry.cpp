@@ -112,7 +112,7 @@ class HierarchicalBlockEntryData final : public BlockEntryData {
  private:
   using Ports = std::map<kmf::VnId, const IoPortEntry*>;
 
-  static std::string nameOf(const IoPortEntry& port) { return kmf::ustring_to_utf8_string(port.path().back()); }
+  static std::string nameOf(const IoPortEntry& port) { return kmf::ustring_to_utf8_string(port.name()); }
 
   Ports boundaryPorts(const KmIoPortInfo& info, const ExposedNodes& nodes) const {
     Ports ports;

@@ -15,7 +15,7 @@ class OpaqueBlockEntryData final : public FactoryBlockEntryData {
     readBlock(handle, connectivity);
     if (connectivity.connections(handle).empty()) return;
     const KmIoPortInfo& info = ioPorts.get(handle);
-    readPorts(connectivity, [&info](double port) { return info.port(info.portId(port)).path().back(); });
+    readPorts(connectivity, [&info](double port) { return info.port(info.portId(port)).name(); });
   }
 
   BlockType::Value blockType() const override { return BlockType::OPAQUE; }

@@ -43,10 +43,15 @@ std::u16string_view rest_text(std::u16string_view text) {
 }
 
 std::u16string_view back_text(std::u16string_view text) {
+  return split_last(text).second;
+}
+
+std::pair<std::u16string_view, std::u16string_view> split_last(std::u16string_view text) {
   for (;;) {
     const std::u16string_view parent = parent_text(text);
-    if (parent.empty()) return text;
-    if (parent.size() + 1 < text.size()) return text.substr(parent.size() + 1);
+    if (parent.empty()) return {parent, text};
+    const std::u16string_view name = text.substr(parent.size() + 1);
+    if (!name.empty()) return {parent, name};
     text = parent;
   }
 }

@@ -7,6 +7,7 @@
 #include "platform/foundation/ustring.hpp"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace gl::gti {
@@ -19,6 +20,8 @@ std::u16string_view front_text(std::u16string_view text);
 std::u16string_view rest_text(std::u16string_view text);
 /// The last component: the text behind the parent and its separator. A separator at the end of the text is lost.
 std::u16string_view back_text(std::u16string_view text);
+/// What stands around the last component, empty for an only one, and the last component. As in `back_text`.
+std::pair<std::u16string_view, std::u16string_view> split_last(std::u16string_view text);
 /// All components: `front_text` of the text, of its rest, and so on.
 std::vector<std::u16string_view> split_path_text(std::u16string_view text);
 

@@ -19,26 +19,26 @@
 
 namespace gl::gti {
 
-class KmIoPortCache;
-
 /// One I/O port block of a subsystem.
 class IoPortEntry {
  public:
   std::int64_t order() const { return order_; }  ///< sorts the ports of a side
   port_side::Value side() const { return side_; }
-  double handle() const { return handle_; }        ///< the subsystem's port that the block stands for
-  double block() const { return block_; }          ///< the block's own handle
-  const BlockPath& path() const { return path_; }  ///< its last component is the port's name
+  double handle() const { return handle_; }      ///< the subsystem's port that the block stands for
+  double block() const { return block_; }        ///< the block's own handle
+  BlockPath path() const;                        ///< the block's; linear in its length
+  const ustring& name() const { return name_; }  ///< of the port: the last component of `path`
   /// Ports joined to the block's own port inside the subsystem.
   const std::set<double>& connectedPorts() const { return connectedPorts_; }
 
  private:
-  friend class KmIoPortInfo;
+  friend class IoPortReading;
   std::int64_t order_ = 0;
   port_side::Value side_ = port_side::LEFT;
   double handle_ = -1.0;
   double block_ = -1.0;
-  BlockPath path_;
+  boost::shared_ptr<const ustring> parent_;  ///< the subsystem's path, which all its entries share; never null
+  ustring name_;
   std::set<double> connectedPorts_;
 };
 
@@ -46,9 +46,10 @@ class IoPortEntry {
 /// of an I/O port block.
 class KmIoPortInfo : private boost::noncopyable {
  public:
-  /// Reads the subsystem, and through the cache the subsystems inside.
-  /// @throws boost::bad_lexical_cast for a "Port" that is no integer; errors of the runtime
-  KmIoPortInfo(KmIoPortCache& cache, double subsystem);
+  using Entries = std::map<double, IoPortEntry>;  ///< by I/O port block
+
+  /// Of entries that are complete, those of `ioBlocks`.
+  KmIoPortInfo(const std::vector<double>& ioBlocks, Entries entries);
 
   /// @throws std::out_of_range for an unknown id
   const IoPortEntry& port(double id) const;
@@ -62,13 +63,7 @@ class KmIoPortInfo : private boost::noncopyable {
   bool isWireOnly(double id) const { return wireOnlyIoBlocks_.count(id) != 0; }
 
  private:
-  using SidePorts = std::vector<std::pair<std::int64_t, double>>;  ///< order and id
-
-  std::vector<SidePorts> readEntries(const std::vector<double>& ioBlocks);
-  std::map<PortLocation, double> placeEntries(double subsystem, std::vector<SidePorts> bySide);
-  void indexConnections(const std::vector<double>& ioBlocks);
-
-  std::map<double, IoPortEntry> entries_;
+  Entries entries_;
   std::map<double, std::set<double>> ioBlocksByPort_;
   std::map<double, double> ioBlockByOuterPort_;
   boost::unordered_map<double, boost::unordered_set<double>> connectedIoBlocks_;
@@ -79,6 +74,7 @@ class KmIoPortInfo : private boost::noncopyable {
 class KmIoPortCache : private boost::noncopyable {
  public:
   /// Makes the record on first use, which asks for the records of the subsystems inside. Valid as long as the cache.
+  /// @throws boost::bad_lexical_cast for a "Port" that is no integer; errors of the runtime
   const KmIoPortInfo& get(double subsystem);
   const KmIoPortInfo& get(const BlockPath& subsystem);
 

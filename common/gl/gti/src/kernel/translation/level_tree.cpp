@@ -8,28 +8,13 @@
 
 namespace gl::gti {
 
-namespace {
-
-/// Path of the system around a block, and the block's name in it. A separator at the end names nothing and is dropped.
-std::pair<std::u16string_view, std::u16string_view> splitLast(std::u16string_view path) {
-  for (;;) {
-    const std::u16string_view parent = parent_text(path);
-    if (parent.empty()) return {parent, path};
-    const std::u16string_view name = path.substr(parent.size() + 1);
-    if (!name.empty()) return {parent, name};
-    path = parent;
-  }
-}
-
-}  // namespace
-
 LevelTree::LevelTree() {
   levels_.emplace_back();
   byPath_.emplace(std::u16string_view(), &levels_.front());
 }
 
 void LevelTree::add(const boost::shared_ptr<BlockEntryData>& entry, const ComponentEmbedding& embedding) {
-  const auto [parent, name] = splitLast(rest_text(entry->path()));
+  const auto [parent, name] = split_last(rest_text(entry->path()));
   levelAt(parent).blocks.push_back(std::make_unique<PendingBlock>(PendingBlock{entry, embedding, name}));
   empty_ = false;
 }
@@ -38,7 +23,7 @@ Level& LevelTree::levelAt(std::u16string_view path) {
   std::vector<std::pair<std::u16string_view, std::u16string_view>> missing;  // path and name, the innermost first
   auto found = byPath_.find(path);
   for (; found == byPath_.end(); found = byPath_.find(path)) {
-    const auto [parent, name] = splitLast(path);
+    const auto [parent, name] = split_last(path);
     missing.emplace_back(path, name);
     path = parent;
   }
