@@ -1,0 +1,254 @@
+#include "common/gl/gti/src/kernel/parameters/runtime_propagation.hpp"
+
+#include "common/gl/gti/src/kernel/parameters/component_rewriting.hpp"
+#include "platform/foundation/strings.hpp"
+#include "tests/support/errors.hpp"
+#include "tests/support/no_leaks.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <boost/make_shared.hpp>
+
+#include <sstream>
+#include <stdexcept>
+
+namespace gl::gti {
+namespace {
+
+using data2::core::Expr;
+using gl::core::Component;
+using gl::core::Graph;
+using gl::core::Parameter;
+using ::testing::ElementsAre;
+
+ParameterVariant number(double value) {
+  return data2::core::Value(data2::core::ValueData(value));
+}
+
+Expr expression(const std::string& text) {
+  return data2::cvi::CorvaneParser()(text).value();
+}
+
+/// A number or an expression as text.
+std::string shown(const ParameterVariant& value) {
+  std::ostringstream text;
+  if (const auto* held = boost::get<data2::core::Value>(&value)) text << held->data().elements().at(0);
+  if (const auto* held = boost::get<Expr>(&value)) data2::core::out(text, 0, 0, *held);
+  return text.str();
+}
+std::string bound(const std::string& text, const std::string& unit) {
+  return shown(Expr(data2::core::UnitBindExpr(expression(text), units2::core::parse(unit))));
+}
+
+/// A block of the table beside the graph; a tunable one sets every parameter that it is offered.
+class Entry final : public BlockEntryData {
+ public:
+  Entry(const ustring& path, bool tunable) : tunable_(tunable) { path_ = path; }
+  void value(const char* id, double value, const ustring& text) {
+    data_.addParameter(id, ParameterValue(cvUniquePtr(cvCreateDoubleScalar(value)).get(), text));
+  }
+  void text(const char* id, const std::string& value) {
+    data_.addParameter(id,
+                       ParameterValue(cvUniquePtr(cvCreateString(value)).get(), ustring(value.begin(), value.end())));
+  }
+  void collectSubstitutions(std::map<double, double>&) override {}
+  ComponentEmbedding embedding(const TranslationConfiguration&) const override {
+    return ComponentEmbedding(Component());
+  }
+  void applyRuntimeParameters(ParameterSetter setter, const ParameterRewrites& rewrites) override {
+    if (!tunable_) return;
+    for (const auto& rewrite : rewrites) setter(rewrite.first, rewrite.second);
+  }
+  boost::shared_ptr<BlockEntryData> clone() const override { return boost::make_shared<Entry>(*this); }
+
+ private:
+  bool tunable_;
+};
+
+class Propagation : public kinemo::test::NoLeaks {
+ protected:
+  Entry& entry(const char16_t* path, bool tunable = true) {
+    auto made = boost::make_shared<Entry>(path, tunable);
+    entries.emplace(path, made);
+    return *made;
+  }
+  /// A leaf with the parameter m.
+  static Component leaf(const char16_t* path) {
+    Component made(kmf::VnIdPath1("test.block"));
+    made.addParameter("m", Parameter(number(7)));
+    made.tag(gl::core::OBJECT(), ustring(path));
+    return made;
+  }
+  static Component subgraph(const char16_t* path, const Component& inside,
+                            const std::map<kmf::VnId, Parameter>& parameters) {
+    Graph graph;
+    graph.insert(kmf::VnId("B"), inside);
+    Component made(graph, parameters);
+    made.tag(gl::core::OBJECT(), ustring(path));
+    return made;
+  }
+  static std::string valueOf(const Component& component, const char* id) {
+    return shown(component.parameters().at(id).get(kmf::VnIdPathIterator()));
+  }
+  /// The parameter m of a leaf whose block has `texts` and the names x (run-time) and bad (without a value).
+  std::string rewritten(bool warn = true) {
+    return valueOf(propagate_component(leaf(u"m/B"), entries, {"x"}, {"bad", "worse"}, warn).component, "m");
+  }
+
+  BlockEntryMap entries;
+};
+
+TEST_F(Propagation, TextsBecomeExpressionsWhereTheyMeanARuntimeName) {
+  struct Case {
+    const char16_t* text;
+    bool becomes;
+  };
+  const Case cases[] = {{u"2*x", true},   {u"", false},      {u"2*y", false}, {u"{x}", false},
+                        {u"2*(x", false}, {u"x(1)+y", true}, {u"7", false}};
+  Entry& block = entry(u"m/B");
+  for (const Case& test : cases) {
+    block.value("m", 7, test.text);
+    const std::string text = kmf::ustring_to_utf8_string(test.text);
+    EXPECT_EQ(rewritten(), test.becomes ? shown(expression(text)) : "7") << text;
+  }
+  block.text("m", "x");
+  EXPECT_EQ(rewritten(), "7") << "the text of a character array is no expression";
+  entry(u"m/F", false).value("m", 7, u"x");
+  EXPECT_EQ(valueOf(propagate_component(leaf(u"m/F"), entries, {"x"}, {}, true).component, "m"), "7");
+}
+
+TEST_F(Propagation, UnitsStandInPartners) {
+  Entry& block = entry(u"m/B");
+  const auto unit = [&block](const char* id) { return unit_of_parameter(id, block.data().parameters()); };
+  block.text("m_unit", "kg");
+  block.text("a_nominal_unit", "m");
+  block.text("a_nominal_value_unit", "s");
+  block.text("a_nominal_value", "1");
+  block.value("n_unit", 1, u"1");
+  EXPECT_EQ(unit("m").value_or(""), "kg");
+  EXPECT_EQ(unit("a_nominal_value").value_or(""), "m");
+  EXPECT_FALSE(unit("b_nominal_value"));
+  EXPECT_FALSE(unit("n")) << "a unit is a text";
+  block.value("m", 7, u"x+1");
+  EXPECT_EQ(rewritten(), bound("x+1", "kg"));
+  block.text("m_unit", "");
+  EXPECT_EQ(rewritten(), shown(expression("x+1")));
+  block.text("m_unit", "no unit!");
+  EXPECT_THAT(kinemo::test::error_of([&] { rewritten(); }), ::testing::HasSubstr("InvalidUnit"));
+}
+
+TEST_F(Propagation, LookUpsThatFailAreErrors) {
+  try {
+    rewritten();
+    FAIL() << "a component without a block";
+  } catch (const std::out_of_range& error) {
+    EXPECT_STREQ(error.what(), "invalid map<K, T> key");
+  }
+  entry(u"m/B").value("m", 7, u"x");
+  EXPECT_THROW(parameter_rewrites(leaf(u"m/B"), entries, {"x"}, {}, UnitLookup()), std::bad_function_call);
+  EXPECT_TRUE(parameter_rewrites(leaf(u"m/B"), entries, {}, {}, UnitLookup()).empty()) << "no unit is looked up";
+}
+
+TEST_F(Propagation, NamesWithoutAValueAreRefusedAndTold) {
+  Component odd = leaf(u"m/a\nb");
+  entry(u"m/a\nb").value("m", 7, u"x + bad + worse");
+  const auto rewrite = [&](bool warn) { return propagate_component(odd, entries, {"x"}, {"bad", "worse"}, warn); };
+  EXPECT_EQ(valueOf(rewrite(false).component, "m"), "7");
+  EXPECT_THAT(take_warnings(), ElementsAre());
+  const ComponentRewrite refused = rewrite(true);
+  EXPECT_EQ(refused.component, odd);
+  EXPECT_TRUE(refused.used.empty());
+  const std::vector<kmf::Message> warnings = take_warning_messages();
+  ASSERT_EQ(warnings.size(), 1u);
+  const kmf::MessageId& id = warnings[0].identifier();
+  EXPECT_EQ(id.group + ":" + id.id, "kinemo:common:gl:gti:rtp:InvalidNonValueReference");
+  ASSERT_EQ(id.arguments.size(), 3u);
+  EXPECT_EQ(kmf::argument_text(id.arguments[0]), "m/a b");
+  EXPECT_EQ(kmf::argument_text(id.arguments[1]), "m");
+  kmf::VnId last;
+  for (const kmf::VnId& name : data2::core::UsedIds()(expression("x + bad + worse")))
+    last = name == kmf::VnId("x") ? last : name;
+  EXPECT_EQ(kmf::argument_text(id.arguments[2]), std::string(last));
+  EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/a b"));
+}
+
+/// x at the top; S with k = 2*x and the unused j = x; in it B with m = k+1 in kg.
+TEST_F(Propagation, MasksCarryNamesDown) {
+  Entry& mask = entry(u"m/S");
+  mask.value("k", 6, u"2*x");
+  mask.value("j", 3, u"x");
+  Entry& block = entry(u"m/S/B");
+  block.value("m", 7, u"k+1");
+  block.text("m_unit", "kg");
+  Graph graph;
+  graph.insert(kmf::VnId("S"),
+               subgraph(u"m/S", leaf(u"m/S/B"), {{"k", Parameter(number(6))}, {"j", Parameter(number(3))}}));
+  gl::core::RuntimeParameterInfo info;
+  info.addParameter("x", data2::core::ValueData(3.0));
+  info.addParameter("unused", data2::core::ValueData(1.0));
+  info.addNonValueParameter("bad");
+
+  const PropagationResult result = propagate_runtime_parameters(graph, entries, info, true);
+  const Component& made = result.graph.components().at("S");
+  ASSERT_EQ(made.parameters().size(), 1u) << "nothing uses j";
+  EXPECT_EQ(valueOf(made, "k"), shown(expression("2*x")));
+  EXPECT_EQ(gl::core::object(made), u"m/S");
+  EXPECT_EQ(valueOf(made.graph().components().at("B"), "m"), bound("k+1", "kg"));
+  EXPECT_THAT(result.info.runtimeParameters(), ElementsAre(kmf::VnId("x")));
+  EXPECT_TRUE(result.info.nonValueParameters().empty());
+  EXPECT_EQ(propagate_graph(graph, entries, {"x"}, {}, true).used, IdSet{"x"});
+
+  const PropagationResult none = propagate_runtime_parameters(graph, entries, {}, true);
+  EXPECT_TRUE(none.info == gl::core::RuntimeParameterInfo());
+  EXPECT_EQ(valueOf(none.graph.components().at("S"), "k"), "6") << "inside, every mask parameter is a name";
+}
+
+TEST_F(Propagation, MaskParametersHideOuterNames) {
+  entry(u"m/S").value("x", 6, u"5");
+  entry(u"m/S/B").value("m", 7, u"x+1");
+  const Component around = subgraph(u"m/S", leaf(u"m/S/B"), {{"x", Parameter(number(5))}});
+  const auto used = [&](const Component& component, const IdSet& runtime, const IdSet& nonValue) {
+    return propagate_subgraph(component, entries, runtime, nonValue, true).used;
+  };
+  EXPECT_EQ(used(around, {"x"}, {}), IdSet{}) << "the top-level x is hidden";
+  EXPECT_EQ(used(around, {}, {"x"}), IdSet{}) << "no warning: the x inside has a value";
+  entry(u"m/T");
+  entry(u"m/T/B").value("m", 7, u"x+1");
+  const Component open = subgraph(u"m/T", leaf(u"m/T/B"), {{"x", Parameter(ustring(u"text"))}});
+  const ComponentRewrite through = propagate_subgraph(open, entries, {"x"}, {}, true);
+  EXPECT_EQ(valueOf(through.component.graph().components().at("B"), "m"), shown(expression("x+1")));
+  static_cast<Entry&>(*entries.at(u"m/S")).value("x", 6, u"2*x");
+  EXPECT_EQ(used(around, {"x"}, {}), IdSet{"x"}) << "a mask's x made of the x outside";
+}
+
+TEST_F(Propagation, MasksThatMeanNamesWithoutAValueKeepTheirNumber) {
+  entry(u"m/S").value("k", 6, u"bad*x");
+  entry(u"m/S/B").value("m", 7, u"k");
+  const Component around = subgraph(u"m/S", leaf(u"m/S/B"), {{"k", Parameter(number(6))}});
+  const auto rewrite = [&](bool warn) { return propagate_subgraph(around, entries, {"x"}, {"bad"}, warn); };
+  const ComponentRewrite quiet = rewrite(false);
+  EXPECT_THAT(take_warnings(), ElementsAre());
+  EXPECT_EQ(rewrite(true).component, quiet.component);
+  EXPECT_EQ(valueOf(quiet.component, "k"), "6");
+  EXPECT_TRUE(quiet.used.empty());
+  const std::vector<kmf::Message> warnings = take_warning_messages();
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_EQ(warnings[0].identifier().id, "InvalidNonValueReferenceMask");
+  EXPECT_EQ(kmf::argument_text(warnings[0].identifier().arguments[2]), "bad");
+  EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/S"));
+}
+
+TEST_F(Propagation, NamesReachThroughManyLevels) {
+  constexpr int depth = 10000;
+  entry(u"m/S").value("k", 6, u"k+1");
+  entry(u"m/B").value("m", 7, u"k");
+  Component inner = leaf(u"m/B");
+  for (int i = 0; i < depth; ++i) inner = subgraph(u"m/S", inner, {{"k", Parameter(number(6))}});
+  Graph graph;
+  graph.insert(kmf::VnId("S"), inner);
+  EXPECT_EQ(propagate_graph(graph, entries, {"k"}, {}, true).used, IdSet{"k"});
+  EXPECT_EQ(propagate_graph(graph, entries, {}, {}, true).used, IdSet{});
+}
+
+}  // namespace
+}  // namespace gl::gti
