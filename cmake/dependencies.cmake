@@ -2,12 +2,12 @@
 
 find_package(Boost 1.74 REQUIRED COMPONENTS locale filesystem system)
 find_package(Eigen3 3.3 REQUIRED NO_MODULE)
-find_package(yaml-cpp REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(fmt REQUIRED)
 find_package(Gettext REQUIRED)
 find_package(PkgConfig REQUIRED)
+pkg_check_modules(LIBYAML REQUIRED IMPORTED_TARGET yaml-0.1)
 find_package(Threads REQUIRED)
 
 find_package(pegtl REQUIRED)

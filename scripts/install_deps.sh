@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build ccache pkg-config
   libboost-dev libboost-locale-dev libboost-filesystem-dev libboost-system-dev
-  libeigen3-dev libudunits2-dev tao-pegtl-dev libyaml-cpp-dev nlohmann-json3-dev libcli11-dev libfmt-dev
+  libeigen3-dev libudunits2-dev tao-pegtl-dev libyaml-dev nlohmann-json3-dev libcli11-dev libfmt-dev
   gettext
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 ngspice

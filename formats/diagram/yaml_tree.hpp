@@ -48,7 +48,7 @@ class YamlTree {
   const YamlNode* root() const { return root_; }
 
   static constexpr std::uint64_t size_limit = 50'000'000;
-  static constexpr std::size_t depth_limit = 500;
+  static constexpr std::size_t depth_limit = 6000;
 
  private:
   std::deque<YamlNode> nodes_;
