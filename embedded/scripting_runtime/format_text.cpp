@@ -154,11 +154,11 @@ class Formatter {
   }
 
   template <class Number>
-  void print_with(const std::string& specification, int width, std::optional<int> precision, Number value) {
+  void print_with(const std::string& conversion_text, int width, std::optional<int> precision, Number value) {
     std::vector<char> buffer(9000);
     const int length =
-        precision ? std::snprintf(buffer.data(), buffer.size(), specification.c_str(), width, *precision, value)
-                  : std::snprintf(buffer.data(), buffer.size(), specification.c_str(), width, value);
+        precision ? std::snprintf(buffer.data(), buffer.size(), conversion_text.c_str(), width, *precision, value)
+                  : std::snprintf(buffer.data(), buffer.size(), conversion_text.c_str(), width, value);
     if (length > 0) out_.append(buffer.data(), std::min(static_cast<std::size_t>(length), buffer.size() - 1));
   }
 
