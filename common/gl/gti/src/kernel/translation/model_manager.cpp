@@ -3,6 +3,8 @@
 #include "common/gl/gti/export/toplevel_runtime_parameters.hpp"
 #include "common/gl/gti/src/kernel/connectivity/km_io_ports.hpp"
 #include "common/gl/gti/src/kernel/connectivity/model_connectivity.hpp"
+#include "common/gl/gti/src/kernel/parameters/host_queries.hpp"
+#include "common/gl/gti/src/kernel/parameters/runtime_propagation.hpp"
 #include "common/gl/gti/src/kernel/translation/atomic_units.hpp"
 #include "common/gl/gti/src/kernel/translation/object_parameters.hpp"
 #include "platform/foundation/exception.hpp"
@@ -31,10 +33,14 @@ void addPending(const boost::shared_ptr<BlockEntryData>& entry, const Translatio
   }
 }
 
-/// The model with its parameters as expressions over its run-time parameters. Nothing is lifted yet: the graph goes
-/// into the model as it stands.
-gl::core::Model propagated(const TranslationResult& translated, const gl::core::RuntimeParameterInfo& runtimeInfo) {
-  return gl::core::Model(translated.graph, runtimeInfo);
+/// The model with its parameters as expressions over its run-time parameters. Refused expressions are told where the
+/// model is set up for interactive runs.
+gl::core::Model propagated(const ustring& name, const TranslationResult& translated,
+                           const gl::core::RuntimeParameterInfo& runtimeInfo) {
+  const bool warn = getParamString(modelHandle(name), "InitializeInteractiveRuns") == "on";
+  const PropagationResult result =
+      propagate_runtime_parameters(translated.graph, translated.entries(), runtimeInfo, warn);
+  return gl::core::Model(result.graph, result.info);
 }
 
 }  // namespace
@@ -67,7 +73,7 @@ void ModelManager::addConnectivity(ModelConnectivity& connectivity) {
 gl::core::Model ModelManager::model() const {
   const gl::core::RuntimeParameterInfo runtimeInfo = toplevel_runtime_parameters(name_);
   const TranslationResult result = translate({});
-  if (configuration_->propagateRuntimeParametersFcn()()) return propagated(result, runtimeInfo);
+  if (configuration_->propagateRuntimeParametersFcn()()) return propagated(name_, result, runtimeInfo);
   return gl::core::Model(result.graph, runtimeInfo);
 }
 
