@@ -78,6 +78,10 @@ void cvSetArrayScope(cvArray_tag* array, int scope) {
   array->scope = scope;
 }
 
+void gtsvSetLocalScope(cvArray_tag* array) {
+  cvSetArrayScope(array, open_scope);
+}
+
 int cvGetArrayScope(const cvArray_tag* array) {
   return checked(array).scope;
 }

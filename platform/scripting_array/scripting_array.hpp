@@ -82,6 +82,8 @@ using cvUniquePtr = std::unique_ptr<cvArray_tag, cvArrayDeleter>;
 // --- scopes
 
 KINEMO_PLATFORM_API void cvSetArrayScope(cvArray_tag* array, int scope);
+/// Puts the array into the scope that is open innermost; to 0 when none is open.
+KINEMO_PLATFORM_API void gtsvSetLocalScope(cvArray_tag* array);
 KINEMO_PLATFORM_API int cvGetArrayScope(const cvArray_tag* array);
 KINEMO_PLATFORM_API int cvOpenScope();  ///< returns the number of the new scope, 1 or more
 KINEMO_PLATFORM_API void cvCloseScope(int scope) noexcept;

@@ -50,7 +50,8 @@ class KINEMO_PLATFORM_API CvCleaner {
   cvArray_tag* createScalarDouble(double value) { return addCvArray(cvCreateDoubleScalar(value)); }
   /// Takes over `array` and returns it.
   cvArray_tag* addCvArray(cvArray_tag* array) {
-    held_.emplace_back(array);
+    cvUniquePtr owned(array);
+    held_.push_back(std::move(owned));
     return array;
   }
 

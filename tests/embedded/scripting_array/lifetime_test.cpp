@@ -79,6 +79,20 @@ TEST_F(ArrayLifetime, ClosingAScopeEndsWhatIsLeftInIt) {
   EXPECT_EQ(cvGetArrayScope(late.get()), 0);
 }
 
+TEST_F(ArrayLifetime, LocalScopeIsTheInnermostOpenOne) {
+  cvUniquePtr outside(cvCreateDoubleScalar(1));
+  gtsvSetLocalScope(outside.get());
+  EXPECT_EQ(cvGetArrayScope(outside.get()), 0);
+  const int outer = cvOpenScope();
+  gtsvSetLocalScope(outside.get());
+  EXPECT_EQ(cvGetArrayScope(outside.get()), outer);
+  const int inner = cvOpenScope();
+  gtsvSetLocalScope(outside.release());
+  cvCloseScope(inner);
+  EXPECT_EQ(alive(), 0U);
+  cvCloseScope(outer);
+}
+
 TEST_F(ArrayLifetime, ClosingAnOuterScopeClosesTheInnerOnes) {
   const int outer = cvOpenScope();
   const int inner = cvOpenScope();

@@ -103,6 +103,20 @@ TEST_F(CoreBlockCheck, RequestAfterThePrototypeWasMadeGeneratesNoMask) {
   EXPECT_THAT(context.calls, ElementsAre());
 }
 
+TEST_F(CoreBlockCheck, ArraysOfTheGeneratorEndWithItsCall) {
+  descriptor().autogenMask(kmf::VnIdPath1("test.generate"), "", false, false, false);
+  addPrototype();
+  CoreBlock& block = place(u"x");
+  const int scope = cvOpenScope();
+  block.updateGeneratedMask();
+  EXPECT_EQ(context.scopes.back(), scope);
+  cvCloseScope(scope);
+  block.updateGeneratedMask();
+  EXPECT_EQ(context.scopes.back(), 0);
+  context.fail = true;
+  EXPECT_THROW(block.updateGeneratedMask(), std::runtime_error);
+}
+
 TEST_F(CoreBlockCheck, DiagnosticOfTheGeneratorIsRaised) {
   descriptor().autogenMask(kmf::VnIdPath1("test.generate"), "", false, false, false);
   addPrototype();

@@ -17,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -57,19 +58,23 @@ class PartInfo final : public CoreBlockInfo {
   int checks_ = 0;
 };
 
-/// Remembers the calls of mask generators; may answer with a diagnostic.
+/// Remembers the calls of mask generators; may answer with a diagnostic, or fail.
 class RecordingContext final : public GtBlockContext {
  public:
   GTDiagnostic* runMaskGenerator(GTBlock* block, const std::string& function, cvArray_tag* input, cvArray_tag** room,
                                  int, const ustring&, bool flag1, bool flag2, bool flag3) override {
     EXPECT_EQ(cvGetScalar(input), block->getHandle());
     calls.push_back(function + (flag1 ? " 1" : "") + (flag2 ? " 2" : "") + (flag3 ? " 3" : ""));
+    scopes.push_back(cvGetArrayScope(input));
     *room = cvCreateDoubleScalar(1);
+    if (fail) throw std::runtime_error("generator failed");
     return refuse ? new GTDiagnostic{"kinemo:test", "Refused", "no mask"} : nullptr;
   }
 
   std::vector<std::string> calls;
+  std::vector<int> scopes;  ///< of the inputs
   bool refuse = false;
+  bool fail = false;
 };
 
 class CoreBlockTest : public kinemo::test::NoLeaks {

@@ -27,6 +27,16 @@ kmf::MessageException check_failed(const ustring& path, const kmf::Exception& ca
   return error;
 }
 
+/// Room for an array that a call may put there; ends it, also when the call fails.
+struct Room {
+  Room() = default;
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+  ~Room() { cvDestroyArray(array); }
+
+  cvArray_tag* array = nullptr;
+};
+
 }  // namespace
 
 void CoreBlock::checkParameters() {
@@ -66,11 +76,11 @@ void CoreBlock::refreshGeneratedMask(const std::string&, bool active) {
   if (!active || !holdsGeneratedMask() || !descriptor().autogenMask()) return;
   const BlockDescriptor::MaskAutogenOptions options = *descriptor().autogenMask();
   kmf::CvCleaner cleaner;
-  cvArray_tag* room = nullptr;
-  GTDiagnostic* diagnostic =
-      context()->runMaskGenerator(this, options.function, cleaner.createScalarDouble(getHandle()), &room, 0, ustring(),
-                                  options.flag1, options.flag2, options.flag3);
-  if (room) cleaner.addCvArray(room);
+  cvArray_tag* handle = cleaner.createScalarDouble(getHandle());
+  gtsvSetLocalScope(handle);
+  Room output;
+  GTDiagnostic* diagnostic = context()->runMaskGenerator(this, options.function, handle, &output.array, 0, ustring(),
+                                                         options.flag1, options.flag2, options.flag3);
   if (diagnostic) ThrowException(diagnostic);
 }
 
