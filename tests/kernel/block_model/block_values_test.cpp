@@ -25,6 +25,9 @@ TEST(BlockType, HasTextFormsInSmallLetters) {
   EXPECT_EQ(static_cast<int>(type), -1);
   in >> type;
   EXPECT_TRUE(in && type == BlockType::OPAQUE);
+  in >> type;
+  EXPECT_FALSE(in);
+  EXPECT_EQ(static_cast<int>(type), -1) << "no word is no type";
 }
 
 class ParameterValues : public kinemo::test::NoLeaks {
@@ -46,6 +49,8 @@ TEST_F(ParameterValues, UnwrapParameterObjects) {
   const cvUniquePtr object(cvCreateObject("Gantrel.Parameter"));
   cvSetProperty(object.get(), 0, "Value", cvCreateDoubleScalar(3));
   EXPECT_EQ(ParameterValue(object.get(), u"x"), of(3, u"x"));
+  const cvUniquePtr without(cvCreateObject("Gantrel.Parameter"));
+  EXPECT_EQ(ParameterValue(without.get(), u""), ParameterValue()) << "one without a value reads as empty numbers";
 }
 
 TEST_F(ParameterValues, OutliveScopeAndSourceOfTheirArray) {

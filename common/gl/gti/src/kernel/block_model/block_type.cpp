@@ -31,7 +31,7 @@ std::ostream& operator<<(std::ostream& out, BlockType::Value type) { return out 
 
 std::istream& operator>>(std::istream& in, BlockType::Value& type) {
   std::string text;
-  if (!(in >> text)) return in;
+  in >> text;  // no word is a word that names no type
   const auto found = values().find(kmf::lower(text));
   type = found == values().end() ? static_cast<BlockType::Value>(-1) : found->second;
   return in;

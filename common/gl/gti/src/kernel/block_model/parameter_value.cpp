@@ -1,13 +1,20 @@
 #include "common/gl/gti/export/parameter_value.hpp"
 
+#include <utility>
+
 namespace gl::gti {
 
 namespace {
 
-/// An owner's copy of `value`, with a parameter object unwrapped.
+cvUniquePtr emptyNumbers() {
+  return cvUniquePtr(cvCreateDoubleMatrix(0, 0));
+}
+
+/// An owner's copy of `value`, with a parameter object unwrapped; one without a value is empty numbers.
 cvUniquePtr takenValue(const cvArray_tag* value) {
   if (cvIsA(value, "Gantrel.Parameter")) {
-    if (cvUniquePtr inner{cvGetProperty(value, 0, "Value")}) return inner;
+    cvUniquePtr inner(cvGetProperty(value, 0, "Value"));
+    return inner ? std::move(inner) : emptyNumbers();
   }
   return cvUniquePtr(cvDuplicateArray(value));
 }
@@ -20,7 +27,7 @@ boost::shared_ptr<cvArray_tag> keep(cvUniquePtr array) {
 
 }  // namespace
 
-ParameterValue::ParameterValue() : value_(keep(cvUniquePtr(cvCreateDoubleMatrix(0, 0)))) {}
+ParameterValue::ParameterValue() : value_(keep(emptyNumbers())) {}
 
 ParameterValue::ParameterValue(const cvArray_tag* value, const ustring& expression)
     : value_(keep(takenValue(value))), expression_(expression) {}
