@@ -23,10 +23,10 @@ ustring typedText(const PropertyReader& properties, const std::string& name) {
 void readMaskParameters(double handle, BlockData& out) {
   const cvUniquePtr variables = getParam(handle, "MaskWSVariables");
   const std::vector<std::string> nameList = recursiveMaskNames(handle);
-  const std::set<std::string> names(nameList.begin(), nameList.end());
   const PropertyReader properties(handle);
   if (cvIsEmpty(variables.get())) return;
 
+  const std::set<std::string> names(nameList.begin(), nameList.end());
   const int nameField = cvGetFieldNumber(variables.get(), "Name");
   const int valueField = cvGetFieldNumber(variables.get(), "Value");
   for (std::size_t i = 0; i < cvGetNumberOfElements(variables.get()); ++i) {

@@ -33,10 +33,10 @@ std::shared_ptr<const reflection::Object> reflectedObject(double handle) {
 }  // namespace
 
 PropertyReader::PropertyReader(double handle)
-    : string_(reflection::getType("string", 1)),
+    : object_(reflectedObject(handle)),
+      string_(reflection::getType("string", 1)),
       ustring_(reflection::getType("ustring", 1)),
-      gtbool_(reflection::getType("gtbool", 1)),
-      object_(reflectedObject(handle)) {}
+      gtbool_(reflection::getType("gtbool", 1)) {}
 
 boost::optional<std::string> PropertyReader::read(const std::string& name) const {
   const std::shared_ptr<const reflection::Property> property = object_->getProperty(name);

@@ -18,10 +18,10 @@ class PropertyReader {
   boost::optional<std::string> read(const std::string& name) const;
 
  private:
+  std::shared_ptr<const reflection::Object> object_;
   const reflection::Type* string_;
   const reflection::Type* ustring_;
   const reflection::Type* gtbool_;
-  std::shared_ptr<const reflection::Object> object_;
 };
 
 }  // namespace gl::gti
