@@ -73,7 +73,9 @@ def expanded_cards(path):
 
 
 def element_path(name):
-    """r.x1.x2.r3 -> x1/x2/r3; the letter comes again at each level whose definition is local to another one."""
+    """r.x1.x2.r3 -> x1/x2/r3; the letter comes again at each level whose definition is local to another one. Slashes in
+    names are doubled, as in paths of blocks."""
+    name = name.replace('/', '//')
     parts = name.split('.')
     if len(parts) > 2 and len(parts[0]) == 1 and parts[1][:1] == 'x' and parts[-1][:1] == parts[0]:
         return '/'.join([part for part in parts[1:-1] if part != parts[0]] + parts[-1:])
