@@ -9,6 +9,9 @@ namespace kinemo::formats::spice {
 namespace {
 
 constexpr std::string_view operators = "+-*/^%<>=!&|?:\\";
+constexpr std::string_view micro_sign = "\xC2\xB5";
+/// Comes before parameters, also without a blank behind it.
+constexpr std::string_view parameters_word = "params:";
 
 bool is_operator(char c) {
   return operators.find(c) != std::string_view::npos;
@@ -42,7 +45,7 @@ SourcePlace source_place(const Place& place) {
 }
 
 bool is_blank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
+  return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v' || c == '\x1A';  // the last: end of a DOS file
 }
 
 bool is_enclosed(std::string_view word) {
@@ -87,7 +90,10 @@ void Card::append(std::string_view text, const Place& place) {
   m_text += text;
 }
 
-void Card::make_lower_case() {
+void Card::normalize() {
+  if (m_text.find(micro_sign) != std::string::npos) {
+    replace_micro_signs();
+  }
   bool quoted = false;
   for (char& c : m_text) {
     quoted = quoted != (c == '"');
@@ -95,6 +101,20 @@ void Card::make_lower_case() {
       c = static_cast<char>(c - 'A' + 'a');
     }
   }
+}
+
+void Card::replace_micro_signs() {
+  std::string result;
+  auto piece = m_continuations.begin();
+  for (std::size_t at = 0; at <= m_text.size(); ++at) {
+    for (; piece != m_continuations.end() && piece->offset == at; ++piece) {
+      piece->offset = result.size();
+    }
+    const bool is_sign = m_text.compare(at, micro_sign.size(), micro_sign) == 0;
+    result += is_sign ? "u" : m_text.substr(at, 1);
+    at += is_sign ? micro_sign.size() - 1 : 0;
+  }
+  m_text = std::move(result);
 }
 
 Place Card::place(std::size_t offset) const {
@@ -121,6 +141,9 @@ std::size_t CardCursor::word_end(std::size_t begin) const {
   }
   if (opens_enclosed(text[begin])) {
     return enclosed_end(text, begin);
+  }
+  if (text.compare(begin, parameters_word.size(), parameters_word) == 0) {
+    return begin + parameters_word.size();
   }
   std::size_t at = begin;
   while (at < text.size() && !is_blank(text[at]) &&

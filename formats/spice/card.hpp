@@ -31,10 +31,13 @@ class Card {
 
   /// Appends a continuation line.
   void append(std::string_view text, const Place& place);
-  /// ASCII letters outside double quotes become lower case; places stay.
-  void make_lower_case();
+  /// ASCII letters outside double quotes become lower case and micro signs a `u`, as the simulator has it.
+  void normalize();
 
   const std::string& text() const { return m_text; }
+  /// Whether a `$` behind a blank cut one of its lines, which other simulators take for the start of a name.
+  bool cut_at_dollar() const { return m_cut_at_dollar; }
+  void set_cut_at_dollar() { m_cut_at_dollar = true; }
   /// Place of the character at `offset`.
   Place place(std::size_t offset = 0) const;
 
@@ -44,9 +47,12 @@ class Card {
     Place place;
   };
 
+  void replace_micro_signs();
+
   std::string m_text;
   Place m_first;
   std::vector<Piece> m_continuations;
+  bool m_cut_at_dollar = false;
 };
 
 /// Reads a card from left to right. Blanks, commas and parentheses separate words; an expression in braces or single

@@ -12,17 +12,29 @@ namespace {
 constexpr std::size_t deepest_include = 100;
 constexpr std::size_t most_lines = 50'000'000;
 
-/// The line without its comment; empty for a comment line.
+std::string first_word(std::string_view line) {
+  const std::string_view text = trimmed(line);
+  return lower_case(text.substr(0, text.find_first_of(" \t,()='\"{")));
+}
+
+bool is_include(std::string_view word) {
+  return word.substr(0, 4) == ".inc";
+}
+
+/// The line without its comment; empty for a comment line. Two slashes in the name of a file begin none.
 std::string_view without_comment(std::string_view line) {
   const std::string_view text = trimmed(line);
   if (text.empty() || text.front() == '*') {
     return {};
   }
+  const std::string word = text.front() == '.' ? first_word(text) : std::string();
+  const bool names_file = is_include(word) || word == ".lib";
   const std::size_t begin = static_cast<std::size_t>(text.data() - line.data());
   for (std::size_t at = begin; at < line.size(); ++at) {
     const char c = line[at];
     const bool after_gap = at == begin || is_blank(line[at - 1]) || line[at - 1] == ',';
-    const bool slashes = c == '/' && at + 1 < line.size() && line[at + 1] == '/';
+    const bool slashes =
+        c == '/' && at + 1 < line.size() && line[at + 1] == '/' && (!names_file || is_blank(line[at - 1]));
     if (c == ';' || (c == '$' && after_gap) || slashes) {
       return line.substr(0, at);
     }
@@ -53,13 +65,11 @@ class LineReader {
   std::uint32_t m_number = 0;
 };
 
-std::string first_word(std::string_view line) {
-  const std::string_view text = trimmed(line);
-  return lower_case(text.substr(0, text.find_first_of(" \t,()='\"{")));
-}
-
-bool is_include(std::string_view word) {
-  return word.substr(0, 4) == ".inc";
+/// Cuts the two backslashes off that join the next line to this one.
+bool cut_backslashes(std::string_view& text) {
+  const bool joins = text.size() >= 2 && text.substr(text.size() - 2) == "\\\\";
+  text = joins ? trimmed(text.substr(0, text.size() - 2)) : text;
+  return joins;
 }
 
 class CardReader {
@@ -68,6 +78,7 @@ class CardReader {
 
   void read_top(const std::shared_ptr<const TextFile>& file) {
     m_top_folder = file->location.parent_path();
+    m_files.add(file);
     read_file(file, true, {});
   }
 
@@ -84,6 +95,7 @@ class CardReader {
     bool in_control = false;
     Place control_begin;
     bool ended = false;
+    bool joins_next = false;      ///< the last line ended with what joins the next one to it
     std::optional<Card> pending;  ///< may still get continuation lines
   };
 
@@ -127,16 +139,26 @@ class CardReader {
       level.in_control = first_word(line) != ".endc";
       return;
     }
-    const std::string_view text = trimmed(without_comment(line));
+    const std::string_view kept = without_comment(line);
+    std::string_view text = trimmed(kept);
     if (text.empty()) {
       return;
     }
+    const bool is_joined = level.joins_next;
+    level.joins_next = cut_backslashes(text);
     const Place place{level.file.get(), number, static_cast<std::uint32_t>(text.data() - line.data() + 1)};
-    if (text.front() == '+') {
+    if (text.empty()) {
+      level.joins_next = is_joined || level.pending;
+    } else if (text.front() == '+') {
       continue_card(level, text.substr(1), place);
+    } else if (is_joined && level.pending) {
+      level.pending->append(text, place);
     } else {
       flush(level);
       begin_card(level, text, place);
+    }
+    if (level.pending && kept.size() < line.size() && line[kept.size()] == '$') {
+      level.pending->set_cut_at_dollar();
     }
   }
 
@@ -153,7 +175,7 @@ class CardReader {
 
   void begin_card(Level& level, std::string_view text, const Place& place) {
     const std::string word = text.front() == '.' ? first_word(text) : std::string();
-    if (word == ".end" && level.wanted_section.empty()) {
+    if (word == ".end" && text.size() == word.size() && level.wanted_section.empty()) {
       level.ended = level.is_top;  // one in an included file ends nothing
       return;
     }
@@ -187,7 +209,7 @@ class CardReader {
     } else if (is_include(word)) {
       include(level, card);
     } else {
-      card.make_lower_case();
+      card.normalize();
       m_result.cards.push_back(std::move(card));
     }
   }

@@ -62,7 +62,7 @@ void ElementReader::read_controlled(CardCursor& cursor, Element& element) {
     m_reporter.mistake("spice:unsupported_form", cursor.place(),
                        "element '" + name(element) + "': the form '" + std::string(form) + "' is not supported");
   } else if (cursor.at_end()) {
-    report_node_count(element, element.nodes.size());
+    report_node_count(cursor, element, element.nodes.size(), "4");
   } else if (cursor.at_assignment()) {
     m_reporter.mistake("spice:unsupported_form", cursor.place(),
                        "element '" + name(element) + "': '" + std::string(form) +

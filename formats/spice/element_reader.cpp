@@ -24,8 +24,11 @@ std::string node_count_text(const ElementKind& kind) {
              : std::to_string(kind.letter == 'm' ? 4 : kind.min_nodes) + " to " + std::to_string(kind.max_nodes);
 }
 
-bool takes_three_nodes(const Model& model) {
-  return !model.card.empty() && model.card.front().literal.compare(0, 5, "vdmos") == 0;
+/// Nodes before the model; only one kind of MOS transistor has no bulk.
+std::size_t least_nodes(const ElementKind& kind, const Model* model) {
+  const bool has_bulk = kind.letter == 'm' && (model == nullptr || model->card.empty() ||
+                                               model->card.front().literal.compare(0, 5, "vdmos") != 0);
+  return has_bulk ? 4 : kind.min_nodes;
 }
 
 }  // namespace
@@ -92,16 +95,21 @@ void ElementReader::read_element(CardCursor& cursor, Element& element) {
 
 // --- nodes and models
 
-void ElementReader::report_node_count(const Element& element, std::size_t found) {
-  m_reporter.mistake("spice:node_count", element.place,
-                     "element '" + name(element) + "' has " + std::to_string(found) + " node(s) and needs " +
-                         node_count_text(*element.kind));
+void ElementReader::report_node_count(const CardCursor& cursor, const Element& element, std::size_t found,
+                                      const std::string& needed) {
+  Diagnostic& mistake = m_reporter.mistake(
+      "spice:node_count", element.place,
+      "element '" + name(element) + "' has " + std::to_string(found) + " node(s) and needs " + needed);
+  if (cursor.card().cut_at_dollar()) {
+    mistake.notes.push_back({"a '$' behind a blank or comma begins a comment, so no name can begin with it", {}});
+  }
 }
 
 bool ElementReader::read_nodes(CardCursor& cursor, Element& element, std::size_t count) {
-  for (std::size_t found = 0; found < count; ++found) {
+  const std::size_t needed = element.nodes.size() + count;
+  while (element.nodes.size() < needed) {
     if (cursor.at_end() || cursor.at_assignment()) {
-      report_node_count(element, element.nodes.size());
+      report_node_count(cursor, element, element.nodes.size(), std::to_string(needed));
       return false;
     }
     element.nodes.push_back(m_netlist.names.add(cursor.next()));
@@ -109,37 +117,39 @@ bool ElementReader::read_nodes(CardCursor& cursor, Element& element, std::size_t
   return true;
 }
 
-/// Reads up to the model's name, which the cursor then stands behind.
+/// Reads up to the model's name, which the cursor then stands behind. A node may have the name of a model as well.
 bool ElementReader::read_nodes_to_model(CardCursor& cursor, Element& element) {
-  const Place first = cursor.place();
   std::vector<std::pair<std::string_view, Place>> words;
+  std::size_t nodes_too_few = 0;  // before the first model that comes too early
   while (words.size() <= element.kind->max_nodes && !cursor.at_end() && !cursor.at_assignment()) {
     const Place place = cursor.place();
     words.emplace_back(cursor.next(), place);
-    element.model = words.size() > 2 || element.kind->min_nodes < 3
-                        ? find_model(m_netlist, m_definition, std::string(words.back().first))
-                        : nullptr;
     const std::size_t nodes = words.size() - 1;
-    if (element.model == nullptr || nodes < std::min<std::size_t>(2, element.kind->min_nodes)) {
+    const Model* model = nodes < std::min<std::size_t>(2, element.kind->min_nodes)
+                             ? nullptr
+                             : find_model(m_netlist, m_definition, std::string(words.back().first));
+    if (model == nullptr) {
       continue;
     }
-    const std::size_t least =
-        element.kind->letter == 'm' && !takes_three_nodes(*element.model) ? 4 : element.kind->min_nodes;
-    if (nodes < least) {
-      report_node_count(element, nodes);
-      return false;
+    if (nodes < least_nodes(*element.kind, model)) {
+      nodes_too_few = nodes_too_few == 0 ? nodes : nodes_too_few;
+      continue;
     }
+    element.model = model;
     for (std::size_t i = 0; i < nodes; ++i) {
       element.nodes.push_back(m_netlist.names.add(words[i].first));
     }
     return true;
   }
-  if (words.size() <= element.kind->min_nodes) {
-    report_node_count(element, words.empty() ? 0 : words.size() - 1);
+  if (nodes_too_few != 0 || words.size() <= element.kind->min_nodes) {
+    report_node_count(cursor, element,
+                      nodes_too_few != 0 ? nodes_too_few
+                      : words.empty()    ? 0
+                                         : words.size() - 1,
+                      node_count_text(*element.kind));
   } else {
-    const std::size_t likely =
-        std::min(words.size() - 1, std::size_t{element.kind->letter == 'm' ? 4U : element.kind->min_nodes});
-    report_unknown_model(element, words[likely].first, words.empty() ? first : words[likely].second);
+    const auto& [word, place] = words[std::min(words.size() - 1, least_nodes(*element.kind, nullptr))];
+    report_unknown_model(element, word, place);
   }
   return false;
 }

@@ -18,10 +18,12 @@ class ElementReader {
  private:
   void read_element(CardCursor& cursor, Element& element);
 
+  /// Reads as many more.
   bool read_nodes(CardCursor& cursor, Element& element, std::size_t count);
   bool read_nodes_to_model(CardCursor& cursor, Element& element);
   bool read_model(CardCursor& cursor, Element& element);
-  void report_node_count(const Element& element, std::size_t found);
+  void report_node_count(const CardCursor& cursor, const Element& element, std::size_t found,
+                         const std::string& needed);
   void report_unknown_model(const Element& element, std::string_view name, const Place& place);
 
   void read_passive(CardCursor& cursor, Element& element);

@@ -14,6 +14,10 @@ bool is_letter(char c) {
 bool is_digit(char c) {
   return c >= '0' && c <= '9';
 }
+/// Letters of units, among them those that aren't ASCII.
+bool is_unit_letter(char c) {
+  return is_letter(c) || static_cast<unsigned char>(c) >= 0x80;
+}
 char lower(char c) {
   return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
 }
@@ -58,6 +62,9 @@ double scale_factor(std::string_view letters, bool in_expression) {
   }
   if (begins_with("mil") && !in_expression) {
     return 25.4e-6;
+  }
+  if (begins_with("\xC2\xB5") || begins_with("\xCE\xBC")) {  // the micro sign, the Greek letter
+    return 1e-6;
   }
   switch (lower(letters.front())) {
     case 't':
@@ -104,7 +111,7 @@ std::optional<double> parse_number_prefix(std::string_view text, std::size_t& le
     return std::nullopt;
   }
   length = digits;
-  while (length < text.size() && is_letter(text[length])) {
+  while (length < text.size() && is_unit_letter(text[length])) {
     ++length;
   }
   return scaled(mantissa_value(text.substr(0, digits)),

@@ -14,9 +14,12 @@ constexpr std::array<std::string_view, 32> analysis_cards{
     ".op", ".opt",     ".option", ".options", ".plot", ".print",   ".probe", ".pss",  ".pz",      ".save",    ".sens",
     ".sp", ".temp",    ".tf",     ".title",   ".tran", ".width",   ".four",  ".step", ".data",    ".enddata"};
 
-constexpr std::array<std::string_view, 20> circuit_cards{
-    ".subckt", ".ends", ".model", ".param", ".params", ".func",    ".global",  ".if",   ".elseif", ".else",
-    ".endif",  ".end",  ".lib",   ".endl",  ".inc",    ".include", ".control", ".endc", ".op",     ".tran"};
+constexpr std::array<std::string_view, 22> circuit_cards{
+    ".macro", ".eom",   ".subckt", ".ends", ".model", ".param", ".params",  ".func",    ".global", ".if", ".elseif",
+    ".else",  ".endif", ".end",    ".lib",  ".endl",  ".inc",   ".include", ".control", ".endc",   ".op", ".tran"};
+
+/// The simulator takes lines for comments that begin so.
+constexpr std::string_view comment_signs = "=[]?()&%$\"!:,;";
 
 constexpr std::size_t deepest_definition = 1000;
 
@@ -64,6 +67,9 @@ class StructureReader {
       read_directive(card);
     } else if (first >= 'a' && first <= 'z') {
       waiting().elements.push_back({&card, branch()});
+    } else if (comment_signs.find(first) != std::string_view::npos) {
+      warning("spice:odd_comment", card.place(),
+              "a line that begins with '" + std::string(1, first) + "' is taken for a comment; valid is '*'");
     } else {
       error("spice:unknown_card", card.place(),
             "a statement begins with a letter or a dot, not with '" + std::string(first_character(card.text())) + "'");
@@ -73,9 +79,9 @@ class StructureReader {
   void read_directive(const Card& card) {
     CardCursor cursor(card);
     const std::string_view word = cursor.next();
-    if (word == ".subckt") {
+    if (word == ".subckt" || word == ".macro") {
       begin_definition(card, cursor);
-    } else if (word == ".ends") {
+    } else if (word == ".ends" || word == ".eom") {
       end_definition(card, cursor);
     } else if (word == ".model") {
       read_model(card, cursor);

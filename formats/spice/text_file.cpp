@@ -92,4 +92,12 @@ std::shared_ptr<const TextFile> TextFiles::load(const std::filesystem::path& pat
   return m_loaded[key] = make_text_file(shown_name, path, std::move(*text));
 }
 
+void TextFiles::add(const std::shared_ptr<const TextFile>& file) {
+  std::error_code code;
+  const std::filesystem::path key = std::filesystem::weakly_canonical(file->location, code);
+  if (!code) {
+    m_loaded.emplace(key, file);
+  }
+}
+
 }  // namespace kinemo::formats::spice

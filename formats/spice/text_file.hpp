@@ -28,6 +28,8 @@ class TextFiles {
   /// Null when the file can't be read; `reason` then says why.
   std::shared_ptr<const TextFile> load(const std::filesystem::path& path, const std::string& shown_name,
                                        std::string& reason);
+  /// Takes a file that was loaded elsewhere, so that one which includes itself is known again.
+  void add(const std::shared_ptr<const TextFile>& file);
 
  private:
   std::map<std::filesystem::path, std::shared_ptr<const TextFile>> m_loaded;

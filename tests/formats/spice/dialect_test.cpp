@@ -60,7 +60,19 @@ TEST(NetlistDialect, LinesCommentsAndContinuations) {
          {"r1 a\n* comment\n\n  + b\n+1k\n", {"r1 a b"}},
          {"r1 a b 1k\r\nr2 a b 1k\rr3 a b 1k", {"r1 a b", "r2 a b", "r3 a b"}},
          {"  r1 a b 1k\n.end\nr2 a b 1k\n#nonsense", {"r1 a b"}},
+         {"r1 a b 1k\n.end of the first part\nr2 a b 1k\n\x1A", {"r1 a b", "r2 a b"}},
+         {"r1 a b \\\\\n 1k\nr2 a \\\\  \n\n b \\\\\n + 1k\n* r3 \\\\\nr4 a b\n\\\\\n1k\nr5 a b 1k",
+          {"r1 a b", "r2 a b", "r4 a b", "r5 a b"}},
+         {"r1 a b 1k\n! r2 a b 1k\n[r3 a b\n+ 1k\n(r4 a b) 1k", {"r1 a b"}},
          {"r1(a b) 1k\nr2 (a,b) 1k\nR3 A, B 1K", {"r1 a b", "r2 a b", "r3 a b"}}});
+}
+
+TEST(NetlistDialect, MicroSignsAreTheLetterU) {
+  check({{"r\xC2\xB5 a b\xC2\xB5 4.7\xC2\xB5\nr2 \xC2\xB5 b\xC2\xB5\n+ {1\xC2\xB5*2}\nc1 a b\xC2\xB5 1\xCE\xBC\x46",
+          {"c1 a bu : 1e-06", "r2 u bu : 2e-06", "ru a bu : 4.7e-06"}},
+         {"r1 a b\xB5 1\xB5\nr2 a bu 1\xB0", {"r1 a bu : 1e-06", "r2 a bu : 1"}},
+         {"r1 a b 47k\xCE\xA9\nr2 a b 47\xE2\x84\xA6", {"r1 a b : 47000", "r2 a b : 47"}}},
+        true);
 }
 
 TEST(NetlistDialect, GroundIsOneNodeEverywhere) {
@@ -77,6 +89,7 @@ TEST(NetlistDialect, DefinitionsMayBeNestedLocalAndShadowing) {
           {"xo.x1.x1.r1 a b"}},
          {"x1 p p s\n.subckt s a b\nr1 a b 1\n.ends\n.subckt s a b\nr2 a b 1\n.ends", {"x1.r1 p p"}},
          {"x1 a b s\n.SUBCKT S (a,b) W=1\nr1 a b 1\n.ENDS other", {"x1.r1 a b"}},
+         {"x1 a b s\n.Macro s a b\nr1 a b 1\n.EOM", {"x1.r1 a b"}},
          {"x1 s\nx2 s params:\n.subckt s\nr1 a 0 1\n.ends", {"x1.r1 x1.a 0", "x2.r1 x2.a 0"}}});
 }
 
@@ -97,6 +110,8 @@ TEST(NetlistDialect, CallsGiveParametersByName) {
   const std::string sub = ".subckt sub p q params: v=1 w = 2\nr1 p q {v+w}\n.ends\n";
   check({{sub + "x1 a b sub v=3 w=4", {"x1.r1 a b : 7"}},
          {sub + "x1 a b sub params: v = 3 w= '2 * 2'", {"x1.r1 a b : 7"}},
+         {sub + "x1 a b sub PARAMS:v=3 w=4", {"x1.r1 a b : 7"}},
+         {".subckt s a b params:v=3\nr1 a b v\n.ends\nx1 a b s", {"x1.r1 a b : 3"}},
          {sub + "x1 a b sub zz=5 m=2", {"x1.r1 a b : 3"}},
          {sub + ".param v=10\nx1 a b sub w={v}", {"x1.r1 a b : 11"}},
          {".subckt s a b j={k*2} k=1\nr1 a b {j}\n.ends\nx1 a b s k=2", {"x1.r1 a b : 4"}},
@@ -133,6 +148,8 @@ TEST(NetlistDialect, NodesRunUpToTheModel) {
           {"q1 c b e", "q2 c b e s", "q3 c b e s t", "q4 c b e"}},
          {models + "m1 d g s b nm w=1u\nm2 d g s vm\nm3 d g s t c vm thermal\nm4 d g s b e p c nm",
           {"m1 d g s b", "m2 d g s", "m3 d g s t c", "m4 d g s b e p c"}},
+         {models + "q1 a b qm qm\nd1 dm a dm\nd2 dm dm dm\nm1 nm nm nm nm nm\nm2 nm nm vm vm vm",
+          {"d1 dm a", "d2 dm dm", "m1 nm nm nm nm", "m2 nm nm vm", "q1 a b qm"}},
          {models + "d1 a k dm 2\nd2 a k t dm thermal\nj1 d g s jm 1\nz1 d g s jm",
           {"d1 a k", "d2 a k t", "j1 d g s", "z1 d g s"}},
          {models + "s1 a b (c d) sw on\nw1 a b v1 csw\no1 a 0 b 0 tl\ny1 a 0 b 0 tx length=1\nu1 a b 0 uu l=1",

@@ -160,6 +160,7 @@ r1 a b 1
 + 1k           ; !error:1 spice:nothing_to_continue
 #include <x>   ; !error:1 spice:unknown_card
 3 a b          ; !error:1 spice:unknown_card
+[r9 a b        ; !warning:1 spice:odd_comment
 a1 a b amod    ; !error:1 spice:unsupported_element
 p1 a b 0 pmod  ; !error:1 spice:unsupported_element
 .subckt        ; !error:1 spice:bad_card
@@ -218,15 +219,27 @@ TEST(NetlistMistakes, AreAllToldWithTheirPlace) {
   }
 }
 
+std::string told(const std::string& text) {
+  std::string all;
+  const DiagnosticList diagnostics = read_all("title\n" + text);
+  for (const Diagnostic& one : diagnostics.all()) {
+    all += to_string(one) + "\n";
+  }
+  return all;
+}
+
+TEST(NetlistMistakes, TellHowManyNodesAreMissing) {
+  EXPECT_EQ(told("e1 a b poly(2) c 0 d"),
+            "t.cir:2:1: error: element 'e1' has 5 node(s) and needs 6 [spice:node_count]\n");
+  EXPECT_EQ(told("g1 a b c"), "t.cir:2:1: error: element 'g1' has 3 node(s) and needs 4 [spice:node_count]\n");
+  EXPECT_EQ(told("q1 a b qm 2\n.model qm npn"),
+            "t.cir:2:1: error: element 'q1' has 2 node(s) and needs 3 to 5 [spice:node_count]\n");
+  EXPECT_EQ(told("r1 $n_0001 0 1k"),
+            "t.cir:2:1: error: element 'r1' has 0 node(s) and needs 2 [spice:node_count]\n"
+            "  note: a '$' behind a blank or comma begins a comment, so no name can begin with it\n");
+}
+
 TEST(NetlistMistakes, TellWhatWouldBeValid) {
-  const auto told = [](const std::string& text) {
-    std::string all;
-    const DiagnosticList diagnostics = read_all("title\n" + text);
-    for (const Diagnostic& one : diagnostics.all()) {
-      all += to_string(one) + "\n";
-    }
-    return all;
-  };
   EXPECT_EQ(told("x1 a b fulladder\n.subckt fuladder a b\n.ends"),
             "t.cir:2:8: error: 'x1' calls the subcircuit 'fulladder', which isn't defined [spice:unknown_subcircuit]\n"
             "  note: did you mean 'fuladder'?\n");
@@ -280,6 +293,7 @@ TEST_F(NetlistFiles, AreIncludedWhereTheyAreNamedRelativeToTheFileThatNamesThem)
   write("sub/Parts.inc", "r1 a b 1\n.include 'more.inc'\n.end\nr3 a b 1");
   write("sub/more.inc", "\xEF\xBB\xBFr2 a b 1 * \xB5 in Latin-1\n");
   EXPECT_THAT(elements_of(".INC \"sub/Parts.inc\"\nr4 a b 1"), testing::ElementsAre("r1", "r2", "r3", "r4"));
+  EXPECT_THAT(elements_of(".inc sub//more.inc // comment"), testing::ElementsAre("r2"));
 }
 
 TEST_F(NetlistFiles, SectionsOfLibrariesAreTakenAlone) {
@@ -298,6 +312,8 @@ TEST_F(NetlistFiles, MistakesInThemNameThem) {
               testing::UnorderedElementsAre("bad.lib:3 spice:unbalanced", "bad.lib:4 spice:section_name",
                                             "bad.lib:5 spice:unbalanced", "bad.lib:2 spice:node_count"));
   EXPECT_THAT(elements_of(".include loop.inc"), testing::ElementsAre("loop.inc:2 spice:include_cycle"));
+  write("top.cir", "read only once\n");
+  EXPECT_THAT(elements_of(".include top.cir"), testing::ElementsAre("top.cir:2 spice:include_cycle"));
   EXPECT_THAT(elements_of(".include binary.inc\n.include sub"),
               testing::ElementsAre("top.cir:2 spice:missing_file", "top.cir:3 spice:missing_file"));
 }
