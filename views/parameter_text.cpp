@@ -55,6 +55,12 @@ void write_numbers(JsonWriter& json, const data2::core::ValueData& value) {
   json.end_array();
 }
 
+std::string plain_text(const data2::core::Expr& expression) {
+  std::ostringstream text;
+  data2::core::out(text, 0, 0, data2::core::without_unit(expression));
+  return text.str();
+}
+
 struct TextOf : boost::static_visitor<std::string> {
   std::string operator()(const ustring& text) const { return "'" + kmf::ustring_to_utf8_string(text) + "'"; }
   std::string operator()(const data2::core::Value& value) const { return value_text(value.data()); }
@@ -68,7 +74,8 @@ struct Write : boost::static_visitor<void> {
   }
   void operator()(const data2::core::Value& value) const { write_value(json, value.data()); }
   void operator()(const data2::core::Expr& expression) const {
-    json.begin_object(true).member("expression", expression_text(expression)).end_object();
+    json.begin_object(true).member("expression", plain_text(expression));
+    json.member("unit", data2::core::bound_unit(expression).text()).end_object();
   }
   JsonWriter& json;
 };
@@ -82,9 +89,10 @@ std::string value_text(const data2::core::ValueData& value) {
 }
 
 std::string expression_text(const data2::core::Expr& expression) {
-  std::ostringstream text;
-  data2::core::out(text, 0, 0, expression);
-  return text.str();
+  const std::string text = plain_text(expression);
+  const std::string unit = data2::core::bound_unit(expression).text();
+  if (unit.empty() || unit == "1") return text;
+  return (kmf::VnId::isLegal(text) ? text : "(" + text + ")") + " " + unit;
 }
 
 std::string parameter_text(const ParameterVariant& value) {

@@ -9,12 +9,12 @@ namespace kinemo::views {
 
 class JsonWriter;
 
-/// "5 Ohm", "[1 2; 3 4] V", "2*R0" or "'text'".
+/// "5 Ohm", "[1 2; 3 4] V", "2*R0", "(2*R0) Ohm" or "'text'".
 std::string parameter_text(const ParameterVariant& value);
 std::string value_text(const data2::core::ValueData& value);
 std::string expression_text(const data2::core::Expr& expression);
 
-/// {"value": ..., "unit": ...}, {"expression": ...} or {"text": ...}. An array is told by rows.
+/// {"value": ..., "unit": ...}, {"expression": ..., "unit": ...} or {"text": ...}. An array is told by rows.
 void write_parameter(JsonWriter& json, const ParameterVariant& value);
 void write_value(JsonWriter& json, const data2::core::ValueData& value);
 

@@ -81,6 +81,13 @@ void add_commands(CLI::App& app, Options& options) {
                                   "\nExample:\n  kinemo compile rc_lowpass.yaml --format json -o rc_lowpass.json");
   add_model(*compile, options, true);
   add_format(*compile, options, {"summary", "json", "dot"}, "How to show the compiled model");
+  compile
+      ->add_option(
+          "--runtime-parameters", options.runtime_parameters,
+          "Keep what depends on run-time parameters as expressions; off by default, unless the model's setting "
+          "PropagateRuntimeParameters is on")
+      ->check(CLI::IsMember({"on", "off"}).description(""))
+      ->type_name("on|off");
   add_output(*compile, options);
   add_common_options(*compile, options);
 

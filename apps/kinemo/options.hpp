@@ -15,8 +15,9 @@ struct Options {
   std::string model;         ///< a file, "-" for standard input, or empty where the command needs none
   std::string input_format;  ///< "diagram", "spice", or empty: by the file's name and contents
   std::string format;
-  std::string output;  ///< a file; "-" or empty for standard output
-  std::string block;   ///< of `blocks`
+  std::string runtime_parameters;  ///< of `compile`: "on", "off", or empty: as the model says
+  std::string output;              ///< a file; "-" or empty for standard output
+  std::string block;               ///< of `blocks`
   bool list_rules = false;
   bool warnings_as_errors = false;
 

@@ -6,6 +6,7 @@
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/foundation/warnings.hpp"
 #include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
 #include "views/error_diagnostics.hpp"
 
 #include <filesystem>
@@ -123,7 +124,12 @@ boost::optional<CompiledModel> Session::read_and_compile(embedded::block_diagram
   formats::DiagnosticList list;
   boost::optional<CompiledModel> model;
   diagram = read(list);
-  if (diagram != nullptr) model = compile(*diagram, list);
+  if (diagram != nullptr) {
+    if (!options_.runtime_parameters.empty()) {
+      diagram->setParameter("PropagateRuntimeParameters", kmf::utf8_string_to_ustring(options_.runtime_parameters));
+    }
+    model = compile(*diagram, list);
+  }
   console_.diagnostics(list);
   return model;
 }
