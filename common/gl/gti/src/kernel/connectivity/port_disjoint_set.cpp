@@ -1,22 +1,9 @@
 #include "common/gl/gti/src/kernel/connectivity/port_disjoint_set.hpp"
 
+#include "common/gl/gti/src/kernel/connectivity/port_handles.hpp"
 #include "platform/foundation/checked.hpp"
 
-#include <algorithm>
-#include <cmath>
-
 namespace gl::gti {
-
-namespace {
-
-void sortHandles(std::vector<double>& handles) {
-  // What is no number compares to nothing, and stands behind the numbers.
-  const auto numbers =
-      std::partition(handles.begin(), handles.end(), [](double handle) { return !std::isnan(handle); });
-  std::sort(handles.begin(), numbers);
-}
-
-}  // namespace
 
 void PortDisjointSet::unite(double a, double b) {
   const std::size_t rootA = root(kmf::boost_unordered_map_at(index_, a));

@@ -4,6 +4,9 @@
 #include "platform/foundation/checked.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
+#include <algorithm>
+#include <cmath>
+
 namespace gl::gti {
 
 namespace {
@@ -121,6 +124,11 @@ std::vector<double> findSystem(double root, const std::string& blockType) {
     if (handle != root) found.push_back(handle);
   }
   return found;
+}
+
+void sortHandles(std::vector<double>& handles) {
+  const auto isNumber = [](double handle) { return !std::isnan(handle); };
+  std::sort(handles.begin(), std::partition(handles.begin(), handles.end(), isNumber));
 }
 
 std::vector<double> doublesOf(const cvArray_tag* array) {

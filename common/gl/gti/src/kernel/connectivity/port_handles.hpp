@@ -34,6 +34,9 @@ PortConnectivityTable readPortConnectivity(const std::vector<double>& blocks);
 /// variants the active choice alone.
 std::vector<double> findSystem(double root, const std::string& blockType);
 
+/// Ascending; what is no number compares to nothing, and stands behind the numbers.
+void sortHandles(std::vector<double>& handles);
+
 /// The elements of a numeric array as doubles.
 std::vector<double> doublesOf(const cvArray_tag* array);
 

@@ -1,7 +1,9 @@
 #include "common/gl/gti/src/kernel/translation/level_graph.hpp"
 
 #include "common/gl/gti/export/translation_configuration.hpp"
+#include "common/gl/gti/src/kernel/connectivity/port_handles.hpp"
 #include "common/gl/gti/src/kernel/translation/connector_sets.hpp"
+#include "platform/foundation/checked.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 
@@ -47,7 +49,6 @@ class LevelGraph {
 
   gl::core::Graph build(ExternalEnds& externalEnds) {
     addComponents();
-    sets_.readTypes();
     mergePorts();
     addNodes();
     fillExternalEnds(externalEnds);
@@ -105,7 +106,7 @@ class LevelGraph {
       for (const auto& [handle, port] : block->entry->ports()) {
         joined.clear();
         for (const double far : port.connected()) joined.push_back(substitutions_.resolve(far, block->since));
-        std::sort(joined.begin(), joined.end());
+        sortHandles(joined);
         joined.erase(std::unique(joined.begin(), joined.end()), joined.end());
         mergePort(handle, joined);
       }
@@ -113,7 +114,7 @@ class LevelGraph {
   }
 
   void mergePort(double handle, const std::vector<double>& joined) {
-    const std::size_t connector = connectors_.find(handle)->second;
+    const std::size_t connector = kmf::boost_unordered_map_at(connectors_, handle);
     for (const double far : joined) {
       const auto inside = connectors_.find(far);
       if (inside != connectors_.end()) {
@@ -125,7 +126,6 @@ class LevelGraph {
   }
 
   void addNodes() {
-    const std::vector<std::size_t> elements = sets_.elements();
     const std::vector<std::size_t> roots = sets_.classes();
     std::vector<std::string> names;
     names.reserve(roots.size());
@@ -136,7 +136,7 @@ class LevelGraph {
     const std::vector<kmf::VnId> ids = idsFor(names, taken_);
     nodes_.resize(sets_.size());
     for (std::size_t i = 0; i < roots.size(); ++i) addNode(roots[i], ids[i]);
-    for (const std::size_t element : elements) {
+    for (const std::size_t element : sets_.elements()) {
       graph_.insert(nodes_[sets_.root(element)], sets_.spec(element), here);
     }
   }
