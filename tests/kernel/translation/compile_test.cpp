@@ -80,6 +80,17 @@ TEST_F(Compile, ErrorsThatArentOursEndItAtOnce) {
   EXPECT_EQ(calls, 1);
 }
 
+TEST_F(Compile, BlocksThatComeInWhileABlockIsMadeTakePart) {
+  std::vector<GTBlock*> late;
+  for (int i = 0; i < 50; ++i) late.push_back(&draw.block("L" + std::to_string(i)));
+  manager().registerModel(key(), "m", configuration);
+  manager().addConnectivity(key(), "m", {}, {late.back()});
+  TestDomain::onComponent() = [&](const ustring&, const BlockData&) {
+    manager().addConnectivity(key(), "m", {}, late);
+  };
+  EXPECT_EQ(graph().components().size(), 50u);
+}
+
 TEST_F(Compile, PortThatTheFactoryForgotIsAnError) {
   draw.subsystem("S", {"in"}, {});
   draw.set("S", "Opaque", u"on");

@@ -86,7 +86,8 @@ TranslationResult ModelManager::translate(const std::vector<kmf::VnId>& reserved
       kmf::Message(kmf::MessageId("kinemo:common:gl:gti:compile", "MultipleCompilationErrors", name_)));
   LevelTree pending;
   TranslationResult result;
-  for (const boost::shared_ptr<BlockEntryData>& entry : entries_) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const boost::shared_ptr<BlockEntryData> entry = entries_[i];  // a factory may bring in more of the model's blocks
     try {
       addPending(entry, *configuration_, result, pending);
     } catch (const kmf::Exception& error) {

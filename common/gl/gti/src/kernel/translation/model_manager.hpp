@@ -17,13 +17,14 @@ namespace gl::gti {
 
 class ModelConnectivity;
 
-/// What a translation makes: the model's graph, and every entry that took part, leaves first.
+/// What a translation makes: the model's graph, and every entry that took part. The entries are kept as a list and
+/// become a map when it is asked for: full paths of deep models are long, and most compiles have no need of the map.
 struct TranslationResult {
   gl::core::Graph graph;
+  /// Leaves in the order in which the model got them, then subsystems in the order of their folding.
   std::vector<boost::shared_ptr<BlockEntryData>> entryList;
 
-  /// The entries by full path; of two with one path the first. Made when it is asked for: full paths of deep models are
-  /// long, and most compiles have no need of the map.
+  /// The entries by full path. Of two with one path the one that comes first in the list: a leaf before a subsystem.
   BlockEntryMap entries() const;
 };
 
