@@ -1,5 +1,7 @@
 #include "common/gl/gti/src/kernel/translation/port_substitutions.hpp"
 
+#include <algorithm>
+
 namespace gl::gti {
 
 void PortSubstitutions::add(double handle, double substitute) {
@@ -25,10 +27,9 @@ double PortSubstitutions::resolve(double handle, Time since) {
 PortSubstitutions::Row* PortSubstitutions::firstRowAfter(double handle, Time time) {
   const auto found = rows_.find(handle);
   if (found == rows_.end()) return nullptr;
-  for (Row& row : found->second) {
-    if (row.time > time) return &row;
-  }
-  return nullptr;
+  auto& rows = found->second;  // by rising time
+  const auto row = std::upper_bound(rows.begin(), rows.end(), time, [](Time at, const Row& r) { return at < r.time; });
+  return row == rows.end() ? nullptr : &*row;
 }
 
 }  // namespace gl::gti

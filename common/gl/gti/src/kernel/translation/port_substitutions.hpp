@@ -10,6 +10,10 @@ namespace gl::gti {
 /// What stands in for the ports of blocks that have become part of a subsystem: ports of that subsystem. Each folded
 /// subsystem adds one table; a block that was pending at that time sees it, one that came later doesn't. Instead of
 /// writing every table into every pending block, tables are numbered and looked up when a block's turn comes.
+///
+/// Each handle goes its own way here. Writing a table into a set of handles is the same unless a handle's substitute is
+/// itself in the set and has a row of its own, leading elsewhere. A substitute is a port of the subsystem, though, and
+/// rows are for ports of blocks inside; no port is both while handles belong to one block each.
 class PortSubstitutions {
  public:
   /// Counts the tables; a block remembers how many there were when it became pending.
