@@ -1,16 +1,30 @@
 // From a drawing to nested graphs. Graphs are told by `describe`: components with their insides in brackets, then nodes
 // with their connectors, then exports.
 
+#include "common/gl/gti/src/kernel/translation/hierarchy_fold.hpp"
+
+#include "common/gl/gti/export/block_data.hpp"
+#include "common/gl/gti/export/component_embedding.hpp"
+#include "common/gl/gti/src/kernel/connectivity/km_io_ports.hpp"
+#include "common/gl/gti/src/kernel/connectivity/model_connectivity.hpp"
+#include "common/gl/gti/src/kernel/translation/level_graph.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "platform/block_diagram/mask.hpp"
+#include "platform/foundation/exception.hpp"
 #include "platform/foundation/gantrel_id.hpp"
 #include "tests/kernel/support/test_domain.hpp"
 #include "tests/support/errors.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace gl::gti {
 namespace {
@@ -19,6 +33,7 @@ using embedded::block_diagram::Side;
 using gl::core::ConnectorSpec;
 using kinemo::test::error_of;
 using kinemo::test::Listing;
+using ::testing::ElementsAre;
 
 class HierarchyFold : public kinemo::test::NetworkTest {
  protected:
@@ -201,6 +216,104 @@ TEST_F(HierarchyFold, SubsystemParametersAreItsMaskVariables) {
   const auto graph = this->graph();
   const ParameterVariant value = graph.components().at("S").parameters().at("k").get("");
   EXPECT_EQ(boost::get<data2::core::Value>(value).data().elements(), (std::vector<double>{2, 4}));
+}
+
+/// S with B in it, where S is handed over as a leaf, too. Full paths of what is in the graph that S becomes.
+class Namesake : public HierarchyFold {
+ protected:
+  Namesake() {
+    draw.subsystem("S", {"in"}, {});
+    draw.block("S/B");
+  }
+  std::vector<ustring> contentsOf(const char* component) {
+    manager().registerModel(key(), "m", configuration);
+    std::vector<GTBlock*> blocks;
+    for (const std::string& path : handedOver) blocks.push_back(&draw.at(path));
+    manager().addConnectivity(key(), "m", {}, blocks);
+    const auto graph = this->graph();
+    std::vector<ustring> paths;
+    const gl::core::Component& found = graph.components().at(component);
+    if (!found.isSubgraph()) return paths;
+    for (const auto& [id, inner] : found.graph().components()) paths.push_back(gl::core::object(inner));
+    std::sort(paths.begin(), paths.end());
+    return paths;
+  }
+
+  std::vector<std::string> handedOver{"S", "S/B"};
+};
+
+TEST_F(Namesake, LeafWithThePathOfASystemJoinsItWhenItWaitsRightBehindIt) {
+  EXPECT_THAT(contentsOf("S"), ElementsAre(u"m/S", u"m/S/B"));
+  draw.block("Z");
+  handedOver.push_back("Z");
+  EXPECT_THAT(contentsOf("S"), ElementsAre(u"m/S", u"m/S/B"));
+}
+
+TEST_F(Namesake, LeafWithThePathOfASystemStaysWhenAnotherBlockWaitsBeforeIt) {
+  draw.block("A");
+  handedOver.push_back("A");
+  EXPECT_THAT(contentsOf("S"), ElementsAre()) << "of two with one path the leaf stays";
+}
+
+TEST_F(Namesake, LeafWithThePathOfASystemStaysWhenAnotherSystemIsAsDeep) {
+  draw.subsystem("T", {}, {});
+  draw.block("T/B");
+  handedOver.push_back("T/B");
+  EXPECT_THAT(contentsOf("S"), ElementsAre());
+  EXPECT_THAT(contentsOf("T"), ElementsAre(u"m/T/B"));
+}
+
+TEST_F(HierarchyFold, ConnectorsAreComparedBeforeLaterPortsAreLookedAt) {
+  draw.blocks("test/two", {"A", "B"});
+  draw.subsystem("S", {"in"}, {});
+  draw.set("S", "Opaque", u"on");
+  draw.wire("", {"A.n", "B.p", "S.in"});
+  configuration.factory(BlockType::OPAQUE, [](const BlockData&) { return ComponentEmbedding(gl::core::Component()); });
+  configuration.connectorPrecedenceFcn(
+      [](const kmf::VnIdPath1&, const ConnectorSpec&, const kmf::VnIdPath1&, const ConnectorSpec&) -> bool {
+        kmf::throw_message("kinemo:test", "Incomparable");
+      });
+  EXPECT_EQ(error_of([this] { compiled(); }), "kinemo:test:Incomparable()");
+}
+
+TEST_F(HierarchyFold, ModelWithoutANameHasPathsWithoutASeparatorInFront) {
+  draw.subsystem("S");
+  ModelConnectivity connectivity("m", {}, {&draw.block("S/B")});
+  KmIoPortCache ioPorts;
+  const auto entry = makeBlockEntry(ioPorts, draw.at("S/B").getHandle(), connectivity);
+  LevelTree pending;
+  pending.add(entry, entry->embedding(configuration));
+  std::vector<boost::shared_ptr<BlockEntryData>> entries;
+  EXPECT_EQ(error_of([&] { foldHierarchy(pending, u"", configuration, {}, entries); }),
+            "kinemo:host:parameters:UnknownObject(S)");
+}
+
+/// A block whose only port has a handle that is no number.
+class UnsoundEntry final : public BlockEntryData {
+ public:
+  UnsoundEntry() {
+    PortRecord& port = ports_[std::nan("")];
+    port.setName(u"p");
+    for (int i = 40; i > 0; --i) port.addConnected(i);
+  }
+  void collectSubstitutions(std::map<double, double>&) override {}
+  ComponentEmbedding embedding(const TranslationConfiguration&) const override {
+    gl::core::Component component;
+    component.addConnector("p", "test.line");
+    ComponentEmbedding made(component);
+    made.addPortEmbedding(u"p", "p");
+    return made;
+  }
+  boost::shared_ptr<BlockEntryData> clone() const override { return boost::make_shared<UnsoundEntry>(*this); }
+};
+
+TEST_F(HierarchyFold, PortWhoseHandleIsNoNumberIsAnError) {
+  const auto entry = boost::make_shared<UnsoundEntry>();
+  std::vector<std::unique_ptr<PendingBlock>> group;
+  group.push_back(std::make_unique<PendingBlock>(PendingBlock{entry, entry->embedding(configuration), u"A"}));
+  PortSubstitutions substitutions;
+  ExternalEnds externalEnds;
+  EXPECT_THROW(buildGraph(group, substitutions, configuration, externalEnds, {}), std::out_of_range);
 }
 
 TEST_F(HierarchyFold, AThousandNestedSystemsFold) {

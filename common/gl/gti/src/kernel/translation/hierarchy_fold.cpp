@@ -80,6 +80,7 @@ class Fold {
 
  private:
   ustring fullPath(const Level& level) const {
+    if (modelPath_.empty()) return ustring(level.path);
     ustring path;
     path.reserve(modelPath_.size() + 1 + level.path.size());
     return path.append(modelPath_).append(1, u'/').append(level.path);

@@ -50,11 +50,37 @@ std::vector<Level*> LevelTree::deepestFirst() {
     order.insert(order.end(), children.begin(), children.end());
   }
   std::stable_sort(order.begin(), order.end(), [](const Level* a, const Level* b) { return a->depth > b->depth; });
+  moveNamesakes(order);
   return order;
 }
 
+/// What waits at a system's depth lies in the systems around it, and is what became of other systems of its depth. So
+/// only an only system of its depth can have its namesake right behind its blocks, and only when the system around it
+/// is the first of all that hold blocks there.
+void LevelTree::moveNamesakes(const std::vector<Level*>& order) {
+  for (std::size_t i = 0; i + 1 < order.size(); ++i) {
+    Level& level = *order[i];
+    const bool isFirst = i == 0 || order[i - 1]->depth != level.depth;
+    if (isFirst && order[i + 1] == level.parent) moveNamesakesInto(level);
+  }
+}
+
+void LevelTree::moveNamesakesInto(Level& level) {
+  auto& waiting = level.parent->blocks;
+  for (const auto& block : waiting) {
+    if (!block->name.empty() && block->name < level.name) return;
+  }
+  const auto namesakes = std::stable_partition(waiting.begin(), waiting.end(),
+                                               [&](const auto& block) { return block->name != level.name; });
+  for (auto at = namesakes; at != waiting.end(); ++at) {
+    (*at)->name = {};
+    level.blocks.push_back(std::move(*at));
+  }
+  waiting.erase(namesakes, waiting.end());
+}
+
 void LevelTree::sortBlocks(Level& level) {
-  // A block without a name in the model is the model's own and comes last.
+  // A block without a name has the path of the system itself and comes last.
   const auto before = [](const auto& a, const auto& b) {
     return a->name.empty() != b->name.empty() ? b->name.empty() : a->name < b->name;
   };

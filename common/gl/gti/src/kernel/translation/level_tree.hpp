@@ -48,13 +48,19 @@ class LevelTree {
   Level& root() { return levels_.front(); }
 
   /// All systems, the deepest first and those of one depth by path: every system stands before its parent. A path
-  /// compares by its components, as `BlockPath` does.
+  /// compares by its components, as `BlockPath` does. To be called once all blocks are added.
+  ///
+  /// A leaf may have the path of a system. Where it comes right behind the system's blocks in the order of paths, it is
+  /// moved in there, as a block without a name. Elsewhere it stays, and the system's own block will give way to it.
   std::vector<Level*> deepestFirst();
-  /// Brings a system's blocks into the order of their names, and drops all but the first of one name.
+  /// Brings a system's blocks into the order of their names, one without a name last, and drops all but the first of
+  /// one name.
   static void sortBlocks(Level& level);
 
  private:
   Level& levelAt(std::u16string_view path);
+  static void moveNamesakes(const std::vector<Level*>& order);
+  static void moveNamesakesInto(Level& level);
 
   std::deque<Level> levels_;
   std::unordered_map<std::u16string_view, Level*> byPath_;
