@@ -190,6 +190,34 @@ TEST_F(ReadDiagram, FilesNestAThousandLevels) {
   EXPECT_EQ(2U * levels - 1, read_file("p0.yaml").blockCount());
 }
 
+/// S holds R and S, which holds R and S, ...; each R ends at a port of its S.
+std::string nested_subsystems(int levels) {
+  std::string text = "{kinemo: 1, blocks: {";
+  for (int i = 0; i < levels; ++i) {
+    text += "S: {type: subsystem, ports: {left: [a], right: [b]}, lines: [[a, R.p], [R.n, " +
+            std::string(i + 1 < levels ? "S.a], [S.b, b]]" : "b]]") + ", blocks: {R: {type: physical/resistor}, ";
+  }
+  for (int i = 0; i < levels; ++i) text += "}}";
+  return text + "}}\n";
+}
+
+TEST_F(ReadDiagram, OneFileNestsAThousandLevels) {
+  constexpr int levels = 1000;
+  host::Diagram& diagram = read(nested_subsystems(levels));
+  EXPECT_EQ(4U * levels, diagram.blockCount());
+  ustring innermost = u"S";
+  for (int i = 1; i < levels; ++i) innermost += u"/S";
+  EXPECT_TRUE(joined(port(diagram, innermost + u"/R", "n"), port(diagram, innermost + u"/b", "b")));
+  compile(diagram);
+}
+
+TEST_F(ReadDiagram, TooDeepAFileIsRefused) {
+  DiagnosticList problems;
+  EXPECT_EQ(nullptr, read_diagram_text(nested_subsystems(3001), "model.yaml", problems));
+  ASSERT_EQ(1U, problems.all().size()) << tests::all_text(problems);
+  EXPECT_EQ("diagram:too-deep", problems.all().front().rule);
+}
+
 TEST_F(ReadDiagram, TakesManyBlocksAndALongLine) {
   constexpr std::size_t count = 20'000;
   std::string text = "kinemo: 1\nblocks:\n";

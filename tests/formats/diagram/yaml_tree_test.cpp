@@ -45,6 +45,48 @@ TEST(YamlTree, ScalarsStayAsTheyAreWritten) {
   EXPECT_EQ("it's", items[6]->text);
 }
 
+TEST(YamlTree, OnlyPlainWordsForNothingAreNothing) {
+  DiagnosticList problems;
+  const YamlTree tree("[null, Null, NULL, ~, {k: }, &x , 'null', \"\", ! null, nULL, null and void]", "f.yaml",
+                      problems);
+  ASSERT_NE(nullptr, tree.root());
+  std::string kinds;
+  for (const YamlNode* item : tree.root()->children) kinds += item->is_null() ? '0' : item->is_mapping() ? 'm' : 's';
+  EXPECT_EQ("0000m0sssss", kinds);
+  EXPECT_TRUE(tree.root()->children[4]->find("k")->is_null());
+}
+
+TEST(YamlTree, ColumnsCountBytesAndLinesEndAtLineFeeds) {
+  EXPECT_EQ("diagram:syntax 1:9", first_problem("\"\u00E4\u00F6\": !!x 1"));
+  EXPECT_EQ("diagram:syntax 3:8", first_problem("a: 1\r\nb: '\u20AC'\r\n\u00E4\u00F6: [!!x 1]\r\n"));
+  EXPECT_EQ("diagram:syntax 2:4", first_problem("a: 'x\u2028y \u0085 z'\nb: !!x 1\n"));
+}
+
+TEST(YamlTree, FaultInTheMiddleOfSomethingNamesItsBeginning) {
+  DiagnosticList problems;
+  const YamlTree tree("\u00E4: 1\nb: [1, 2\nc: 3\n", "f.yaml", problems);
+  ASSERT_EQ(1U, problems.all().size());
+  const Diagnostic& problem = problems.all().front();
+  EXPECT_EQ(3U, problem.line);
+  ASSERT_EQ(1U, problem.notes.size());
+  EXPECT_EQ(2U, problem.notes[0].place.line);
+  EXPECT_EQ(4U, problem.notes[0].place.column);
+  EXPECT_EQ("while parsing a flow sequence", problem.notes[0].text);
+}
+
+TEST(YamlTree, KeysAreComparedInMappingsOfAnySize) {
+  std::string text = "k0: 0\n";
+  for (int i = 1; i < 20; ++i) {
+    DiagnosticList problems;
+    const YamlTree tree(text + "k0: 1\nk0: 2\n", "f.yaml", problems);
+    ASSERT_EQ(2U, problems.error_count()) << i;
+    EXPECT_EQ(static_cast<std::size_t>(i + 1), problems.all()[0].line);
+    EXPECT_EQ(1U, problems.all()[1].notes.at(0).place.line);
+    text += "k" + std::to_string(i) + ": 0\n";
+  }
+  EXPECT_EQ("none", first_problem(text));
+}
+
 TEST(YamlTree, AliasIsTheNodeThatItNames) {
   DiagnosticList problems;
   const YamlTree tree("a: &x {k: 1}\nb: *x\n", "f.yaml", problems);
@@ -69,16 +111,21 @@ TEST(YamlTree, RefusesBytesThatAreNoText) {
   EXPECT_EQ("diagram:encoding 1:4", first_problem(std::string("a: \0b", 5)));
   EXPECT_EQ("diagram:encoding 1:1", first_problem("\x7F"
                                                   "ELF\x02\x01"));
-  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xC0\xAF"));          // overlong
-  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xED\xA0\x80"));      // half of a surrogate pair
-  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xF4\x90\x80\x80"));  // beyond the last character
-  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xE2\x82"));          // cut off
+  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xC0\xAF"));                 // overlong
+  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xED\xA0\x80"));             // half of a surrogate pair
+  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xF4\x90\x80\x80"));         // beyond the last character
+  EXPECT_EQ("diagram:encoding 1:4", first_problem("a: \xE2\x82"));                 // cut off
+  EXPECT_EQ("diagram:encoding 2:6", first_problem("\u00E4: 1\nb: \u00E4\uFFFE"));  // no character at all
   EXPECT_EQ("none", first_problem("a: \xE2\x82\xAC \xF0\x9F\x98\x80 \xC3\xA4\n"));
 }
 
 TEST(YamlTree, DepthAndSizeHaveLimits) {
-  EXPECT_EQ("none", first_problem(std::string(400, '[') + std::string(400, ']')));
-  EXPECT_THAT(first_problem(std::string(100'000, '[')), HasSubstr("diagram:too-deep"));
+  EXPECT_EQ("none", first_problem(std::string(6000, '[') + std::string(6000, ']')));
+  EXPECT_EQ("diagram:too-deep 1:6001", first_problem(std::string(6001, '[') + std::string(6001, ']')));
+  EXPECT_EQ("diagram:too-deep 1:6001", first_problem(std::string(100'000, '[')));
+  std::string block;
+  for (int i = 0; i < 3000; ++i) block += std::string(i, ' ') + "k:\n";
+  EXPECT_EQ("none", first_problem(block));
   std::string laughs = "a0: &a0 [x, x]\n";
   for (int i = 1; i < 60; ++i) {
     const std::string inner = "*a" + std::to_string(i - 1);
