@@ -78,8 +78,11 @@ TEST_F(Sets, PlacesOfManyConnectorsTakeFewComparisons) {
 
 TEST(ConnectorSets, ConnectorsOfWhichNeitherPrecedesAllStay) {
   gl::core::Graph graph;
-  ConnectorSets sets(graph, [](const kmf::VnIdPath1&, const ConnectorSpec&, const kmf::VnIdPath1&,
-                               const ConnectorSpec&) { return false; });
+  ConnectorPrecedenceFcn never;
+  never = [](const kmf::VnIdPath1&, const ConnectorSpec&, const kmf::VnIdPath1&, const ConnectorSpec&) {
+    return false;
+  };
+  ConnectorSets sets(graph, never);
   for (const char* component : {"A", "B", "C"}) {
     graph.insert(component, part({"p"}));
     sets.beginComponent(component);
