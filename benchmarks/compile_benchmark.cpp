@@ -19,13 +19,6 @@ namespace {
 
 using benchmarks::Diagram;
 
-embedded::Environment& environment() {
-  static embedded::Environment instance;
-  static const std::string domain = instance.loadDomain(KINEMO_PHYSICAL_MODULE);
-  (void)domain;
-  return instance;
-}
-
 using Builder = std::function<Diagram&(const std::string&, std::size_t)>;
 
 /// What is in use on the heap, not what the process holds.
@@ -40,7 +33,6 @@ void report(benchmark::State& state, std::size_t blocks) {
 }
 
 void build_diagram(benchmark::State& state, const Builder& builder) {
-  environment();
   const auto blocks = static_cast<std::size_t>(state.range(0));
   for (auto _ : state) {
     Diagram& diagram = builder("built", blocks);
@@ -52,7 +44,6 @@ void build_diagram(benchmark::State& state, const Builder& builder) {
 }
 
 void compile_diagram(benchmark::State& state, const Builder& builder) {
-  environment();
   const auto blocks = static_cast<std::size_t>(state.range(0));
   Diagram& diagram = builder("compiled", blocks);
   double grown = 0.0;
@@ -70,7 +61,6 @@ void compile_diagram(benchmark::State& state, const Builder& builder) {
 }
 
 void read_shared_tree(benchmark::State& state) {
-  environment();
   const auto blocks = static_cast<std::size_t>(state.range(0));
   const std::string text = benchmarks::tree_netlist(blocks);
   for (auto _ : state) {
@@ -93,6 +83,9 @@ void register_shape(const std::string& name, const Builder& builder) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Not a static object: the module must be closed before its own statics end.
+  embedded::Environment environment;
+  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
   register_shape("flat", benchmarks::flat);
   register_shape("ladder", benchmarks::ladder);
   register_shape("chain_of_1000_levels", [](const std::string& name, std::size_t blocks) -> Diagram& {

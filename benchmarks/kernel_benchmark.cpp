@@ -22,17 +22,17 @@ using benchmarks::Diagram;
 using embedded::network_data::MachineData;
 using gl::gti::TranslationManager;
 
+constexpr const char* kDomain = "physical";
+
 /// The diagram of one size, ready to be taken in.
 class Network {
  public:
   explicit Network(const benchmark::State& state) : blocks_(static_cast<std::size_t>(state.range(0))) {
-    static embedded::Environment environment;
-    static const std::string domain = environment.loadDomain(KINEMO_PHYSICAL_MODULE);
-    key_ = TranslationManager::get().domainKey(domain);
+    key_ = TranslationManager::get().domainKey(kDomain);
     const auto depth = static_cast<std::size_t>(state.range(1));
     diagram_ = depth == 0 ? &benchmarks::flat("m", blocks_) : &benchmarks::chain("m", blocks_, depth);
     embedded::compile_layer::evaluateParameters(*diagram_);
-    machine_ = std::make_unique<MachineData>(*diagram_, domain);
+    machine_ = std::make_unique<MachineData>(*diagram_, kDomain);
   }
   ~Network() {
     machine_.reset();
@@ -86,3 +86,12 @@ BENCHMARK(Intake)->Apply(sizes);
 BENCHMARK(Fold)->Apply(sizes);
 
 }  // namespace
+
+int main(int argc, char** argv) {
+  // Not a static object: the module must be closed before its own statics end.
+  embedded::Environment environment;
+  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}
