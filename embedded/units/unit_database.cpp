@@ -19,11 +19,49 @@ struct FreeSystem {
 };
 using UnitPtr = std::unique_ptr<ut_unit, FreeUnit>;
 
+/// The steps of `BaseForm`, called back by the library. An offset comes with the scale, outside of the product.
+struct BaseFormVisitor {
+  static ut_status basic(const ut_unit* unit, void* form) { return add(unit, 1, form); }
+  static ut_status product(const ut_unit* /*unit*/, int count, const ut_unit* const* units, const int* powers,
+                           void* form) {
+    for (int i = 0; i < count; ++i) {
+      if (powers[i] != 0 && add(units[i], powers[i], form) != UT_SUCCESS) return UT_VISIT_ERROR;
+    }
+    return UT_SUCCESS;
+  }
+  static ut_status scaled(const ut_unit* /*unit*/, double scale, const ut_unit* inner, double offset, void* form) {
+    auto& base = *static_cast<BaseForm*>(form);
+    base.scale *= scale;
+    if (offset != 0) base.offset += base.scale * offset;
+    return ut_accept_visitor(inner, &callbacks, form);
+  }
+  static ut_status point_in_time(const ut_unit*, const ut_unit*, double, void*) { return UT_VISIT_ERROR; }
+  static ut_status logarithm(const ut_unit*, double, const ut_unit*, void*) { return UT_VISIT_ERROR; }
+
+  static const ut_visitor callbacks;
+
+ private:
+  static ut_status add(const ut_unit* unit, int exponent, void* form) {
+    const char* symbol = ut_get_symbol(unit, UT_ASCII);
+    if (symbol == nullptr) symbol = ut_get_name(unit, UT_ASCII);
+    if (symbol == nullptr) return UT_VISIT_ERROR;
+    static_cast<BaseForm*>(form)->factors.emplace_back(symbol, exponent);
+    return UT_SUCCESS;
+  }
+};
+
+const ut_visitor BaseFormVisitor::callbacks = {basic, product, scaled, point_in_time, logarithm};
+
 class Unit final : public DatabaseUnit {
  public:
   explicit Unit(UnitPtr handle) : unit(std::move(handle)) {}
   bool commensurable(const DatabaseUnit& other) const override {
     return ut_are_convertible(unit.get(), static_cast<const Unit&>(other).unit.get()) != 0;
+  }
+  boost::optional<BaseForm> base_form() const override {
+    BaseForm form;
+    if (ut_accept_visitor(unit.get(), &BaseFormVisitor::callbacks, &form) != UT_SUCCESS) return boost::none;
+    return form;
   }
   UnitPtr unit;
 };

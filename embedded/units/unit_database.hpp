@@ -4,16 +4,32 @@
 // engineering that it lacks. It is read when the first unit is asked for and lives as long as the process. This is the
 // only room that sees the C library.
 
+#include <boost/optional.hpp>
+
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace units2::core::detail {
+
+/// Symbols with their exponents, none of them 0.
+using Factors = std::vector<std::pair<std::string, int>>;
+
+/// A unit as a multiple of base units: value in base units = scale * value + offset.
+struct BaseForm {
+  Factors factors;
+  double scale = 1;
+  double offset = 0;
+};
 
 /// A unit of the database. Owned by the table of parsed units, never copied.
 class DatabaseUnit {
  public:
   virtual ~DatabaseUnit() = default;
   virtual bool commensurable(const DatabaseUnit& other) const = 0;
+  /// None for logarithmic units and points in time.
+  virtual boost::optional<BaseForm> base_form() const = 0;
 };
 
 /// Turns numbers from one unit into another.

@@ -3,7 +3,7 @@
 #include "platform/units/units.hpp"
 
 #include "embedded/units/context.hpp"
-#include "embedded/units/unit_database.hpp"
+#include "embedded/units/unit_table.hpp"
 #include "platform/foundation/exception.hpp"
 
 #include <algorithm>
@@ -18,7 +18,6 @@ namespace units2::core {
 namespace {
 
 constexpr const char* group = "kinemo:units:core";
-constexpr std::size_t longest_text = 256;  // no unit that people write comes near it
 constexpr const char* dimensionless = "1";
 
 std::string trimmed(const std::string& text) {
@@ -39,7 +38,7 @@ bool has_fractional_exponent(const std::string& text) {
 
 bool is_readable(const std::string& text) {
   const auto control = [](unsigned char c) { return std::iscntrl(c) != 0; };
-  return text.size() <= longest_text && std::none_of(text.begin(), text.end(), control) &&
+  return text.size() <= detail::longest_text && std::none_of(text.begin(), text.end(), control) &&
          !has_fractional_exponent(text);
 }
 
@@ -73,6 +72,10 @@ class UnitTable {
     return converters_.emplace(std::make_pair(from, to), std::move(made)).first->second.get();
   }
 
+  const detail::DatabaseUnit& unit(std::size_t number) {
+    return *rows_[number == 0 ? parse(dimensionless) : number].unit;
+  }
+
  private:
   struct Row {
     std::string text;
@@ -86,16 +89,16 @@ class UnitTable {
 
   [[noreturn]] static void fail(const std::string& text) { kmf::throw_message(group, "InvalidUnit", text); }
 
-  const detail::DatabaseUnit& unit(std::size_t number) {
-    return *rows_[number == 0 ? parse(dimensionless) : number].unit;
-  }
-
   std::deque<Row> rows_;
   std::unordered_map<std::string, std::size_t> numbers_;
   std::map<std::pair<std::size_t, std::size_t>, std::unique_ptr<const detail::UnitConverter>> converters_;
 };
 
 }  // namespace
+
+const detail::DatabaseUnit& detail::database_unit(const AbstractExpr& unit) {
+  return UnitTable::get().unit(unit.id());
+}
 
 AbstractExpr parse(const std::string& text) {
   return AbstractExpr(UnitTable::get().parse(text));
@@ -118,6 +121,10 @@ double convert(double value, const AbstractExpr& from, const AbstractExpr& to) {
     kmf::throw_message(group, "IncommensurableUnits", ExprString(from).text(), ExprString(to).text());
   }
   return (*converter)(value);
+}
+
+bool is_dimensionless(const AbstractExpr& unit) {
+  return unit.id() == 0 || commensurable(unit, {});
 }
 
 }  // namespace units2::core
