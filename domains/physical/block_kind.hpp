@@ -30,9 +30,11 @@ struct Parameter {
   std::string name;    ///< also the parameter's identifier in the component; differs from every port's
   std::string prompt;  ///< what the dialog shows
   std::string value;   ///< the default, as a user would type it
-  std::string unit;    ///< of an expression: unit of the default, "1" for a pure number
+  /// Of an expression: the unit of the default, "1" for a pure number. Values are told in it or in one that converts.
+  std::string unit;
   ParameterForm form = ParameterForm::expression;
   std::vector<std::string> choices = {};
+  bool unlimited = false;  ///< of an expression: infinite values mean something
 };
 
 /// Lets the value of a text parameter count the ports, where a kind has no fixed ones.
@@ -67,6 +69,13 @@ inline Port right(const char* id, const char* type, const char* label = "") {
 /// An expression with its unit.
 inline Parameter number(const char* name, const char* prompt, const char* value, const char* unit) {
   return {name, prompt, value, unit};
+}
+
+/// A number that tells where something ends, and may be infinite for "nowhere".
+inline Parameter limit(const char* name, const char* prompt, const char* value, const char* unit) {
+  Parameter parameter = number(name, prompt, value, unit);
+  parameter.unlimited = true;
+  return parameter;
 }
 
 inline Parameter text(const char* name, const char* prompt, const char* value = "") {

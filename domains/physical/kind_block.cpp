@@ -22,11 +22,17 @@ void check_conf(const ParameterReader& reader, const kmf::VnId& conf) {
   if (reader.has(conf)) reader.choice(conf, {"compiletime", "runtime"});
 }
 
+/// Where no unit is told, the translation binds none, and the number was read in the unit that the kind declares.
+data2::core::Expr with_declared_unit(const data2::core::Expr& expression, const units2::core::ExprString& declared) {
+  if (data2::core::bound_unit(expression).unit().id() != 0) return expression;
+  return data2::core::UnitBindExpr(expression, declared);
+}
+
 gl::core::Parameter read(const ParameterReader& reader, const PreparedParameter& parameter) {
   switch (parameter.form) {
     case ParameterForm::expression:
       check_conf(reader, parameter.conf);
-      return reader.number(parameter.id, parameter.unit);
+      return reader.number(parameter.id, parameter.unit, parameter.rule);
     case ParameterForm::choice:
       return text_parameter(reader.choice(parameter.id, parameter.choices));
     case ParameterForm::text:
@@ -74,7 +80,7 @@ gl::core::Component KindBlock::component(gl::gti::CoreBlockFacade& block, const 
 void KindBlock::applyRuntimeParameters(gl::gti::ParameterSetter setter, const gl::gti::ParameterRewrites& rewrites) {
   for (const PreparedParameter& parameter : kind_->parameters()) {
     const auto rewrite = rewrites.find(parameter.id);
-    if (rewrite != rewrites.end()) setter(parameter.id, rewrite->second);
+    if (rewrite != rewrites.end()) setter(parameter.id, with_declared_unit(rewrite->second, parameter.rule.unit));
   }
 }
 

@@ -5,6 +5,7 @@
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kinemo::physical {
 
@@ -18,6 +19,16 @@ data2::core::ValueData with_unit(const data2::core::ValueData& value, const unit
   if (own.id() != 0 && !(own == unit.unit()))
     for (double& element : elements) element = units2::core::convert(element, own, unit.unit());
   return data2::core::ValueData(value.dimensions(), std::move(elements), unit);
+}
+
+std::string class_of(const cvArray_tag* value) {
+  return (cvIsComplex(value) ? "complex " : "") + cvGetClassName(value);
+}
+
+std::string size_of(const data2::core::ValueData& value) {
+  std::string text;
+  for (const std::size_t length : value.dimensions()) text += (text.empty() ? "" : "x") + std::to_string(length);
+  return text;
 }
 
 std::string joined(const std::vector<std::string>& texts) {
@@ -47,18 +58,46 @@ const cvArray_tag* ParameterReader::array(const kmf::VnId& id) const {
   return value->value();
 }
 
-gl::core::Parameter ParameterReader::number(const kmf::VnId& id, const kmf::VnId& unit) const {
+ustring ParameterReader::typed(const kmf::VnId& id) const {
+  const gl::gti::ParameterValue* value = find(id);
+  return value ? value->expression() : ustring();
+}
+
+data2::core::ValueData ParameterReader::converted(const kmf::VnId& id) const {
   const cvArray_tag* value = array(id);
   const data2::cvi::CvArrayValueConverter convert(unit_manager::get_cv_context());
-  if (!convert.canConvert(value)) fail("NotNumeric", id, cvGetClassName(value));
-  const data2::core::Value numbers = convert(value);
-  const units2::core::ExprString& own = numbers.data().unit();
+  if (!convert.canConvert(value)) fail("NotNumeric", id, typed(id), class_of(value));
+  return convert(value).data();
+}
+
+gl::core::Parameter ParameterReader::number(const kmf::VnId& id, const kmf::VnId& unit, const NumberRule& rule) const {
+  const data2::core::ValueData value = converted(id);
+  if (!value.isScalar()) fail("NotScalar", id, typed(id), size_of(value));
+  units2::core::ExprString told = unitOf(id, unit);
+  if (told.unit().id() == 0) told = rule.unit;
+  if (!units2::core::commensurable(told.unit(), rule.unit.unit()))
+    fail("UnitNotOfKind", id, told.text(), rule.unit.text());
+  const units2::core::ExprString& own = value.unit();
+  if (own.unit().id() != 0 && !units2::core::commensurable(own.unit(), told.unit()))
+    fail("ValueUnitNotOfKind", id, own.text(), told.text(), rule.unit.text());
+  const data2::core::ValueData result = with_unit(value, told);
+  checkFinite(id, result.elements().front(), rule);
+  return gl::core::Parameter(data2::core::Value(result), gl::core::ParameterType::number(told));
+}
+
+void ParameterReader::checkFinite(const kmf::VnId& id, double number, const NumberRule& rule) const {
+  if (std::isnan(number)) fail("NotANumber", id, typed(id));
+  if (std::isinf(number) && !rule.unlimited) fail("Infinite", id, typed(id));
+}
+
+gl::core::Parameter ParameterReader::numbers(const kmf::VnId& id, const kmf::VnId& unit) const {
+  const data2::core::ValueData value = converted(id);
+  const units2::core::ExprString& own = value.unit();
   units2::core::ExprString told = unitOf(id, unit);
   if (told.unit().id() == 0) told = own;
   if (own.unit().id() != 0 && !units2::core::commensurable(own.unit(), told.unit()))
     fail("UnitsDiffer", id, own.text(), told.text());
-  return gl::core::Parameter(data2::core::Value(with_unit(numbers.data(), told)),
-                             gl::core::ParameterType::number(told));
+  return gl::core::Parameter(data2::core::Value(with_unit(value, told)), gl::core::ParameterType::number(told));
 }
 
 units2::core::ExprString ParameterReader::unitOf(const kmf::VnId& id, const kmf::VnId& unit) const {
@@ -88,7 +127,7 @@ ustring ParameterReader::choice(const kmf::VnId& id, const std::vector<std::stri
 boost::optional<gl::core::Parameter> ParameterReader::any(const kmf::VnId& id, const kmf::VnId& unit) const {
   const cvArray_tag* value = array(id);
   if (cvIsChar(value)) return gl::core::Parameter(text(id), gl::core::ParameterType::text());
-  if (data2::cvi::CvArrayValueConverter(unit_manager::get_cv_context()).canConvert(value)) return number(id, unit);
+  if (data2::cvi::CvArrayValueConverter(unit_manager::get_cv_context()).canConvert(value)) return numbers(id, unit);
   return boost::none;
 }
 

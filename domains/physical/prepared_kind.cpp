@@ -26,10 +26,11 @@ kmf::VnIdPath1 type_path(std::string libraryName) {
 }
 
 PreparedParameter prepare(const Parameter& parameter) {
-  PreparedParameter prepared{parameter.name, parameter.form, {}, {}, parameter.choices};
+  PreparedParameter prepared{parameter.name, parameter.form, {}, {}, parameter.choices, {}};
   if (parameter.form != ParameterForm::expression) return prepared;
   prepared.unit = parameter.name + "_unit";
   prepared.conf = parameter.name + "_conf";
+  prepared.rule = {units2::core::parse(parameter.unit), parameter.unlimited};
   return prepared;
 }
 

@@ -5,6 +5,7 @@
 
 #include "common/gl/gti/export/block_descriptor.hpp"
 #include "domains/physical/block_kind.hpp"
+#include "domains/physical/parameter_reader.hpp"
 #include "platform/block_diagram/mask.hpp"
 #include "platform/foundation/vn_id.hpp"
 #include "platform/graph_core/graph.hpp"
@@ -35,6 +36,7 @@ struct PreparedParameter {
   kmf::VnId unit;  ///< partner of an expression
   kmf::VnId conf;  ///< partner of an expression
   std::vector<std::string> choices;
+  NumberRule rule;  ///< of an expression
 };
 
 class PreparedKind {

@@ -42,7 +42,7 @@ std::vector<BlockKind> rotational_kinds() {
        "Rotational Hard Stop",
        "Limits the angle between shaft and case by stiff stops.",
        shaft_and_case(),
-       {number("upper", "Upper bound", "0.1", "rad"), number("lower", "Lower bound", "-0.1", "rad"),
+       {limit("upper", "Upper bound", "0.1", "rad"), limit("lower", "Lower bound", "-0.1", "rad"),
         number("k", "Stiffness of the stops", "1e6", "N*m/rad"),
         number("D", "Damping of the stops", "0.01", "N*m/(rad/s)")}},
       {"gear_box",

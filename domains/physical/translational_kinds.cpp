@@ -42,7 +42,7 @@ std::vector<BlockKind> translational_kinds() {
        "Translational Hard Stop",
        "Limits the way between rod and case by stiff stops.",
        rod_and_case(),
-       {number("upper", "Upper bound", "0.1", "m"), number("lower", "Lower bound", "-0.1", "m"),
+       {limit("upper", "Upper bound", "0.1", "m"), limit("lower", "Lower bound", "-0.1", "m"),
         number("k", "Stiffness of the stops", "1e6", "N/m"), number("D", "Damping of the stops", "150", "N/(m/s)")}},
       {"lever",
        "Lever",

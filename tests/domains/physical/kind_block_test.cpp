@@ -43,8 +43,8 @@ TEST_F(KindBlocks, ParametersThatDoNotFitAreTellingErrors) {
   };
   const std::vector<Case> cases = {
       {u"1", u"furlong per", u"compiletime", "InvalidUnit(m/R1, R, furlong per)"},
-      {u"'one'", u"Ohm", u"compiletime", "NotNumeric(m/R1, R, char)"},
-      {u"{1}", u"Ohm", u"compiletime", "NotNumeric(m/R1, R, cell)"},
+      {u"'one'", u"Ohm", u"compiletime", "NotNumeric(m/R1, R, 'one', char)"},
+      {u"{1}", u"Ohm", u"compiletime", "NotNumeric(m/R1, R, {1}, cell)"},
       {u"1", u"Ohm", u"sometimes", "InvalidChoice(m/R1, R_conf, sometimes, 'compiletime', 'runtime')"},
   };
   GTBlock& block = resistor(u"1");
