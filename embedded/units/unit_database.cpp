@@ -56,7 +56,11 @@ class Unit final : public DatabaseUnit {
  public:
   explicit Unit(UnitPtr handle) : unit(std::move(handle)) {}
   bool commensurable(const DatabaseUnit& other) const override {
-    return ut_are_convertible(unit.get(), static_cast<const Unit&>(other).unit.get()) != 0;
+    // The library also converts s to Hz, by reciprocals; these aren't units of one dimension.
+    ut_unit* const its_unit = static_cast<const Unit&>(other).unit.get();
+    if (ut_are_convertible(unit.get(), its_unit) == 0) return false;
+    const UnitPtr ratio(ut_divide(unit.get(), its_unit));  // there is none for logarithmic units
+    return !ratio || ut_is_dimensionless(ratio.get()) != 0;
   }
   boost::optional<BaseForm> base_form() const override {
     BaseForm form;

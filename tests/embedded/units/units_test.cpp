@@ -97,6 +97,9 @@ TEST(Units, TheEmptyUnitConvertsAsTheDimensionlessOne) {
 
 TEST(Units, UnitsOfOtherDimensionsDontConvert) {
   EXPECT_FALSE(commensurable(parse("V"), parse("A")));
+  EXPECT_FALSE(commensurable(parse("s"), parse("Hz")));  // reciprocals
+  EXPECT_FALSE(commensurable(parse("Ohm"), parse("S")));
+  EXPECT_TRUE(commensurable(parse("lg(re 1 mW)"), parse("W")));
   try {
     convert(1, parse("kOhm"), parse("N*m"));
     FAIL();
