@@ -1,6 +1,7 @@
 #include "embedded/scripting_runtime/arithmetic.hpp"
 
 #include "embedded/scripting_runtime/gather.hpp"
+#include "embedded/scripting_runtime/unit_arithmetic.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -218,11 +219,13 @@ Value binary(Operator op, const Value& a, const Value& b) {
     if (is_relation(op)) return cvUniquePtr(cvCreateLogicalScalar(real_relation(op, a.number(), b.number())));
     if (const auto result = real_arithmetic(op, a.number(), b.number())) return *result;
   }
+  if (is_value_object(a) || is_value_object(b)) return binary_with_units(op, a, b);
   return numbers_binary(op, numbers_of(a), numbers_of(b));
 }
 
 Value unary(Operator op, const Value& a) {
   if (a.is_number() && op != Operator::not_) return op == Operator::minus ? -a.number() : a.number();
+  if (is_value_object(a)) return unary_with_units(op, a);
   Numbers numbers = numbers_of(a);
   if (op == Operator::not_) {
     Numbers result = Numbers::zeros(numbers.shape, cvLOGICAL_CLASS);
@@ -239,8 +242,11 @@ Value unary(Operator op, const Value& a) {
 
 Value transpose(Operator op, const Value& a) {
   if (a.is_number()) return a.number();
-  const cvUniquePtr plain = plain_value(a.array());
-  cvUniquePtr result = transposed(plain.get());
+  if (is_value_object(a)) {
+    Quantity quantity = quantity_of(a);
+    return value_of({transpose(op, quantity.numbers), quantity.unit});
+  }
+  cvUniquePtr result = transposed(a.array());
   if (op == Operator::transpose || !cvIsComplex(result.get())) return result;
   Numbers numbers = numbers_of(result.get());
   for (double& part : numbers.im) part = -part;
@@ -248,6 +254,9 @@ Value transpose(Operator op, const Value& a) {
 }
 
 Value range(const Value& first, const Value& step, const Value& last) {
+  if (is_value_object(first) || is_value_object(step) || is_value_object(last)) {
+    return range_with_units(first, step, last);
+  }
   cvClassID class_id = cvDOUBLE_CLASS;
   double bounds[3] = {0, 0, 0};
   const Value* values[3] = {&first, &step, &last};

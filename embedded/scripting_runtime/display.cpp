@@ -1,6 +1,7 @@
 #include "embedded/scripting_runtime/display.hpp"
 
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <array>
@@ -48,6 +49,13 @@ std::string matrix_text(const Numbers& numbers) {
   return result;
 }
 
+/// "1 kOhm"; the unit of several rows stands below them.
+std::string quantity_display(const Quantity& quantity) {
+  const std::string numbers = display_text(quantity.numbers.array());
+  if (!quantity.has_unit()) return numbers;
+  return numbers + (numbers.find('\n') == std::string::npos ? " " : "\n   ") + unit_text(quantity.unit);
+}
+
 std::string described(const cvArray_tag* array) {
   return "[" + shape_text(cvGetDimensions(array)) + " " + cvGetClassName(array) + "]";
 }
@@ -57,7 +65,7 @@ std::string structure_text(const cvArray_tag* array) {
   std::string result;
   for (const std::string& field : cvGetFieldNames(array)) {
     const cvArray_tag* value = cvGetField(array, 0, field.c_str());
-    const bool small = cvGetNumberOfElements(value) == 1 || (cvIsChar(value) && cvGetDimensions(value)[0] <= 1);
+    const bool small = checked_count(shape_of(value)) == 1 || (cvIsChar(value) && cvGetDimensions(value)[0] <= 1);
     if (!result.empty()) result += '\n';
     result += "    " + field + ": " + (small && !cvIsStruct(value) ? display_text(value) : described(value));
   }
@@ -74,7 +82,8 @@ std::string cell_text(const cvArray_tag* array) {
       if (i > row) result += ", ";
       const cvArray_tag* value = cvGetCell(array, i);
       const bool text = cvIsChar(value) && cvGetDimensions(value)[0] <= 1;
-      const bool small = cvGetNumberOfElements(value) == 1 && (cvIsNumeric(value) || cvIsLogical(value));
+      const bool number = cvIsNumeric(value) || cvIsLogical(value) || is_value_object(value);
+      const bool small = number && checked_count(shape_of(value)) == 1;
       result += text ? "'" + kmf::cvarray_to_string(value) + "'" : small ? display_text(value) : described(value);
     }
   }
@@ -102,7 +111,7 @@ std::string display_text(const cvArray_tag* array) {
     case cvFUNCTION_CLASS:
       return cvGetFunctionText(array);
     case cvOBJECT_CLASS:
-      return is_value_object(array) ? display_text(plain_value(array).get()) : described(array);
+      return is_value_object(array) ? quantity_display(quantity_of(array)) : described(array);
     case cvCHAR_CLASS:
       if (cvGetDimensions(array)[0] <= 1) return kmf::cvarray_to_string(array);
       return described(array);

@@ -3,6 +3,7 @@
 #include "embedded/expression/print.hpp"
 #include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -121,6 +122,10 @@ Value indexed(const cvArray_tag* array, const std::vector<Subscript>& subscripts
       return doubles[place_from(subscripts[0]->number(), cvGetNumberOfElements(array))];
     }
   }
+  if (is_value_object(array)) {
+    const Quantity quantity = quantity_of(array);
+    return value_of({indexed(quantity.numbers.array(), subscripts), quantity.unit});
+  }
   const Selection selection = select(array, subscripts);
   return gather(array, selection.shape, selection.sources);
 }
@@ -135,8 +140,7 @@ std::vector<Value> cell_contents(const cvArray_tag* array, const std::vector<Sub
 }
 
 std::size_t end_of(const cvArray_tag* array, std::size_t position, std::size_t count) {
-  if (count == 1) return cvGetNumberOfElements(array);
-  return folded(cvGetDimensions(array), count)[position];
+  return folded(shape_of(array), count)[position];
 }
 
 }  // namespace embedded::scripting_runtime

@@ -3,6 +3,7 @@
 #include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/indexing.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
 
@@ -135,13 +136,27 @@ void check_families(const std::vector<const cvArray_tag*>& parts, bool structure
   }
 }
 
+Value join(std::vector<Value> parts, Direction direction);
+
+/// Numbers in the unit of the first part that has one.
+Value join_quantities(std::vector<Value> parts, Direction direction) {
+  const Unit unit = to_common_unit(parts, "[ ]");
+  for (const Value& part : parts) {
+    const bool number = part.is_number() || cvIsNumeric(part.array()) || cvIsLogical(part.array());
+    if (unit.id() != 0 && !number) {
+      throw_runtime_error("CannotConcatenate", std::string("kinemo.Value"), cvGetClassName(part.array()));
+    }
+  }
+  return value_of({join(std::move(parts), direction), unit});
+}
+
 Value join(std::vector<Value> parts, Direction direction) {
   const bool cells = any_is(parts, cvIsCell);
   for (Value& part : parts) {
     if (part.is_number() && !cells) continue;
     if (cells && !cvIsCell(part.array()) && !is_nothing(part.array())) part = Value(in_cell(std::move(part)));
-    if (parts.size() > 1 && is_value_object(part.array())) part = Value(plain_value(part.array()));
   }
+  if (!cells && parts.size() > 1 && any_is(parts, is_value_object)) return join_quantities(std::move(parts), direction);
   std::vector<const cvArray_tag*> arrays;
   for (const Value& part : parts) {
     if (!is_nothing(part.array())) arrays.push_back(part.array());

@@ -1,5 +1,7 @@
 #include "embedded/scripting_runtime/numbers.hpp"
 
+#include "embedded/scripting_runtime/quantity.hpp"
+
 #include <algorithm>
 #include <string_view>
 
@@ -48,8 +50,10 @@ Numbers Numbers::row(std::vector<double> values) {
 }
 
 Numbers numbers_of(const cvArray_tag* array) {
-  if (is_value_object(array)) return read_numbers(plain_value(array).get());
-  return read_numbers(array);
+  if (!is_value_object(array)) return read_numbers(array);
+  Quantity quantity = quantity_of(array);
+  if (!units2::core::is_dimensionless(quantity.unit)) throw_runtime_error("UnitNotExpected", unit_text(quantity.unit));
+  return numbers_of(dimensionless_numbers(std::move(quantity), {}));
 }
 
 Numbers numbers_of(const Value& value) {
@@ -71,7 +75,8 @@ cvUniquePtr array_of(Numbers numbers) {
 
 bool is_true(const Value& value) {
   if (value.is_number()) return value.number() != 0;
-  const Numbers numbers = numbers_of(value);
+  const Numbers numbers =
+      numbers_of(is_value_object(value) ? condition_numbers(quantity_of(value), "&& ||") : Value::of(value.array()));
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     if (numbers.at(i) == 0.0) return false;
   }

@@ -37,7 +37,8 @@ struct Numbers {
   }
 };
 
-/// Objects with a value count as that. @throws "NotNumeric" (class name) for what holds no numbers
+/// Objects with a value count as that, told in "1"; a unit that measures something is never dropped.
+/// @throws "NotNumeric" (class name) for what holds no numbers, "UnitNotExpected" (unit)
 Numbers numbers_of(const cvArray_tag* array);
 Numbers numbers_of(const Value& value);
 /// An imaginary part of zeros is dropped.

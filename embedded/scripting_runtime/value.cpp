@@ -1,21 +1,11 @@
 #include "embedded/scripting_runtime/value.hpp"
 
-#include "embedded/scripting_runtime/errors.hpp"
-
 namespace embedded::scripting_runtime {
 
 namespace {
 
 bool is_plain_number(const cvArray_tag* array) {
   return cvGetClassID(array) == cvDOUBLE_CLASS && cvGetNumberOfElements(array) == 1 && !cvIsComplex(array);
-}
-
-/// The property that holds the value of an object of the class; null for classes that count as no number.
-const char* value_property(const cvArray_tag* array) {
-  if (cvGetClassID(array) != cvOBJECT_CLASS) return nullptr;
-  if (cvIsA(array, "Gantrel.Parameter")) return "Value";
-  if (cvIsA(array, "kinemo.Value")) return "value";
-  return nullptr;
 }
 
 }  // namespace
@@ -42,19 +32,7 @@ cvUniquePtr Value::release() && {
 }
 
 bool is_value_object(const cvArray_tag* array) {
-  return value_property(array) != nullptr;
-}
-
-cvUniquePtr plain_value(const cvArray_tag* array) {
-  cvUniquePtr result(cvCreateSharedCopy(array));
-  for (int level = 0; level < 8; ++level) {  // a parameter may hold a value with a unit, but no endless chain
-    const char* property = value_property(result.get());
-    if (property == nullptr) break;
-    cvUniquePtr inner(cvGetProperty(result.get(), 0, property));
-    if (!inner) throw_runtime_error("NoValueInObject", cvGetClassName(result.get()));
-    result = std::move(inner);
-  }
-  return result;
+  return cvGetClassID(array) == cvOBJECT_CLASS && (cvIsA(array, "kinemo.Value") || cvIsA(array, "Gantrel.Parameter"));
 }
 
 }  // namespace embedded::scripting_runtime

@@ -27,10 +27,11 @@ class Value {
   mutable cvUniquePtr array_;
 };
 
-/// What an array counts as in computations: the value of a parameter object or of a value with a unit, a shared copy of
-/// anything else.
-cvUniquePtr plain_value(const cvArray_tag* array);
-/// Whether `plain_value` gives something else than the array itself.
+/// Whether an array is an object that counts as a value in computations: one with a unit, or a parameter object. What
+/// it counts as is told in quantity.hpp.
 bool is_value_object(const cvArray_tag* array);
+inline bool is_value_object(const Value& value) {
+  return !value.is_number() && is_value_object(value.array());
+}
 
 }  // namespace embedded::scripting_runtime

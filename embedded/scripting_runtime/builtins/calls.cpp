@@ -7,6 +7,7 @@
 #include "embedded/scripting_runtime/functions.hpp"
 #include "embedded/scripting_runtime/indexing.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
 
 #include <set>
 
@@ -80,12 +81,12 @@ Mapping mapping_of(const Call& call) {
   }
   for (std::size_t i = 1; i < end; ++i) {
     result.arrays.push_back(call[i]);
-    if (cvGetDimensions(call[i]) != cvGetDimensions(call[1])) {
-      throw_runtime_error("SizeMismatch", std::string(call.name), shape_text(cvGetDimensions(call[1])),
-                          shape_text(cvGetDimensions(call[i])));
+    if (shape_of(call[i]) != shape_of(call[1])) {
+      throw_runtime_error("SizeMismatch", std::string(call.name), shape_text(shape_of(call[1])),
+                          shape_text(shape_of(call[i])));
     }
   }
-  result.shape = cvGetDimensions(call[1]);
+  result.shape = shape_of(call[1]);
   return result;
 }
 
@@ -102,8 +103,9 @@ Value content_of(const cvArray_tag* array, std::size_t i) {
   return Value::of(cvGetCell(array, i));
 }
 
-/// One output of all calls as an array of numbers of the class of the first.
+/// One output of all calls as an array of numbers of the class of the first, in its unit.
 cvUniquePtr gathered_numbers(std::vector<Value>& values, const Shape& shape, const char* function) {
+  const Unit unit = to_common_unit(values, function);
   Numbers result = Numbers::zeros(shape, cvDOUBLE_CLASS, true);
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Numbers one = numbers_of(values[i]);
@@ -111,7 +113,7 @@ cvUniquePtr gathered_numbers(std::vector<Value>& values, const Shape& shape, con
     if (i == 0) result.class_id = one.class_id;
     result.set(i, one.at(0));
   }
-  return array_of(std::move(result));
+  return std::move(value_of({array_of(std::move(result)), unit})).release();
 }
 
 cvUniquePtr gathered_cells(std::vector<Value>& values, const Shape& shape) {
@@ -128,7 +130,7 @@ void map_function(Call& call) {
   const Mapping mapping = mapping_of(call);
   const int wanted = call.wanted < 1 ? 1 : call.wanted;
   std::vector<std::vector<Value>> results(static_cast<std::size_t>(wanted));
-  const std::size_t count = cvGetNumberOfElements(call[1]);
+  const std::size_t count = checked_count(mapping.shape);
   for (std::size_t i = 0; i < count; ++i) {
     count_step();
     std::vector<Value> inputs;

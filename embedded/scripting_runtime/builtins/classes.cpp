@@ -83,15 +83,13 @@ void is_a(Call& call) {
 void is_equal(Call& call) {
   bool result = true;
   for (std::size_t i = 1; i < call.size() && result; ++i) {
-    const cvUniquePtr a = plain_value(call[0]);
-    const cvUniquePtr b = plain_value(call[i]);
     const auto numeric = [](const cvArray_tag* x) { return cvIsNumeric(x) || cvIsLogical(x) || cvIsChar(x); };
-    if (!numeric(a.get()) || !numeric(b.get())) {
-      result = cvAreMatricesEqual(a.get(), b.get());
+    if (!numeric(call[0]) || !numeric(call[i])) {
+      result = cvAreMatricesEqual(call[0], call[i]);
       continue;
     }
-    Numbers x = numbers_of(a.get());  // numbers of any classes are compared by value
-    Numbers y = numbers_of(b.get());
+    Numbers x = numbers_of(call[0]);  // numbers of any classes are compared by value
+    Numbers y = numbers_of(call[i]);
     result = x.shape == y.shape;
     for (std::size_t k = 0; k < x.size() && result; ++k) result = x.at(k) == y.at(k);
   }

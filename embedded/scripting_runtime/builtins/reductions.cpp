@@ -97,7 +97,7 @@ void running_product(Call& call) {
 }
 
 void mean(Call& call) {
-  const Runs runs = runs_of(call, cvGetDimensions(plain_value(call[0]).get()), 1);
+  const Runs runs = runs_of(call, cvGetDimensions(call[0]), 1);
   sum(call);
   Numbers total = numbers_of(call.outputs.back().get());
   for (double& part : total.re) part /= static_cast<double>(runs.length);
@@ -164,7 +164,7 @@ void extreme(Call& call) {
     sources.push_back(runs.at(run, best));
     places.re[runs.at(run, 0, 1)] = static_cast<double>(best + 1);
   }
-  call.give(gather(plain_value(call[0]).get(), runs.with(1), sources));
+  call.give(gather(call[0], runs.with(1), sources));
   call.give(array_of(std::move(places)));
 }
 
@@ -224,7 +224,7 @@ void sort(Call& call) {
       places.re[runs.at(run, i)] = static_cast<double>(order[i] + 1);
     }
   }
-  call.give(gather(plain_value(call[0]).get(), x.shape, sources));
+  call.give(gather(call[0], x.shape, sources));
   call.give(array_of(std::move(places)));
 }
 
@@ -238,7 +238,7 @@ void unique(Call& call) {
   order.erase(std::unique(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return x.at(a) == x.at(b); }),
               order.end());
   const bool row = x.is_matrix() && x.shape[0] == 1 && x.shape[1] > 0;
-  call.give(gather(plain_value(call[0]).get(), row ? Shape{1, order.size()} : Shape{order.size(), 1}, order));
+  call.give(gather(call[0], row ? Shape{1, order.size()} : Shape{order.size(), 1}, order));
 }
 
 void find(Call& call) {

@@ -44,6 +44,14 @@ std::string structure(const cvArray_tag* array) {
   return result + ")";
 }
 
+/// "5 kOhm" for a value with a unit.
+std::string object_text(const cvArray_tag* array) {
+  if (!cvIsA(array, "kinemo.Value")) return "object " + cvGetClassName(array);
+  const cvUniquePtr value(cvGetProperty(array, 0, "value"));
+  const cvUniquePtr unit(cvGetProperty(array, 0, "unit"));
+  return (value ? describe(value.get()) : "nothing") + " " + (unit ? kmf::cvarray_to_string(unit.get()) : "without");
+}
+
 std::string error_text(const kmf::ErrorData& error) {
   const std::string area = error.group.substr(error.group.rfind(':') + 1);
   std::string result = (area == "runtime" ? "" : area + ":") + error.id + "(";
@@ -67,7 +75,7 @@ std::string describe(const cvArray_tag* array) {
     case cvFUNCTION_CLASS:
       return cvGetFunctionText(array);
     case cvOBJECT_CLASS:
-      return "object " + cvGetClassName(array);
+      return object_text(array);
     case cvDOUBLE_CLASS:
     case cvCELL_CLASS:
       return contents(array);

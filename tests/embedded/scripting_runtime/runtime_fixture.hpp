@@ -34,7 +34,8 @@ class RuntimeTest : public testing::Test {
   Limits limits_before_;
 };
 
-/// An array as a text that shows class, shape and contents: "[1 2;3 4]", "int8(3)", "'abc'", "{1,'a'}".
+/// An array as a text that shows class, shape and contents: "[1 2;3 4]", "int8(3)", "'abc'", "{1,'a'}",
+/// "5 kOhm".
 std::string describe(const cvArray_tag* array);
 
 struct ValueCase {
