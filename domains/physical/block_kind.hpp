@@ -35,6 +35,8 @@ struct Parameter {
   ParameterForm form = ParameterForm::expression;
   std::vector<std::string> choices = {};
   bool unlimited = false;  ///< of an expression: infinite values mean something
+  /// Of an expression: the model's setting that gives the value unless the partner NAME_from says "own".
+  std::string setting = {};
 };
 
 /// Lets the value of a text parameter count the ports, where a kind has no fixed ones.
@@ -75,6 +77,14 @@ inline Parameter number(const char* name, const char* prompt, const char* value,
 inline Parameter limit(const char* name, const char* prompt, const char* value, const char* unit) {
   Parameter parameter = number(name, prompt, value, unit);
   parameter.unlimited = true;
+  return parameter;
+}
+
+/// A number that is the model's setting until a block says that it has its own.
+inline Parameter from_setting(const char* setting, const char* name, const char* prompt, const char* value,
+                              const char* unit) {
+  Parameter parameter = number(name, prompt, value, unit);
+  parameter.setting = setting;
   return parameter;
 }
 

@@ -1,6 +1,7 @@
 // Parts that stand in two areas of physics at once.
 
 #include "domains/physical/kinds.hpp"
+#include "domains/physical/model_settings.hpp"
 
 namespace kinemo::physical {
 
@@ -63,7 +64,7 @@ std::vector<BlockKind> converter_kinds() {
        poles_and_heat(),
        {number("R", "Resistance at the reference temperature", "1", "Ohm"),
         number("alpha", "Temperature coefficient", "3.9e-3", "1/K"),
-        number("T_ref", "Reference temperature", "300", "K")}},
+        from_setting(reference_temperature_setting, "T_ref", "Reference temperature", "300.15", "K")}},
       {"heating_resistor",
        "Heating Resistor",
        "Constant resistor that gives all its electrical power as heat to port h.",

@@ -25,10 +25,7 @@ class PhysicalDomainManager final : public DADomainMgr {
   gl::gti::DomainKey key_;
 };
 
-/// The setting of a model that keeps parameters tunable at run time; they stay so where it is "on".
-extern const char runtime_parameters_setting[];
-
-/// How the domain wants a model translated. Whether run-time parameters are propagated is asked at each compile.
+/// How the domain wants a model translated.
 gl::gti::TranslationConfiguration translation_configuration(const std::string& modelName);
 
 }  // namespace kinemo::physical

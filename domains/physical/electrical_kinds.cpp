@@ -1,6 +1,7 @@
 // Passive electrical parts, semiconductors, sensors and the electrical reference.
 
 #include "domains/physical/kinds.hpp"
+#include "domains/physical/model_settings.hpp"
 
 namespace kinemo::physical {
 
@@ -69,7 +70,7 @@ std::vector<BlockKind> active_kinds() {
        "Diode by the Shockley equation: i = I_s*(exp(v/(N*V_t)) - 1).",
        two_poles(),
        {number("I_s", "Saturation current", "1e-14", "A"), number("N", "Emission coefficient", "1", "1"),
-        number("T", "Temperature of the junction", "300", "K")}},
+        from_setting(reference_temperature_setting, "T", "Temperature of the junction", "300.15", "K")}},
       {"switch",
        "Switch",
        "Switch between p and n, closed while the voltage from cp to cn is above the threshold.",

@@ -2,7 +2,12 @@
 
 #include "common/gl/gti/export/common_block_params.hpp"
 #include "common/gl/gti/export/core_block_facade.hpp"
+#include "domains/physical/model_settings.hpp"
 #include "domains/physical/parameter_reader.hpp"
+#include "platform/foundation/strings.hpp"
+#include "platform/foundation/warning.hpp"
+
+#include <algorithm>
 
 namespace kinemo::physical {
 
@@ -17,9 +22,27 @@ gl::core::Parameter text_parameter(const ustring& text) {
   return gl::core::Parameter(text, gl::core::ParameterType::text());
 }
 
-/// Refuses words beside the two that are known: a misspelt one would silently fix the parameter.
-void check_conf(const ParameterReader& reader, const kmf::VnId& conf) {
-  if (reader.has(conf)) reader.choice(conf, {"compiletime", "runtime"});
+/// Whether a parameter may stay an expression. Refuses words beside the two that are known: a misspelt one would
+/// silently fix the parameter.
+bool is_tunable(const ParameterReader& reader, const kmf::VnId& conf) {
+  return !reader.has(conf) || reader.choice(conf, {"compiletime", "runtime"}) == u"runtime";
+}
+
+bool follows_setting(const ParameterReader& reader, const PreparedParameter& parameter) {
+  return !parameter.setting.empty() && reader.has(parameter.from) &&
+         reader.choice(parameter.from, {from_model, from_block}) == kmf::utf8_string_to_ustring(from_model);
+}
+
+gl::core::Parameter read_setting(const ParameterReader& reader, const PreparedParameter& parameter, double block) {
+  const ustring path = path_of(block);
+  const ustring typed = reader.typed(parameter.id);
+  if (!typed.empty() && typed != parameter.value) {
+    kmf::Warning::get().issueWarning(
+        kmf::Message(kmf::MessageId("kinemo:physical:parameters", "ValueWithoutEffect", path, std::string(parameter.id),
+                                    typed, parameter.setting, std::string(parameter.from))));
+  }
+  const std::string model = kmf::ustring_to_local_encoded_string(path.substr(0, path.find(u'/')));
+  return parameter_of_setting(block, model, parameter.setting, is_tunable(reader, parameter.conf));
 }
 
 /// Where no unit is told, the translation binds none, and the number was read in the unit that the kind declares.
@@ -31,7 +54,7 @@ data2::core::Expr with_declared_unit(const data2::core::Expr& expression, const 
 gl::core::Parameter read(const ParameterReader& reader, const PreparedParameter& parameter) {
   switch (parameter.form) {
     case ParameterForm::expression:
-      check_conf(reader, parameter.conf);
+      is_tunable(reader, parameter.conf);
       return reader.number(parameter.id, parameter.unit, parameter.rule);
     case ParameterForm::choice:
       return text_parameter(reader.choice(parameter.id, parameter.choices));
@@ -72,16 +95,27 @@ void KindBlock::checkParameters(gl::gti::CoreBlockFacade& block) {
 gl::core::Component KindBlock::component(gl::gti::CoreBlockFacade& block, const gl::gti::BlockData& data) {
   gl::core::Component component = look_->component;
   const ParameterReader reader(data, [handle = block.handle()] { return path_of(handle); });
-  for (const PreparedParameter& parameter : kind_->parameters())
-    component.addParameter(parameter.id, read(reader, parameter));
+  following_.clear();
+  for (const PreparedParameter& parameter : kind_->parameters()) {
+    if (follows_setting(reader, parameter)) {
+      following_.push_back(parameter.id);
+      component.addParameter(parameter.id, read_setting(reader, parameter, block.handle()));
+    } else {
+      component.addParameter(parameter.id, read(reader, parameter));
+    }
+  }
   return component;
 }
 
 void KindBlock::applyRuntimeParameters(gl::gti::ParameterSetter setter, const gl::gti::ParameterRewrites& rewrites) {
   for (const PreparedParameter& parameter : kind_->parameters()) {
-    const auto rewrite = rewrites.find(parameter.id);
+    const auto rewrite = follows(parameter.id) ? rewrites.end() : rewrites.find(parameter.id);
     if (rewrite != rewrites.end()) setter(parameter.id, with_declared_unit(rewrite->second, parameter.rule.unit));
   }
+}
+
+bool KindBlock::follows(const kmf::VnId& parameter) const {
+  return std::find(following_.begin(), following_.end(), parameter) != following_.end();
 }
 
 }  // namespace kinemo::physical

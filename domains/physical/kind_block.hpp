@@ -20,8 +20,11 @@ class KindBlock final : public gl::gti::CoreBlockInfo {
   void applyRuntimeParameters(gl::gti::ParameterSetter setter, const gl::gti::ParameterRewrites& rewrites) override;
 
  private:
+  bool follows(const kmf::VnId& parameter) const;
+
   std::shared_ptr<const PreparedKind> kind_;
   std::shared_ptr<const Look> look_;
+  std::vector<kmf::VnId> following_;  ///< parameters that were settings of the model in the last compile
 };
 
 }  // namespace kinemo::physical

@@ -1,5 +1,6 @@
 #include "domains/physical/mask_definition.hpp"
 
+#include "domains/physical/prepared_kind.hpp"
 #include "platform/foundation/strings.hpp"
 
 #include <boost/make_shared.hpp>
@@ -35,6 +36,12 @@ Parameter conf_partner(const Parameter& parameter) {
           ParameterForm::text};
 }
 
+Parameter from_partner(const Parameter& parameter) {
+  return choice((parameter.name + "_from").c_str(),
+                (parameter.prompt + ": the model's " + parameter.setting + " or own").c_str(),
+                {from_model, from_block});
+}
+
 }  // namespace
 
 boost::shared_ptr<const GTMaskDefinition> make_mask_definition(const BlockKind& kind) {
@@ -46,6 +53,7 @@ boost::shared_ptr<const GTMaskDefinition> make_mask_definition(const BlockKind& 
     if (parameter.form != ParameterForm::expression) continue;
     mask->parameters.push_back(row(unit_partner(parameter)));
     mask->parameters.push_back(row(conf_partner(parameter)));
+    if (!parameter.setting.empty()) mask->parameters.push_back(row(from_partner(parameter)));
   }
   return mask;
 }

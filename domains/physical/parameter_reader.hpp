@@ -25,6 +25,8 @@ class ParameterReader {
   ParameterReader(const gl::gti::BlockData& data, std::function<ustring()> describe);
 
   bool has(const kmf::VnId& id) const { return find(id) != nullptr; }
+  /// What the user typed for the parameter; empty where that isn't known.
+  ustring typed(const kmf::VnId& id) const;
   /// The number of a parameter that a kind declares: a single one, told in the unit that the parameter `unit` names, or
   /// in the declared unit where that is empty. A value that brings a unit of its own is converted; one without is taken
   /// to be told in that unit.
@@ -46,8 +48,6 @@ class ParameterReader {
  private:
   const gl::gti::ParameterValue* find(const kmf::VnId& id) const;
   const cvArray_tag* array(const kmf::VnId& id) const;
-  /// What the user typed for the parameter; empty where that isn't known.
-  ustring typed(const kmf::VnId& id) const;
   data2::core::ValueData converted(const kmf::VnId& id) const;
   void checkFinite(const kmf::VnId& id, double number, const NumberRule& rule) const;
   units2::core::ExprString unitOf(const kmf::VnId& id, const kmf::VnId& unit) const;

@@ -12,6 +12,8 @@ namespace kinemo::physical {
 
 const char domain_name[] = "physical";
 const char mask_function[] = "physical.internal.generateMask";
+const char from_model[] = "model";
+const char from_block[] = "own";
 
 namespace {
 
@@ -26,11 +28,17 @@ kmf::VnIdPath1 type_path(std::string libraryName) {
 }
 
 PreparedParameter prepare(const Parameter& parameter) {
-  PreparedParameter prepared{parameter.name, parameter.form, {}, {}, parameter.choices, {}};
+  PreparedParameter prepared;
+  prepared.id = parameter.name;
+  prepared.form = parameter.form;
+  prepared.choices = parameter.choices;
+  prepared.value = wide(parameter.value);
   if (parameter.form != ParameterForm::expression) return prepared;
   prepared.unit = parameter.name + "_unit";
   prepared.conf = parameter.name + "_conf";
   prepared.rule = {units2::core::parse(parameter.unit), parameter.unlimited};
+  prepared.setting = parameter.setting;
+  if (!parameter.setting.empty()) prepared.from = parameter.name + "_from";
   return prepared;
 }
 

@@ -23,6 +23,10 @@ extern const char domain_name[];
 /// The scripting function that generates the masks of all kinds.
 extern const char mask_function[];
 
+/// Where the value of a number that can follow a setting comes from, as its partner says.
+extern const char from_model[];
+extern const char from_block[];
+
 /// What a block shows and what its component begins as: a leaf with all connectors and no parameters.
 struct Look {
   gl::gti::BlockDescriptor descriptor;
@@ -32,11 +36,14 @@ struct Look {
 /// A parameter with the identifiers of its partners.
 struct PreparedParameter {
   kmf::VnId id;
-  ParameterForm form;
+  ParameterForm form = ParameterForm::expression;
   kmf::VnId unit;  ///< partner of an expression
   kmf::VnId conf;  ///< partner of an expression
+  kmf::VnId from;  ///< partner of a number that can follow a setting; empty for others
   std::vector<std::string> choices;
-  NumberRule rule;  ///< of an expression
+  NumberRule rule;      ///< of an expression
+  std::string setting;  ///< that an expression can follow
+  ustring value;        ///< the default text
 };
 
 class PreparedKind {

@@ -1,6 +1,7 @@
 // Heat. Positive heat flows from port a to port b.
 
 #include "domains/physical/kinds.hpp"
+#include "domains/physical/model_settings.hpp"
 
 namespace kinemo::physical {
 
@@ -21,7 +22,7 @@ std::vector<BlockKind> thermal_kinds() {
        "Body that stores heat: Q = mass*c_p*dT/dt.",
        {left("a", T, "A")},
        {number("mass", "Mass", "1", "kg"), number("c_p", "Specific heat", "447", "J/(kg*K)"),
-        number("T_0", "Initial temperature", "300", "K")}},
+        from_setting(initial_temperature_setting, "T_0", "Initial temperature", "300.15", "K")}},
       {"conduction",
        "Conductive Heat Transfer",
        "Heat through a layer by Fourier's law: Q = k*area/thickness*(T_a - T_b).",
