@@ -1,0 +1,31 @@
+#include "formats/spice/source_names.hpp"
+
+namespace kinemo::formats::spice {
+
+std::vector<std::string> SourceNames::node_names(const gl::core::Graph&, const kmf::VnId&) const {
+  return {};
+}
+
+std::string SourceNames::definition_name(const std::string&) const {
+  return {};
+}
+
+/// Slashes that belong to names are doubled in paths, and paired from the end.
+std::string SourceNames::block_name(const std::string& object) const {
+  std::string reversed;
+  for (std::size_t at = object.size(); at > 0; --at) {
+    const char c = object[at - 1];
+    if (c == '/' && (at < 2 || object[at - 2] != '/')) {
+      break;
+    }
+    at -= c == '/' ? 1 : 0;
+    reversed += c;
+  }
+  return {reversed.rbegin(), reversed.rend()};
+}
+
+SourcePlace SourceNames::place(const std::string&) const {
+  return {};
+}
+
+}  // namespace kinemo::formats::spice

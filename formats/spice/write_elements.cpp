@@ -1,0 +1,215 @@
+#include "formats/spice/write_elements.hpp"
+
+#include <algorithm>
+
+#include "formats/spice/element_kinds.hpp"
+#include "formats/spice/write_spice_elements.hpp"
+#include "formats/spice/write_text.hpp"
+#include "formats/spice/write_values.hpp"
+#include "platform/foundation/strings.hpp"
+#include "platform/units/units.hpp"
+#include "views/graph_access.hpp"
+
+namespace kinemo::formats::spice {
+
+using gl::core::Component;
+
+// --- the lines of a level
+
+void LevelText::card(const std::string& text) {
+  lines += folded(text);
+}
+
+std::string LevelText::model(const std::string& name, const std::string& card_text) {
+  const auto [entry, is_new] = m_models.try_emplace({kmf::lower(name), card_text});
+  if (is_new) {
+    entry->second = m_model_names.make(legal_name(name));
+    card(".model " + entry->second + " " + card_text);
+  }
+  return entry->second;
+}
+
+// --- one component
+
+ElementWriter::ElementWriter(WriteContext& context, LevelText& level, const kmf::VnId& id, const Component& component)
+    : m_context(context), m_level(level), m_id(id), m_component(component) {}
+
+std::vector<std::string> ElementWriter::nodes() const {
+  std::vector<std::string> all;
+  for (const kmf::VnId& connector : m_component.connectorOrder()) {
+    all.push_back(m_level.names.node(m_id, connector));
+  }
+  return all;
+}
+
+std::string ElementWriter::new_node(const std::string& suffix) const {
+  return m_level.names.new_node(name() + "_" + suffix);
+}
+
+std::string ElementWriter::new_element(char letter, const std::string& suffix) const {
+  const bool leads = kmf::lower(name()).front() == letter;
+  return m_level.names.new_element((leads ? "" : std::string(1, letter)) + name() + "_" + suffix);
+}
+
+const ParameterVariant* ElementWriter::find(const char* parameter) const {
+  const auto found = m_component.parameters().find(parameter);
+  return found != m_component.parameters().end() ? &found->second.get(kmf::VnIdPathIterator()) : nullptr;
+}
+
+bool ElementWriter::has(const char* parameter) const {
+  return find(parameter) != nullptr;
+}
+
+bool ElementWriter::is_zero(const char* parameter) const {
+  const ParameterVariant* value = find(parameter);
+  const auto* number = value != nullptr ? boost::get<data2::core::Value>(value) : nullptr;
+  return number != nullptr && number->data().isScalar() && number->data().elements().front() == 0;
+}
+
+std::optional<WrittenExpression> ElementWriter::written(const char* parameter, const char* unit) const {
+  const ParameterVariant* value = find(parameter);
+  std::string reason = "it isn't there";
+  const ParameterNameLookup names = [this](const std::string& name, std::string& problem) {
+    return m_context.parameters.find(name, problem);
+  };
+  auto result = value != nullptr ? write_value(*value, units2::core::parse(unit), names, reason)
+                                 : std::optional<WrittenExpression>();
+  if (!result) {
+    problem("the parameter '" + std::string(parameter) + "' can't be written: " + reason);
+  }
+  return result;
+}
+
+std::string ElementWriter::value(const char* parameter, const char* unit) const {
+  const auto result = written(parameter, unit);
+  return result ? card_value(*result) : std::string();
+}
+
+std::string ElementWriter::operand(const char* parameter, const char* unit) const {
+  const auto result = written(parameter, unit);
+  return result ? "(" + result->text + ")" : std::string();
+}
+
+std::string ElementWriter::plain_text(const char* parameter) const {
+  const ParameterVariant* value = find(parameter);
+  const auto* text = value != nullptr ? boost::get<ustring>(value) : nullptr;
+  return text != nullptr ? kmf::ustring_to_utf8_string(*text) : std::string();
+}
+
+std::string ElementWriter::text(const char* parameter, const char* values) const {
+  const std::string plain = plain_text(parameter);
+  const ParameterVariant* row = find(values);
+  if (row == nullptr || plain.find('{') == std::string::npos) {
+    return plain;
+  }
+  std::string reason;
+  const ParameterNameLookup names = [this](const std::string& name, std::string& why) {
+    return m_context.parameters.find(name, why);
+  };
+  const auto written = write_row(*row, names, reason);
+  if (!written) {
+    problem("the parameter '" + std::string(values) + "' can't be written: " + reason);
+    return plain;
+  }
+  const auto filled = with_values(plain, *written);
+  if (!filled) {
+    problem("the parameter '" + std::string(parameter) + "' names a value that '" + values + "' doesn't have; it has " +
+            std::to_string(written->size()));
+  }
+  return filled.value_or(plain);
+}
+
+/// A node that the level doesn't have is one of the whole netlist, where the top has it.
+std::optional<std::string> ElementWriter::node_in_text(const std::string& name) const {
+  auto found = m_level.names.find_node(name);
+  if (found || names_ground(name) || m_context.top == nullptr || name.find('.') != std::string::npos) {
+    return found;
+  }
+  found = m_context.top->find_node(name);
+  if (found && *found != "0") {
+    m_context.global_nodes.insert(*found);
+  }
+  return found;
+}
+
+std::string ElementWriter::circuit_text(const char* parameter, const char* values) const {
+  return with_circuit_names(
+      text(parameter, values), [this](const std::string& name) { return node_in_text(name); },
+      [this](const std::string& name) { return m_level.names.find_element(name); });
+}
+
+std::string ElementWriter::elements() const {
+  const std::string names = plain_text("elements");
+  std::string result;
+  for (std::size_t at = 0; at < names.size();) {
+    const std::size_t end = std::min(names.find(' ', at), names.size());
+    const std::string name = names.substr(at, end - at);
+    if (!name.empty()) {
+      result += (result.empty() ? "" : " ") + m_level.names.find_element(name).value_or(name);
+    }
+    at = end + 1;
+  }
+  return result;
+}
+
+std::string ElementWriter::model() const {
+  const std::string name = plain_text("model");
+  const std::string card = text("model_card", "model_values");
+  if (!name.empty() && card.empty()) {
+    problem("the model '" + name + "' has no card; 'model_card' tells its type and parameters");
+  }
+  return name.empty() ? name : m_level.model(name, card);
+}
+
+void ElementWriter::card(std::initializer_list<std::string> words) const {
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() || word.empty() ? "" : " ") + word;
+  }
+  m_level.card(text);
+}
+
+void ElementWriter::problem(const std::string& text) const {
+  const std::string object = views::object_text(gl::core::GraphEntry(m_component));
+  m_context.diagnostics.error("spice:not_written", m_context.source.place(object), "block '" + object + "': " + text)
+      .notes.push_back({"in " + object, {}});
+}
+
+// --- all kinds
+
+namespace {
+
+const ElementKind* find_spice_kind(const Component& component) {
+  std::string block(component.type());
+  std::replace(block.begin(), block.end(), '.', '/');
+  const auto found = std::find_if(element_kinds.begin(), element_kinds.end(),
+                                  [&block](const ElementKind& kind) { return kind.block == block; });
+  return found != element_kinds.end() ? &*found : nullptr;
+}
+
+}  // namespace
+
+char element_letter(const Component& component) {
+  if (component.isSubgraph()) {
+    return 'x';
+  }
+  if (const ElementKind* kind = find_spice_kind(component)) {
+    return kind->letter;
+  }
+  const WrittenKind* kind = find_electrical_kind(std::string(component.type()));
+  return kind != nullptr ? kind->letter : '\0';
+}
+
+void write_element(WriteContext& context, LevelText& level, const kmf::VnId& id, const Component& component) {
+  const ElementWriter element(context, level, id, component);
+  if (const ElementKind* kind = find_spice_kind(component)) {
+    write_spice_element(element, *kind);
+  } else if (const WrittenKind* other = find_electrical_kind(element.type())) {
+    other->write(element);
+  } else if (!is_reference(component)) {
+    element.problem("the type " + element.type() +
+                    " has no counterpart in a netlist; written are physical/spice/..., " + electrical_kind_names());
+  }
+}
+
+}  // namespace kinemo::formats::spice

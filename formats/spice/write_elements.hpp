@@ -1,0 +1,107 @@
+// How components are written as elements of a netlist: which types have a counterpart there, and what it is.
+#pragma once
+
+#include <initializer_list>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "formats/diagnostics.hpp"
+#include "formats/spice/write_level.hpp"
+#include "formats/spice/write_parameters.hpp"
+
+namespace kinemo::formats::spice {
+
+/// The lines of one definition, and what is needed to write them. Lives while its level is written.
+struct LevelText {
+  explicit LevelText(LevelNames level_names) : names(std::move(level_names)) {}
+
+  /// Adds a card, in lines of bearable length.
+  void card(const std::string& text);
+  /// The name under which the definition has the model card; the card is added where it is new.
+  std::string model(const std::string& name, const std::string& card);
+
+  LevelNames names;
+  std::string lines;
+
+ private:
+  UniqueNames m_model_names;
+  std::map<std::pair<std::string, std::string>, std::string> m_models;
+};
+
+/// What is the same for all levels.
+struct WriteContext {
+  const WrittenParameters& parameters;
+  const SourceNames& source;
+  DiagnosticList& diagnostics;
+  const LevelNames* top = nullptr;     ///< null while the top is named
+  std::set<std::string> global_nodes;  ///< nodes of the top that texts of inner levels name
+};
+
+/// One component on its way into a netlist. What can't be said is reported and leaves the card incomplete.
+class ElementWriter {
+ public:
+  ElementWriter(WriteContext& context, LevelText& level, const kmf::VnId& id, const gl::core::Component& component);
+
+  std::string type() const { return std::string(m_component.type()); }
+  const std::string& name() const { return m_level.names.element(m_id); }
+  std::string node(const char* connector) const { return m_level.names.node(m_id, connector); }
+  /// All nodes in the order of the component's connectors.
+  std::vector<std::string> nodes() const;
+  std::string new_node(const std::string& suffix) const;
+  /// A further element of a group, of the letter.
+  std::string new_element(char letter, const std::string& suffix) const;
+
+  bool has(const char* parameter) const;
+  /// Whether the parameter is the number 0 and stays it.
+  bool is_zero(const char* parameter) const;
+  /// The value in the unit as a card has it.
+  std::string value(const char* parameter, const char* unit) const;
+  /// The value in the unit as an operand of an expression.
+  std::string operand(const char* parameter, const char* unit) const;
+  /// A text with values in place of the marks for them, which the parameter `values` holds where there is one.
+  std::string text(const char* parameter, const char* values) const;
+  /// The same in the terms of this level: nodes and elements have the names that they are written with.
+  std::string circuit_text(const char* parameter, const char* values) const;
+  /// Names of elements, separated by blanks.
+  std::string elements() const;
+  /// The name under which the level has the component's model card.
+  std::string model() const;
+  std::string model(const std::string& wanted, const std::string& card) const { return m_level.model(wanted, card); }
+
+  /// Adds a card of these words; empty ones are left out.
+  void card(std::initializer_list<std::string> words) const;
+  void problem(const std::string& text) const;
+
+ private:
+  const ParameterVariant* find(const char* parameter) const;
+  std::string plain_text(const char* parameter) const;
+  std::optional<WrittenExpression> written(const char* parameter, const char* unit) const;
+  std::optional<std::string> node_in_text(const std::string& name) const;
+
+  WriteContext& m_context;
+  LevelText& m_level;
+  const kmf::VnId& m_id;
+  const gl::core::Component& m_component;
+};
+
+/// The letter of the elements for components like this: that of calls for subgraphs; '\0' for those without an element
+/// that has their name.
+char element_letter(const gl::core::Component& component);
+
+/// Writes the component, which is no subgraph, or reports that it has no counterpart.
+void write_element(WriteContext& context, LevelText& level, const kmf::VnId& id, const gl::core::Component& component);
+
+/// A type with its way to be written.
+struct WrittenKind {
+  std::string_view type;
+  char letter;
+  void (*write)(const ElementWriter& element);
+};
+/// The row of an electrical type of the ordinary library; null for other types.
+const WrittenKind* find_electrical_kind(std::string_view type);
+/// Their names in the library, for messages.
+std::string electrical_kind_names();
+
+}  // namespace kinemo::formats::spice
