@@ -4,6 +4,7 @@
 #include "embedded/block_diagram/diagram_object.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -21,18 +22,11 @@ Diagram& diagramFrom(const cvArray_tag* array) {
   return object->diagram();
 }
 
-/// Real numbers, which a graph can hold.
-bool holdsNumbers(const cvArray_tag* value) {
+/// Real numbers, with a unit or without, which a graph can hold.
+bool holdsNumbers(const cvArray_tag* array) {
+  const scripting_runtime::Quantity quantity = scripting_runtime::quantity_of(array);
+  const cvArray_tag* value = quantity.numbers.array();
   return (cvIsNumeric(value) || cvIsLogical(value)) && !cvIsComplex(value) && !cvIsEmpty(value);
-}
-
-/// The value as it is without a unit, and as a "kinemo.Value" with one, so that the unit reaches the graph.
-cvUniquePtr valueWithUnit(cvUniquePtr value, const std::string& unit) {
-  if (unit.empty()) return value;
-  cvUniquePtr object(cvCreateObject("kinemo.Value"));
-  cvSetProperty(object.get(), 0, "value", value.release());
-  cvSetProperty(object.get(), 0, "unit", cvCreateString(unit));
-  return object;
 }
 
 struct Resolved {
@@ -46,9 +40,9 @@ Resolved resolve(const Diagram& diagram, const scripting_runtime::Workspace& wor
   for (const std::string& name : names) {
     const cvArray_tag* variable = workspace.get(name);
     if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram.name());
-    cvUniquePtr value = plainValue(variable);
+    cvUniquePtr value = parameterValue(variable);  // a "kinemo.Value" where there is a unit, which reaches the graph
     if (holdsNumbers(value.get())) {
-      resolved.map.emplace_back(name, valueWithUnit(std::move(value), unitOf(variable)));
+      resolved.map.emplace_back(name, std::move(value));
     } else {
       resolved.nonValue.push_back(kmf::utf8_string_to_ustring(name));
     }

@@ -101,9 +101,9 @@ cvUniquePtr MaskEvaluator::expression(const SharedText& text, const MaskFrame& f
   const std::string source = kmf::ustring_to_utf8_string(text.text());
   const expression::ParseResult parsed = expression::parse_cached(source);
   if (!parsed) expression::throw_parse_error(parsed.error);
-  // A parameter object is worth its number: what stands in a mask is the block's own value, in the block's own unit.
+  // A parameter object is worth its value; the unit goes along through all masks to whoever reads it.
   const cvUniquePtr result = scripting_runtime::evaluate(parsed.tree, frame.scope(), source);
-  cvUniquePtr value = lasting(block_diagram::plainValue(result.get()));
+  cvUniquePtr value = lasting(block_diagram::parameterValue(result.get()));
   if (expression::used_names(*parsed.tree, true).empty()) constants_[text.entry()] = {text, share(value)};
   return value;
 }

@@ -2,6 +2,8 @@
 
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
+#include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
@@ -180,6 +182,32 @@ TEST_F(MasksTest, VariablesAreSeenThroughTheWorkspaceObject) {
   EXPECT_TRUE(cvIsA(cvGetField(variables.get(), 1, "Value"), "Gantrel.Parameter"));
   EXPECT_EQ(errorOf([&] { diagram.setVariable("1x", u"1", "", false); }),
             "kinemo:host:diagram:InvalidVariable(1x, model)");
+}
+
+TEST_F(MasksTest, VariablesKeepTheirUnits) {
+  Diagram& diagram = newDiagram();
+  const auto shown = [&](const char* name) {
+    return embedded::scripting_runtime::display_text(diagram.workspace().get(name));
+  };
+  const auto unit = [&](const char* name) { return embedded::block_diagram::unitOf(diagram.workspace().get(name)); };
+  diagram.setVariable("R", u"[1 2]", "kOhm", true);
+  diagram.setVariable("same", u"R", "", true);
+  diagram.setVariable("told", u"R", "Ohm", false);
+  diagram.setVariable("made", u"R(1)*kinemo.Value(1, 'uF')", "ms", true);
+  diagram.setVariable("bare", u"2*R(2)", "", false);
+  EXPECT_EQ(shown("R"), "   1   2 kOhm");
+  EXPECT_EQ(shown("same"), "   1   2 kOhm");
+  EXPECT_EQ(unit("same"), "kOhm");
+  EXPECT_EQ(shown("told"), "   1000   2000 Ohm");
+  EXPECT_EQ(shown("made"), "1 ms");
+  EXPECT_EQ(shown("bare"), "4 kOhm");
+  diagram.setVariable("text", u"'abc'", "", true);
+  EXPECT_EQ(shown("text"), "abc");
+  EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"R", "F", true); }),
+            "kinemo:scripting:runtime:UnitsDiffer(unit, F, kOhm)");
+  EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"1", "quark", true); }), "kinemo:units:core:InvalidUnit(quark)");
+  EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"'abc'", "V", true); }),
+            "kinemo:scripting:runtime:NotNumeric(char)");
 }
 
 TEST_F(MasksTest, RuntimeParametersResolveToValuesWithUnits) {

@@ -1,5 +1,6 @@
 #include "embedded/compile_layer/compile.hpp"
 
+#include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "host_fixture.hpp"
@@ -97,6 +98,17 @@ class CompileTest : public HostTest {
     return result;
   }
 
+  /// Values of a mask by name with their units: "5 kOhm".
+  static std::map<std::string, std::string> quantities(const GTBlock& block) {
+    const cvUniquePtr variables = getParam(block, "MaskWSVariables");
+    std::map<std::string, std::string> result;
+    for (std::size_t i = 0; i < cvGetNumberOfElements(variables.get()); ++i) {
+      result[text(cvUniquePtr(cvCreateSharedCopy(cvGetField(variables.get(), i, "Name"))))] =
+          embedded::scripting_runtime::display_text(cvGetField(variables.get(), i, "Value"));
+    }
+    return result;
+  }
+
   /// The errors below "ParameterErrors", each as "object: id(arguments)".
   template <class Action>
   static std::vector<std::string> causesOf(Action action) {
@@ -142,16 +154,32 @@ TEST_F(CompileTest, MaskParametersAreEvaluatedInWhatEnclosesThem) {
   EXPECT_EQ(values(outer).at("R"), 30) << "a new compile sees new values";
 }
 
-TEST_F(CompileTest, ParametersWithAUnitComeAsTheirNumbers) {
-  diagram->setVariable("R0", u"100", "Ohm", true);
-  GTBlock& outer = masked(diagram->root(), u"outer", {{"R", u"R0"}, {"D", u"2*R0"}});
-  GTBlock& leaf = contents(outer)->addBlock(u"leaf", "test/masked");
-  setParameter(leaf, "R", u"R");
+/// The unit of a variable goes through any number of masks; each computes in the unit that its names bring.
+TEST_F(CompileTest, UnitsGoThroughMasks) {
+  diagram->setVariable("R0", u"1", "kOhm", true);
+  diagram->setVariable("C0", u"[1 2]", "uF", false);
+  GTBlock& outer = masked(diagram->root(), u"outer", {{"R", u"R0"}, {"tau", u"R0*C0(2)"}, {"n", u"3"}});
+  GTBlock& middle = masked(*contents(outer), u"middle", {{"R", u"n*R + kinemo.Value(500, 'Ohm')"}, {"f", u"1/tau"}});
+  GTBlock& inner = masked(*contents(middle), u"inner", {{"R", u"kinemo.Value(R, 'Ohm')"}, {"ratio", u"R/R"}});
+  GTBlock& leaf = contents(inner)->addBlock(u"leaf", "test/masked");
+  setParameter(leaf, "R", u"R - ratio*kinemo.Value(1, 'kOhm')");
   evaluateParameters(*diagram);
+  EXPECT_EQ(quantities(outer), (std::map<std::string, std::string>{{"R", "1 kOhm"}, {"tau", "2 kOhm*uF"}, {"n", "3"}}));
+  EXPECT_EQ(quantities(middle), (std::map<std::string, std::string>{{"R", "3.5 kOhm"}, {"f", "0.5 1/(kOhm*uF)"}}));
+  EXPECT_EQ(quantities(inner), (std::map<std::string, std::string>{{"R", "3500 Ohm"}, {"ratio", "1 1"}}));
+  EXPECT_EQ(quantities(leaf).at("R"), "2500 Ohm");
   const cvUniquePtr variables = getParam(leaf, "MaskWSVariables");
-  EXPECT_EQ(cvGetClassID(cvGetField(variables.get(), 0, "Value")), cvDOUBLE_CLASS);
-  EXPECT_EQ(values(leaf).at("R"), 100);
-  EXPECT_EQ(values(outer).at("D"), 200);
+  EXPECT_TRUE(cvIsA(cvGetField(variables.get(), 0, "Value"), "kinemo.Value"));
+}
+
+TEST_F(CompileTest, UnitsThatDontFitAreAnErrorOfTheParameter) {
+  diagram->setVariable("R0", u"1", "kOhm", true);
+  diagram->setVariable("C0", u"1", "uF", false);
+  GTBlock& outer = masked(diagram->root(), u"outer", {{"R", u"R0 + C0"}, {"e", u"exp(R0)"}, {"fine", u"R0 > 5"}});
+  EXPECT_EQ(causesOf([&] { evaluateParameters(*diagram); }),
+            (std::vector<std::string>{"model/outer: ParameterError(model/outer, R, R0 + C0)",
+                                      "model/outer: ParameterError(model/outer, e, exp(R0))"}));
+  EXPECT_EQ(quantities(outer), (std::map<std::string, std::string>{{"fine", "0"}}));
 }
 
 TEST_F(CompileTest, EqualConstantsShareOneValue) {

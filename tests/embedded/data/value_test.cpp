@@ -92,6 +92,15 @@ TEST_F(ArrayConverter, ObjectsOfTheValueClassCarryAUnit) {
   const auto object = value_object(cvCreateDoubleScalar(4.7), cvCreateString("kOhm"));
   ASSERT_TRUE(convert.canConvert(object.get()));
   EXPECT_TRUE(convert(object.get()).data() == ValueData(4.7, unit("kOhm")));
+  const double numbers[] = {1, 2, 3, 4, 5, 6};
+  const auto matrix = value_object(cvCreateDoubleMatrix(2, 3, numbers), cvCreateString("m/s"));
+  EXPECT_TRUE(convert(matrix.get()).data() == ValueData({2, 3}, {1, 2, 3, 4, 5, 6}, unit("m/s")));
+  const auto made = value_object(
+      cvCreateDoubleScalar(2),
+      cvCreateString(
+          units2::core::ExprString(units2::core::product(units2::core::parse("kOhm"), units2::core::parse("uF")))
+              .text()));
+  EXPECT_TRUE(convert(made.get()).data() == ValueData(2, unit("kOhm*uF")));
   const auto withoutUnit = value_object(cvCreateDoubleScalar(4.7), cvCreateString(""));
   EXPECT_TRUE(convert(withoutUnit.get()).data() == ValueData(4.7));
 }
