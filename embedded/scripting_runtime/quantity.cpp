@@ -40,11 +40,10 @@ Quantity unwrapped(const cvArray_tag* array, int levels) {
 /// Real and imaginary parts by themselves; the offset of a unit belongs to the real part.
 Numbers convert_each(Numbers numbers, const Unit& from, const Unit& to) {
   const double zero = core::convert(0, from, to);
-  const double factor = core::convert(1, from, to);
-  if (zero == 0 && factor == 1) return numbers;
+  if (zero == 0 && core::convert(1, from, to) == 1) return numbers;
   if (numbers.class_id != cvSINGLE_CLASS) numbers.class_id = cvDOUBLE_CLASS;
-  for (double& part : numbers.re) part = zero == 0 ? part * factor : core::convert(part, from, to);
-  for (double& part : numbers.im) part = zero == 0 ? part * factor : core::convert(part, from, to) - zero;
+  for (double& part : numbers.re) part = core::convert(part, from, to);
+  for (double& part : numbers.im) part = core::convert(part, from, to) - zero;
   return numbers;
 }
 

@@ -4,6 +4,10 @@
 
 #include <udunits2.h>
 
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
 namespace units2::core::detail {
 
 namespace {
@@ -79,6 +83,39 @@ class Converter final : public UnitConverter {
   std::unique_ptr<cv_converter, FreeConverter> converter_;
 };
 
+/// Conversion by a factor that is a short decimal number, or whose reciprocal is one. Factors are quotients of rounded
+/// numbers in the library, so that 2 uF would be 1999.9999999999998 nF.
+class DecimalConverter final : public UnitConverter {
+ public:
+  DecimalConverter(double factor, double divisor) : factor_(factor), divisor_(divisor) {}
+  double operator()(double value) const override { return value * factor_ / divisor_; }
+
+ private:
+  double factor_;
+  double divisor_;
+};
+
+/// The decimal number of few digits that differs from `number` by rounding alone; 0 when there is none.
+double short_decimal(double number) {
+  constexpr int digits = 10;
+  constexpr double rounding = 1e-15;
+  char text[32];
+  std::snprintf(text, sizeof text, "%.*g", digits, number);
+  const double decimal = std::strtod(text, nullptr);
+  return std::abs(decimal - number) <= rounding * std::abs(number) ? decimal : 0;
+}
+
+/// Null when the conversion isn't one by such a factor.
+std::unique_ptr<const UnitConverter> decimal_converter(const UnitConverter& convert) {
+  const double factor = convert(1);
+  if (convert(0) != 0 || convert(-1) != -factor || !std::isnormal(factor)) return nullptr;
+  const double multiple = std::abs(factor) < 1 ? 0 : short_decimal(factor);
+  if (multiple != 0) return std::make_unique<DecimalConverter>(multiple, 1);
+  const double divisor = short_decimal(1 / factor);
+  if (divisor != 0) return std::make_unique<DecimalConverter>(1, divisor);
+  return nullptr;
+}
+
 /// A spelling that the library lacks, or that it reads as a prefix with some other unit: "mph" as milliphot.
 struct Spelling {
   const char* symbol;
@@ -129,7 +166,9 @@ std::unique_ptr<const UnitConverter> find_converter(const DatabaseUnit& from, co
   cv_converter* converter =
       ut_get_converter(static_cast<const Unit&>(from).unit.get(), static_cast<const Unit&>(to).unit.get());
   if (converter == nullptr) return nullptr;
-  return std::make_unique<Converter>(converter);
+  auto result = std::make_unique<Converter>(converter);
+  if (auto decimal = decimal_converter(*result)) return decimal;
+  return result;
 }
 
 }  // namespace units2::core::detail

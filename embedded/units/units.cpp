@@ -66,10 +66,12 @@ class UnitTable {
 
   /// Null when the units aren't commensurable.
   const detail::UnitConverter* converter(std::size_t from, std::size_t to) {
-    const auto found = converters_.find({from, to});
-    if (found != converters_.end()) return found->second.get();
-    auto made = detail::find_converter(unit(from), unit(to));
-    return converters_.emplace(std::make_pair(from, to), std::move(made)).first->second.get();
+    const auto pair = std::make_pair(from, to);
+    if (pair == last_pair_) return last_converter_;  // arrays are converted one number at a time
+    auto found = converters_.find(pair);
+    if (found == converters_.end()) found = converters_.emplace(pair, find_converter(from, to)).first;
+    last_pair_ = pair;
+    return last_converter_ = found->second.get();
   }
 
   const detail::DatabaseUnit& unit(std::size_t number) {
@@ -77,10 +79,16 @@ class UnitTable {
   }
 
  private:
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
   struct Row {
     std::string text;
     std::unique_ptr<const detail::DatabaseUnit> unit;
   };
+
+  std::unique_ptr<const detail::UnitConverter> find_converter(std::size_t from, std::size_t to) {
+    return detail::find_converter(unit(from), unit(to));
+  }
 
   UnitTable() {
     rows_.push_back({});
@@ -92,6 +100,8 @@ class UnitTable {
   std::deque<Row> rows_;
   std::unordered_map<std::string, std::size_t> numbers_;
   std::map<std::pair<std::size_t, std::size_t>, std::unique_ptr<const detail::UnitConverter>> converters_;
+  std::pair<std::size_t, std::size_t> last_pair_{none, none};
+  const detail::UnitConverter* last_converter_ = nullptr;
 };
 
 }  // namespace
