@@ -1,55 +1,13 @@
 // Compiles that keep run-time parameters: what the expressions in the graph mean.
 
 #include "embedded/block_diagram/host_functions.hpp"
-#include "platform/block_diagram/mask.hpp"
 #include "platform/data/data.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
+#include "tests/domains/physical/expressions.hpp"
 #include "tests/domains/physical/physical_fixture.hpp"
-
-#include <boost/make_shared.hpp>
-
-#include <sstream>
 
 namespace kinemo::physical::test {
 namespace {
-
-std::string plain(const data2::core::Expr& expression) {
-  std::ostringstream text;
-  data2::core::out(text, 0, 0, data2::core::without_unit(expression));
-  return text.str();
-}
-
-/// Names visible at a level of the graph, with their numbers.
-using Names = std::map<std::string, double>;
-
-double evaluated(const data2::core::Expr& expression, const Names& names) {
-  kmf::CvCleaner cleaner;
-  std::string formal;
-  for (const auto& name : names) formal += (formal.empty() ? "" : ",") + name.first;
-  cvArray_tag* text[] = {cleaner.createString(std::string("base")),
-                         cleaner.createString("@(" + formal + ")" + plain(expression))};
-  cvArray_tag* function = nullptr;
-  kmf::call_internal_corvane(1, &function, 2, text, "evalin");
-  std::vector<cvArray_tag*> inputs{cleaner.addCvArray(function)};
-  for (const auto& name : names) inputs.push_back(cleaner.createScalarDouble(name.second));
-  cvArray_tag* result = nullptr;
-  kmf::call_internal_corvane(1, &result, static_cast<int>(inputs.size()), inputs.data(), "feval");
-  return cvGetScalar(cleaner.addCvArray(result));
-}
-
-double valueOf(const ParameterVariant& value, const Names& names) {
-  if (const auto* expression = boost::get<data2::core::Expr>(&value)) return evaluated(*expression, names);
-  return boost::get<data2::core::Value>(value).data().elements().at(0);
-}
-
-GTMaskParameter maskParameter(const char* name, const ustring& text) {
-  GTMaskParameter parameter;
-  parameter.name = name;
-  parameter.value = text;
-  parameter.type = GTPrmDesc::EDIT;
-  return parameter;
-}
 
 /// x at the top; Outer with k = 2*x; in it Inner with j = k+1 and the unused u = x; in that the resistor R of j*10+x
 /// kOhm.
@@ -66,13 +24,6 @@ class RuntimeParameters : public PhysicalTest {
     bd::setParameter(resistor, "R_conf", u"runtime");
     bd::contents(inner)->addBlock(u"Fixed", "physical/resistor");
     bd::setParameter(*diagram->findBlock(u"Outer/Inner/Fixed"), "R", u"j");
-  }
-  static GTBlock& masked(bd::System& system, const ustring& name, const std::vector<GTMaskParameter>& parameters) {
-    GTBlock& block = system.addSubsystem(name);
-    auto mask = boost::make_shared<GTMaskDefinition>();
-    mask->parameters = parameters;
-    MaskInterface::setMask(&block, mask);
-    return block;
   }
   gl::core::Model compiled(const ustring& x, const ustring& setting) {
     diagram->setVariable("x", x, "", true);
