@@ -91,12 +91,12 @@ TEST(Units, DecimalFactorsRoundOnceAtMost) {
     const char* from;
     const char* to;
     double expected;
-  } table[] = {{2, "uF", "nF", 2000},     {4.7, "kOhm", "Ohm", 4700}, {220, "nF", "uF", 0.22},
-               {3, "mA", "A", 0.003},     {1e6, "Ohm", "MOhm", 1},    {4.7, "nH", "H", 4.7e-9},
-               {4.7, "pF", "F", 4.7e-12}, {0.7, "%", "1", 0.007},     {1.1, "kOhm*uF", "ms", 1.1},
-               {12.5, "mm", "m", 0.0125}, {1, "inch", "mm", 25.4},    {25.4, "mm", "inch", 1},
-               {72, "km/h", "m/s", 20},   {-3, "kV", "V", -3000},     {0, "kV", "V", 0},
-               {1, "kWh", "J", 3.6e6},    {33e-6, "F", "uF", 33},     {1e30, "fF", "F", 1e15}};
+  } table[] = {{2, "uF", "nF", 2000},        {4.7, "kOhm", "Ohm", 4700}, {220, "nF", "uF", 0.22},
+               {3, "mA", "A", 0.003},        {1e6, "Ohm", "MOhm", 1},    {4.7, "nH", "H", 4.7e-9},
+               {4.7, "pF", "F", 4.7 / 1e12}, {0.7, "%", "1", 0.7 / 100}, {1.1, "kOhm*uF", "ms", 1.1},
+               {12.5, "mm", "m", 0.0125},    {1, "inch", "mm", 25.4},    {25.4, "mm", "inch", 1},
+               {72, "km/h", "m/s", 20},      {-3, "kV", "V", -3000},     {0, "kV", "V", 0},
+               {1, "kWh", "J", 3.6e6},       {33e-6, "F", "uF", 33},     {1e30, "fF", "F", 1e15}};
   for (const auto& row : table) {
     EXPECT_EQ(convert(row.value, parse(row.from), parse(row.to)), row.expected) << row.value << row.from;
   }
