@@ -79,7 +79,7 @@ ValueData told_in(const ValueData& value, const units2::core::ExprString& unit) 
 }
 
 ValueScope::ValueScope(const gl::core::RuntimeParameterInfo& top) {
-  for (const kmf::VnId& id : top.runtimeParameters()) workspace_.set(id, numbers_of(top.value(id)));
+  for (const kmf::VnId& id : top.runtimeParameters()) workspace_.set(id, array_of(top.value(id)));
 }
 
 void ValueScope::enter(const gl::core::Component& subgraph) {

@@ -18,8 +18,7 @@ data2::core::ValueData told_in(const data2::core::ValueData& value, const units2
 
 class ValueScope {
  public:
-  /// Run-time parameters count as plain numbers in their declared units, as the host has it when it evaluates masks:
-  /// what is computed from them is in the unit of the parameter that it is computed for.
+  /// Run-time parameters bring their units along, as the variables of a model's workspace do.
   explicit ValueScope(const gl::core::RuntimeParameterInfo& top);
   ValueScope(const ValueScope&) = delete;
   ValueScope& operator=(const ValueScope&) = delete;

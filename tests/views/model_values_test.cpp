@@ -79,18 +79,18 @@ TEST_F(ModelValuesTest, UnitsAreBoundToNumbersAndConvertValuesThatHaveOne) {
                                                        units2::core::ExprString(unit(told))));
   };
   EXPECT_EQ(value(number(2, "V")), "2.000000 V");
-  EXPECT_EQ(value(expression("2*x")), "6.000000 ");
-  EXPECT_EQ(value(bound("2*x", "cm")), "6.000000 cm") << "a run-time parameter counts as its plain number";
+  EXPECT_EQ(value(expression("2*x")), "6.000000 mm") << "variables bring their units along";
+  EXPECT_EQ(value(bound("2*x", "cm")), "0.600000 cm");
   EXPECT_EQ(value(bound("[v 3]", "N")), "1.000000,2.000000,3.000000 N");
-  EXPECT_EQ(value(bound("kinemo.Value(x, 'm')", "cm")), "300.000000 cm");
+  EXPECT_EQ(value(bound("kinemo.Value(x, 'm')", "cm")), "0.300000 cm");
   EXPECT_THAT(error_of([&] { value(bound("kinemo.Value(x, 'm')", "s")); }), HasSubstr("ParameterNotEvaluated(m/B, m"));
 }
 
 TEST_F(ModelValuesTest, ChangesAreToldInTheDeclaredUnit) {
   const auto changed = [](const ValueData& to) { return value(expression("x"), {{"x", to}}); };
-  EXPECT_EQ(changed(5), "5.000000 ");
-  EXPECT_EQ(changed(ValueData(5, unit("mm"))), "5.000000 ");
-  EXPECT_EQ(changed(ValueData(5, unit("m"))), "5000.000000 ");
+  EXPECT_EQ(changed(5), "5.000000 mm");
+  EXPECT_EQ(changed(ValueData(5, unit("mm"))), "5.000000 mm");
+  EXPECT_EQ(changed(ValueData(5, unit("m"))), "5000.000000 mm");
   EXPECT_EQ(error_of([&] { changed(ValueData(5, unit("V"))); }), "kinemo:views:values:UnitsDiffer(x, V, mm)");
   EXPECT_EQ(error_of([&] {
               value(expression("v"), {{"v", ValueData(5, unit("V"))}});
@@ -115,26 +115,26 @@ TEST_F(ModelValuesTest, NamesMeanTheInnermostParameter) {
                                  {{"k", Parameter(expression("10*x"))}, {"x", Parameter(expression("2*x"))}});
   const Component outer = around(inner, {{"x", Parameter(expression("x + 1"))}});
   ModelValues values(model_of(outer));
-  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 ");
-  EXPECT_EQ(shown(values.value("B.B", "k")), "40.000000 ");
-  EXPECT_EQ(shown(values.value("B", "x")), "4.000000 ");
-  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 ");
+  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 mm");
+  EXPECT_EQ(shown(values.value("B.B", "k")), "40.000000 mm");
+  EXPECT_EQ(shown(values.value("B", "x")), "4.000000 mm");
+  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 mm");
   EXPECT_EQ(error_of([&] { values.value("B.none.B", "m"); }), "kinemo:graph:core:EntryNameNotFound(B.none.B)");
   EXPECT_EQ(error_of([&] { values.value("B.B.B.B", "m"); }), "kinemo:graph:core:EntryTypeMismatch(B.B.B.B)");
   EXPECT_EQ(error_of([&] { values.value("", "m"); }), "kinemo:graph:core:EntryTypeMismatch()");
   EXPECT_EQ(error_of([&] { values.value("B.B.B", "n"); }), "kinemo:graph:core:EntryNameNotFound(n)");
-  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 ") << "after errors";
+  EXPECT_EQ(shown(values.value("B.B.B", "m")), "49.000000 mm") << "after errors";
 }
 
 TEST_F(ModelValuesTest, ErrorsNameBlockAndParameter) {
   EXPECT_EQ(error_of([] { value(ustring(u"text")); }), "kinemo:views:values:ParameterIsText(m/B, m)");
-  ModelValues values(model_of(around(leaf(expression("x + c")), {{"k", Parameter(expression("sqrt(-x)"))}})));
+  ModelValues values(model_of(around(leaf(expression("x + c")), {{"k", Parameter(expression("sqrt(-speed)"))}})));
   try {
     values.evaluated();
     FAIL() << "complex numbers have no place in a model";
   } catch (const kmf::Exception& error) {
     const kmf::ErrorData data = error.data();
-    EXPECT_EQ(data.arguments, (std::vector<std::string>{"m/S", "k", "sqrt(-x)"}));
+    EXPECT_EQ(data.arguments, (std::vector<std::string>{"m/S", "k", "sqrt(-speed)"}));
     EXPECT_EQ(data.objects, std::vector<std::string>{"m/S"});
     EXPECT_EQ(data.causes.at(0).id, "CannotConvert");
   }
@@ -173,13 +173,13 @@ TEST_F(ModelValuesTest, EvaluatedGraphsKeepAllElse) {
   EXPECT_EQ(made.connectorOrder(), whole.connectorOrder());
   EXPECT_EQ(made.mapExported("N1"), kmf::VnId("c2"));
   EXPECT_EQ(boost::get<ustring>(made.tag("note")), u"kept");
-  EXPECT_TRUE(made.parameters().at("k").get({}) == number(6));
+  EXPECT_TRUE(made.parameters().at("k").get({}) == number(6, "mm"));
   EXPECT_EQ(ModelValues(gl::core::Model(evaluated, {})).evaluated(), evaluated);
   values.visit([&](const Component& component, const kmf::VnId& parameter, const ParameterVariant& value) {
     told.push_back((component.isSubgraph() ? "subgraph " : "leaf ") + std::string(parameter) + " " +
                    shown(boost::get<data2::core::Value>(value)));
   });
-  EXPECT_EQ(told, (std::vector<std::string>{"subgraph k 6.000000 ", "leaf m 6.000000 "}));
+  EXPECT_EQ(told, (std::vector<std::string>{"subgraph k 6.000000 mm", "leaf m 6.000000 mm"}));
 }
 
 TEST_F(ModelValuesTest, DepthDoesNotMatter) {
@@ -192,7 +192,7 @@ TEST_F(ModelValuesTest, DepthDoesNotMatter) {
   values.visit([&](const Component& component, const kmf::VnId&, const ParameterVariant& value) {
     if (!component.isSubgraph()) last = shown(boost::get<data2::core::Value>(value));
   });
-  EXPECT_EQ(last, std::to_string(5.0 + levels - 1) + " ");
+  EXPECT_EQ(last, std::to_string(5.0 + levels - 1) + " mm");
   EXPECT_EQ(values.evaluated().components().size(), 1u);
 }
 
