@@ -20,10 +20,16 @@ struct Port {
 };
 
 enum class ParameterForm {
-  expression,  ///< evaluated to numbers; has the partners NAME_unit and NAME_conf
+  expression,  ///< evaluated to a number; has the partners NAME_unit and NAME_conf
+  row,         ///< evaluated to any count of numbers, as `expression`; without numbers, the component has none of it
   text,        ///< taken as it stands
   choice,      ///< one text of a list
 };
+
+/// Whether parameters of the form are numbers.
+constexpr bool is_numeric(ParameterForm form) {
+  return form == ParameterForm::expression || form == ParameterForm::row;
+}
 
 /// One parameter of a kind.
 struct Parameter {
@@ -78,6 +84,11 @@ inline Parameter limit(const char* name, const char* prompt, const char* value, 
   Parameter parameter = number(name, prompt, value, unit);
   parameter.unlimited = true;
   return parameter;
+}
+
+/// Numbers without a unit; none by default.
+inline Parameter row(const char* name, const char* prompt) {
+  return {name, prompt, "[]", "1", ParameterForm::row};
 }
 
 /// A number that is the model's setting until a block says that it has its own.

@@ -51,11 +51,16 @@ data2::core::Expr with_declared_unit(const data2::core::Expr& expression, const 
   return data2::core::UnitBindExpr(expression, declared);
 }
 
-gl::core::Parameter read(const ParameterReader& reader, const PreparedParameter& parameter) {
+/// Nothing for a row without numbers.
+boost::optional<gl::core::Parameter> read(const ParameterReader& reader, const PreparedParameter& parameter) {
   switch (parameter.form) {
     case ParameterForm::expression:
       is_tunable(reader, parameter.conf);
       return reader.number(parameter.id, parameter.unit, parameter.rule);
+    case ParameterForm::row:
+      is_tunable(reader, parameter.conf);
+      if (reader.isEmpty(parameter.id)) return boost::none;
+      return reader.numbers(parameter.id, parameter.unit);
     case ParameterForm::choice:
       return text_parameter(reader.choice(parameter.id, parameter.choices));
     case ParameterForm::text:
@@ -100,8 +105,8 @@ gl::core::Component KindBlock::component(gl::gti::CoreBlockFacade& block, const 
     if (follows_setting(reader, parameter)) {
       following_.push_back(parameter.id);
       component.addParameter(parameter.id, read_setting(reader, parameter, block.handle()));
-    } else {
-      component.addParameter(parameter.id, read(reader, parameter));
+    } else if (const auto own = read(reader, parameter)) {
+      component.addParameter(parameter.id, *own);
     }
   }
   return component;

@@ -12,6 +12,7 @@ namespace {
 GTPrmDesc::Type type_of(ParameterForm form) {
   switch (form) {
     case ParameterForm::expression:
+    case ParameterForm::row:
       return GTPrmDesc::EDIT;
     case ParameterForm::text:
       return GTPrmDesc::STRING;
@@ -50,7 +51,7 @@ boost::shared_ptr<const GTMaskDefinition> make_mask_definition(const BlockKind& 
   mask->description = kind.text;
   for (const Parameter& parameter : kind.parameters) {
     mask->parameters.push_back(row(parameter));
-    if (parameter.form != ParameterForm::expression) continue;
+    if (!is_numeric(parameter.form)) continue;
     mask->parameters.push_back(row(unit_partner(parameter)));
     mask->parameters.push_back(row(conf_partner(parameter)));
     if (!parameter.setting.empty()) mask->parameters.push_back(row(from_partner(parameter)));

@@ -27,6 +27,8 @@ class ParameterReader {
   bool has(const kmf::VnId& id) const { return find(id) != nullptr; }
   /// What the user typed for the parameter; empty where that isn't known.
   ustring typed(const kmf::VnId& id) const;
+  /// Whether the parameter has no elements. @throws "MissingParameter" (block, id)
+  bool isEmpty(const kmf::VnId& id) const { return cvIsEmpty(array(id)); }
   /// The number of a parameter that a kind declares: a single one, told in the unit that the parameter `unit` names, or
   /// in the declared unit where that is empty. A value that brings a unit of its own is converted; one without is taken
   /// to be told in that unit.

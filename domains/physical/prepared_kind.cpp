@@ -33,7 +33,7 @@ PreparedParameter prepare(const Parameter& parameter) {
   prepared.form = parameter.form;
   prepared.choices = parameter.choices;
   prepared.value = wide(parameter.value);
-  if (parameter.form != ParameterForm::expression) return prepared;
+  if (!is_numeric(parameter.form)) return prepared;
   prepared.unit = parameter.name + "_unit";
   prepared.conf = parameter.name + "_conf";
   prepared.rule = {units2::core::parse(parameter.unit), parameter.unlimited};

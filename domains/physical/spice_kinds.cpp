@@ -1,5 +1,6 @@
 // The elements of netlists. Ports are named n1, n2, ... in the order of the nodes on the element's card; parameters
-// keep what the card says: `value` as an expression, the rest as texts.
+// keep what the card says: `value` as an expression, the rest as texts. In `text` and `model_card`, `{k}` stands for
+// element k of the row `text_values` or `model_values`, counted from 1.
 
 #include "domains/physical/kinds.hpp"
 
@@ -128,12 +129,25 @@ std::vector<BlockKind> semiconductor_kinds() {
   };
 }
 
+/// Behind each text of a card, the numbers that its marks stand for.
+void add_rows(BlockKind& kind) {
+  std::vector<Parameter> parameters;
+  for (Parameter& parameter : kind.parameters) {
+    const std::string name = parameter.name;
+    parameters.push_back(std::move(parameter));
+    if (name == "model_card") parameters.push_back(row("model_values", "Numbers in the model card"));
+    if (name == "text") parameters.push_back(row("text_values", "Numbers in the rest of the card"));
+  }
+  kind.parameters = std::move(parameters);
+}
+
 }  // namespace
 
 std::vector<BlockKind> spice_kinds() {
   std::vector<BlockKind> kinds = passive_kinds();
   for (BlockKind& kind : source_kinds()) kinds.push_back(std::move(kind));
   for (BlockKind& kind : semiconductor_kinds()) kinds.push_back(std::move(kind));
+  for (BlockKind& kind : kinds) add_rows(kind);
   return kinds;
 }
 

@@ -6,9 +6,11 @@
 //   value       expression: the value of a passive part, the DC value of a source, the gain of a linear controlled
 //               source, the area of a junction; "0" where the card gives none
 //   model       text: name of the .model card as the netlist has it
-//   model_card  text: what that card says behind its name, its type first, with expressions put in as numbers
+//   model_card  text: what that card says behind its name, its type first
 //   elements    text: names, separated by blanks, of the controlling sources or of the coupled inductors
 //   text        text: the rest of the card as it stands (waveform, expression, further parameters)
+// Beside `text` and `model_card` stand the rows `text_values` and `model_values`, which the table leaves out: {k} in the
+// text is element k of its row, counted from 1. No other braces in it hold digits alone.
 #pragma once
 
 #include <array>
