@@ -5,8 +5,8 @@
 #include <string>
 
 #include "formats/spice/expansion.hpp"
-#include "formats/spice/host_names.hpp"
 #include "formats/spice/inner_nodes.hpp"
+#include "formats/spice/live_text.hpp"
 #include "formats/spice/netlist_reader.hpp"
 #include "formats/spice/text_file.hpp"
 
@@ -19,8 +19,10 @@ class Visitor : public spice::ExpansionVisitor {
  public:
   bool begin(const spice::Instance&, const spice::ParameterScopes&) override { return ++m_instances < 1'000; }
   void element(const spice::Element& element, const spice::ParameterScopes& scopes) override {
-    m_size += spice::text_of(element.text, scopes).size();
-    m_size += element.value == nullptr ? 0 : spice::host_expression(*element.value).size();
+    const std::size_t here = scopes.depth() - 1;
+    m_size += spice::live_text(element.text, scopes, here, here).text.size();
+    m_size += element.model == nullptr ? 0 : spice::live_text(element.model->card, scopes, 0, here).text.size();
+    m_size += element.value == nullptr ? 0 : spice::LiveExpressions(scopes, here, here).tell(*element.value).steps().size();
   }
   void end(const spice::Instance&) override {}
 

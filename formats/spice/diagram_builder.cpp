@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "formats/spice/element_parameters.hpp"
 #include "formats/spice/expansion.hpp"
 #include "formats/spice/host_names.hpp"
 #include "formats/spice/inner_nodes.hpp"
@@ -57,13 +58,17 @@ struct Level {
   const Definition* definition = nullptr;
   LevelNets nets;
   std::unordered_map<const Call*, std::vector<ExtraNode>> extra_nodes;  ///< of the calls on this level
-  std::unordered_map<const Model*, ustring> model_cards;                ///< of the definition's own models
 };
 
 class DiagramBuilder : public ExpansionVisitor {
  public:
-  DiagramBuilder(Netlist& netlist, host::Diagram& diagram)
-      : m_netlist(netlist), m_diagram(diagram), m_inner_nodes(netlist) {
+  DiagramBuilder(Netlist& netlist, host::Diagram& diagram, Reporter& reporter)
+      : m_netlist(netlist),
+        m_diagram(diagram),
+        m_inner_nodes(netlist),
+        m_names(netlist),
+        m_masks(m_names),
+        m_parameters(netlist.names, m_names, reporter) {
     for (const auto& file : netlist.files) {
       m_file_names[file.get()] = std::make_shared<const std::string>(file->shown_name);
     }
@@ -75,13 +80,14 @@ class DiagramBuilder : public ExpansionVisitor {
     } else {
       begin_call(*instance.definition, *instance.call, scopes);
     }
+    m_parameters.begin(*instance.definition);
     return true;
   }
 
   void element(const Element& element, const ParameterScopes& scopes) override {
     GTBlock& block =
         m_levels.back().system->addBlock(name(element.name), std::string(element.kind->block), place(element.place));
-    set_parameters(block, element, scopes);
+    m_parameters.set(block, element, scopes);
     const std::vector<gtPort*> ports = views::ports_in_kind_order(block);
     for (std::size_t i = 0; i < element.nodes.size() && i < ports.size(); ++i) {
       m_levels.back().nets.join(element.nodes[i], ports[i]);
@@ -97,6 +103,7 @@ class DiagramBuilder : public ExpansionVisitor {
       level.system->addLine(net.ports, name(net.node));
     }
     m_levels.pop_back();
+    m_parameters.end();
   }
 
  private:
@@ -114,12 +121,11 @@ class DiagramBuilder : public ExpansionVisitor {
   void begin_top(const Definition& definition, const ParameterScopes& scopes) {
     for (const Parameter& parameter : definition.parameters) {
       if (const auto value = scopes.value(parameter.name)) {
-        m_diagram.setVariable(host_name(parameter.name), host_string(number_text(*value)), "", true);
+        m_diagram.setVariable(m_names.name(parameter.name), host_string(number_text(*value)), "", true);
       }
     }
-    m_levels.push_back({&m_diagram.root(), &definition, {}, {}, {}});
+    m_levels.push_back({&m_diagram.root(), &definition, {}, {}});
     find_extra_nodes(m_levels.back(), {});
-    evaluate_models(m_levels.back(), scopes);
   }
 
   /// The reference comes last, so that its name can give way to those of elements.
@@ -139,13 +145,12 @@ class DiagramBuilder : public ExpansionVisitor {
     Level& outer = m_levels.back();
     GTBlock& block = outer.system->addSubsystem(name(call.name), place(call.place));
     set_mask(block, definition, call, scopes);
-    Level level{host::contents(block), &definition, {}, {}, {}};
+    Level level{host::contents(block), &definition, {}, {}};
     const auto extra = outer.extra_nodes.find(&call);
     const std::vector<ExtraNode> extra_nodes =
         extra == outer.extra_nodes.end() ? std::vector<ExtraNode>() : extra->second;
     add_ports(outer, level, call, extra_nodes);
     find_extra_nodes(level, extra_nodes);
-    evaluate_models(level, scopes);
     m_levels.push_back(std::move(level));
   }
 
@@ -155,8 +160,12 @@ class DiagramBuilder : public ExpansionVisitor {
       return;
     }
     MaskInterface::setMask(&block, mask);
-    for (const auto& [parameter, text] : m_masks.values(definition, call, scopes)) {
-      host::setParameter(block, parameter, host_string(text));
+    const InstanceMasks::Values values = m_masks.values(definition, scopes);
+    for (const auto& [parameter, expression] : values.changed) {
+      host::setParameter(block, parameter, host_string(expression));
+    }
+    if (values.has_fixed) {
+      m_parameters.note_fixed(call.place, "the call '" + m_netlist.names.text(call.name) + "'");
     }
   }
 
@@ -229,62 +238,12 @@ class DiagramBuilder : public ExpansionVisitor {
     }
   }
 
-  // --- parameters of elements
-
-  void evaluate_models(Level& level, const ParameterScopes& scopes) {
-    for (const auto& [model_name, model] : level.definition->models) {
-      level.model_cards.emplace(&model, host_string(text_of(model.card, scopes)));
-    }
-  }
-
-  const ustring& model_card(const Model* model) const {
-    for (auto level = m_levels.rbegin(); level != m_levels.rend(); ++level) {
-      if (const auto found = level->model_cards.find(model); found != level->model_cards.end()) {
-        return found->second;
-      }
-    }
-    static const ustring none;
-    return none;
-  }
-
-  void set_parameters(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
-    if (element.kind->parameters.find("terminals") != std::string_view::npos) {
-      host::setParameter(block, "terminals", host_string(std::to_string(element.nodes.size())));
-      host::refresh(block);
-    }
-    if (element.value != nullptr) {
-      set_value(block, element, scopes);
-    }
-    if (element.model != nullptr) {
-      host::setParameter(block, "model", host_string(element.model->name));
-      host::setParameter(block, "model_card", model_card(element.model));
-    }
-    if (!element.elements.empty()) {
-      host::setParameter(block, "elements", host_string(element.elements));
-    }
-    if (!element.text.empty()) {
-      host::setParameter(block, "text", host_string(text_of(element.text, scopes)));
-    }
-  }
-
-  /// A value that waits for the running circuit becomes a text.
-  void set_value(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
-    ExpressionError error;
-    const ValueLookup values = [&scopes](const std::string& parameter) { return scopes.value(parameter); };
-    if (!evaluate(*element.value, values, error)) {
-      host::setParameter(block, "text", host_string("{" + netlist_text(*element.value, values) + "}"));
-      return;
-    }
-    host::setParameter(block, "value", host_string(host_expression(*element.value)));
-    if (!element.value->is_number()) {
-      host::setParameter(block, "value_conf", u"runtime");
-    }
-  }
-
   Netlist& m_netlist;
   host::Diagram& m_diagram;
   InnerNodes m_inner_nodes;
+  HostNames m_names;
   InstanceMasks m_masks;
+  ElementParameters m_parameters;
   std::unordered_map<const TextFile*, std::shared_ptr<const std::string>> m_file_names;
   std::unordered_map<const Definition*, std::unordered_set<NameId>> m_taken_names;
   std::vector<Level> m_levels;
@@ -294,7 +253,7 @@ class DiagramBuilder : public ExpansionVisitor {
 
 void build_diagram(Netlist& netlist, host::Diagram& diagram, DiagnosticList& diagnostics) {
   Reporter reporter(diagnostics);
-  DiagramBuilder builder(netlist, diagram);
+  DiagramBuilder builder(netlist, diagram, reporter);
   expand(netlist, builder, reporter);
 }
 

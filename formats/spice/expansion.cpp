@@ -2,6 +2,8 @@
 
 #include <tuple>
 
+#include "formats/spice/live_expressions.hpp"
+
 namespace kinemo::formats::spice {
 
 namespace {
@@ -9,6 +11,12 @@ namespace {
 ValueLookup lookup_in(const ParameterScopes& scopes) {
   return [&scopes](const std::string& name) { return scopes.value(name); };
 }
+
+/// What a parameter stands for.
+struct Meaning {
+  std::optional<double> value;
+  SharedExpression told;
+};
 
 class Expander {
  public:
@@ -42,18 +50,7 @@ class Expander {
   }
 
   void begin(const Definition& definition, const Call* call) {
-    std::map<std::string, std::optional<double>> given;
-    if (call != nullptr) {
-      for (const Parameter& parameter : call->parameters) {
-        given[parameter.name] = value_of(parameter.value, parameter.place);
-      }
-    }
-    m_scopes.open();
-    for (const Parameter& parameter : definition.parameters) {
-      const auto override_value = given.find(parameter.name);
-      m_scopes.define(parameter.name, override_value != given.end() ? override_value->second
-                                                                    : value_of(parameter.value, parameter.place));
-    }
+    define_parameters(definition, call);
     m_path.push_back({&definition, call, {}, 0});
     decide_branches(m_path.back());
     check_twins(m_path.back());
@@ -66,6 +63,50 @@ class Expander {
         value_of(element.value, element.place);
         m_visitor.element(element, m_scopes);
       }
+    }
+  }
+
+  /// Opens the scope of an instance.
+  void define_parameters(const Definition& definition, const Call* call) {
+    std::map<std::string, Meaning> given;
+    if (call != nullptr) {
+      for (const Parameter& parameter : call->parameters) {
+        given[parameter.name] = {value_of(parameter.value, parameter.place), parameter.value};
+      }
+    }
+    m_scopes.open();
+    for (const Parameter& parameter : definition.parameters) {
+      const auto found = given.find(parameter.name);
+      const Meaning meaning = found != given.end() ? found->second : own_meaning(parameter, call == nullptr);
+      m_scopes.define(parameter.name, meaning.value, meaning.told);
+    }
+  }
+
+  /// Of a parameter that a definition gives itself, in the terms of the scope around. At the top level, what is
+  /// constant or gets too long stands for itself.
+  Meaning own_meaning(const Parameter& parameter, bool is_top) {
+    const std::optional<double> value = value_of(parameter.value, parameter.place);
+    if (parameter.value == nullptr || (is_top && !parameter.value->has_names() && value)) {
+      return {value, nullptr};
+    }
+    const std::size_t depth = m_scopes.depth() - 1;
+    const NameLookup siblings = [this, depth](const std::string& name) -> const Expression* {
+      const ScopedParameter* sibling = m_scopes.find(name, depth);
+      return sibling == nullptr || sibling->depth != depth ? nullptr : sibling->told.get();
+    };
+    auto told = with_names(*parameter.value, siblings, longest_growth);
+    if (!told) {
+      report_fixed(parameter);
+      return {value, is_top ? nullptr : std::make_shared<const Expression>(Expression::of_number(value.value_or(0)))};
+    }
+    return {value, std::make_shared<const Expression>(std::move(*told))};
+  }
+
+  void report_fixed(const Parameter& parameter) {
+    if (m_reported.insert({parameter.place.file, parameter.place.line, parameter.place.column}).second) {
+      m_reporter.note("spice:fixed_parameter", parameter.place,
+                      "parameter '" + parameter.name +
+                          "' doesn't follow those that it is computed from: in terms of them it gets too long");
     }
   }
 
@@ -157,27 +198,6 @@ class Expander {
 
 void expand(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporter) {
   Expander(netlist, visitor, reporter).run();
-}
-
-std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes) {
-  std::string text;
-  for (const TextPiece& piece : pieces) {
-    if (piece.expression == nullptr) {
-      text += piece.literal;
-      continue;
-    }
-    ExpressionError error;
-    const ValueLookup values = lookup_in(scopes);
-    const auto value = evaluate(*piece.expression, values, error);
-    if (value) {
-      text += number_text(*value);
-    } else if (piece.expression->has_probes()) {
-      text += "{" + netlist_text(*piece.expression, values) + "}";
-    } else {
-      text += piece.literal;
-    }
-  }
-  return text;
 }
 
 }  // namespace kinemo::formats::spice

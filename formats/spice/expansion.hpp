@@ -34,8 +34,4 @@ class ExpansionVisitor {
 /// Walks through a netlist that has no errors. Values that can't be computed are reported, each place once.
 void expand(const Netlist& netlist, ExpansionVisitor& visitor, Reporter& reporter);
 
-/// The text of a card with numbers in place of its expressions; what depends on the running circuit stays an
-/// expression.
-std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes);
-
 }  // namespace kinemo::formats::spice

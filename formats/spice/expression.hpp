@@ -64,6 +64,8 @@ class Expression {
   bool is_number() const { return m_steps.size() == 1 && m_steps.front().operation == Operation::number; }
   /// Whether it depends on the state of the circuit, so that it has no value before a simulation.
   bool has_probes() const;
+  /// Whether it uses parameters.
+  bool has_names() const;
 
  private:
   std::vector<ExpressionStep> m_steps;
@@ -110,8 +112,10 @@ std::optional<double> evaluate(const Expression& expression, const ValueLookup& 
 /// In the expression language of the host: `**` is `^`, `c ? a : b` is `ternary_fcn(c, a, b)`, and so on. Functions are
 /// those that the host has; names stay.
 std::string host_text(const Expression& expression);
-/// In the netlist's own language, with numbers for the names that have a value.
-std::string netlist_text(const Expression& expression, const ValueLookup& values);
+/// Tells what to write for a name; nothing leaves it as it is.
+using NameTexts = std::function<std::optional<std::string>(const std::string& name)>;
+/// In the netlist's own language. What is written for a name is a number or binds as tightly as a name.
+std::string netlist_text(const Expression& expression, const NameTexts& names);
 
 /// The shortest text from which the same number is read.
 std::string number_text(double value);

@@ -315,4 +315,9 @@ bool Expression::has_probes() const {
                      [](const ExpressionStep& step) { return step.operation == Operation::probe; });
 }
 
+bool Expression::has_names() const {
+  return std::any_of(m_steps.begin(), m_steps.end(),
+                     [](const ExpressionStep& step) { return step.operation == Operation::name; });
+}
+
 }  // namespace kinemo::formats::spice

@@ -61,8 +61,7 @@ std::string bracketed(Part part, int level) {
   return part.level < level ? "(" + std::move(part.text) + ")" : std::move(part.text);
 }
 
-Part number_part(double value) {
-  std::string text = number_text(value);
+Part number_part(std::string text) {
   const bool negative = text.front() == '-';
   return {std::move(text), negative ? unary_level : atom_level};
 }
@@ -70,7 +69,7 @@ Part number_part(double value) {
 /// Builds texts from the operands upward, in the host's language or in the netlist's.
 class Printer {
  public:
-  explicit Printer(bool for_host, const ValueLookup& values) : m_for_host(for_host), m_values(values) {}
+  Printer(bool for_host, const NameTexts& names) : m_for_host(for_host), m_names(names) {}
 
   std::string print(const Expression& expression) {
     for (const ExpressionStep& step : expression.steps()) {
@@ -85,10 +84,10 @@ class Printer {
  private:
   Part leaf(const ExpressionStep& step) {
     if (step.operation == Operation::number) {
-      return number_part(step.number);
+      return number_part(number_text(step.number));
     }
-    const auto value = step.operation == Operation::name && m_values ? m_values(step.text) : std::nullopt;
-    return value ? number_part(*value) : Part{step.text};
+    const auto text = step.operation == Operation::name && m_names ? m_names(step.text) : std::nullopt;
+    return text ? number_part(*text) : Part{step.text};
   }
 
   Part composed(const ExpressionStep& step, std::size_t first) {
@@ -156,19 +155,18 @@ class Printer {
   }
 
   bool m_for_host;
-  const ValueLookup& m_values;
+  const NameTexts& m_names;
   std::vector<Part> m_stack;
 };
 
 }  // namespace
 
 std::string host_text(const Expression& expression) {
-  const ValueLookup no_values;
-  return Printer(true, no_values).print(expression);
+  return Printer(true, {}).print(expression);
 }
 
-std::string netlist_text(const Expression& expression, const ValueLookup& values) {
-  return Printer(false, values).print(expression);
+std::string netlist_text(const Expression& expression, const NameTexts& names) {
+  return Printer(false, names).print(expression);
 }
 
 }  // namespace kinemo::formats::spice

@@ -2,15 +2,23 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 
-#include "formats/spice/expression.hpp"
+#include "formats/spice/netlist.hpp"
 
 namespace kinemo::formats::spice {
 
-/// The same name wherever it can be kept; the same result for the same name.
-std::string host_name(const std::string& parameter);
+/// One name for each name of a parameter in a netlist, the same one wherever it can be kept. Made once, then constant.
+class HostNames {
+ public:
+  explicit HostNames(const Netlist& netlist);
 
-/// The expression in the host's language with the host's names.
-std::string host_expression(const Expression& expression);
+  const std::string& name(const std::string& parameter) const;
+  /// The expression in the host's language with the host's names.
+  std::string expression(const Expression& expression) const;
+
+ private:
+  std::unordered_map<std::string, std::string> m_names;
+};
 
 }  // namespace kinemo::formats::spice

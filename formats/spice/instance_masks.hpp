@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "formats/spice/host_names.hpp"
 #include "formats/spice/netlist.hpp"
 #include "formats/spice/parameter_scopes.hpp"
 
@@ -18,15 +19,24 @@ namespace kinemo::formats::spice {
 
 class InstanceMasks {
  public:
+  explicit InstanceMasks(const HostNames& names) : m_names(names) {}
+
   /// Null for a definition without parameters.
   boost::shared_ptr<const GTMaskDefinition> mask(const Definition& definition);
 
-  /// Names and texts of the parameters in which the call differs from the mask's defaults. `inside` has the values that
-  /// the parameters have in the instance, for expressions that get too long in the caller's terms.
-  std::vector<std::pair<std::string, std::string>> values(const Definition& definition, const Call& call,
-                                                          const ParameterScopes& inside);
+  struct Value {
+    std::string parameter;   ///< the host's name
+    std::string expression;  ///< in the host's language, for the workspace around the call
+  };
+  struct Values {
+    std::vector<Value> changed;  ///< in which the instance differs from the mask's defaults
+    bool has_fixed = false;      ///< something in them is fixed to the number that it has now
+  };
+  /// Of the instance whose scope is the innermost one.
+  Values values(const Definition& definition, const ParameterScopes& scopes);
 
  private:
+  const HostNames& m_names;
   std::unordered_map<const Definition*, boost::shared_ptr<const GTMaskDefinition>> m_masks;
 };
 

@@ -40,17 +40,20 @@ inline constexpr NameId ground = 0;
 
 using SharedExpression = std::shared_ptr<const Expression>;
 
-/// A piece of a card's text: as it stands, or an expression to be put in as a number.
+/// A piece of a card's text: as it stands, or an expression.
 struct TextPiece {
-  std::string literal;
+  std::string literal;          ///< of an expression, what stays where it has no value
   SharedExpression expression;  ///< null for a literal
 };
 using TextPieces = std::vector<TextPiece>;
+
+struct Definition;
 
 struct Model {
   std::string name;
   TextPieces card;  ///< what stands behind the name: type and parameters
   Place place;
+  const Definition* definition = nullptr;  ///< that it stands in
 };
 
 struct Parameter {

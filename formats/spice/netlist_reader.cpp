@@ -56,8 +56,8 @@ class DefinitionReader {
     ExpressionReader expressions(m_netlist, definition, m_reporter);
     for (const PendingModel& pending : m_cards[index].models) {
       const std::string_view text = std::string_view(pending.card->text()).substr(pending.offset);
-      definition.models.emplace(pending.name,
-                                Model{pending.name, expressions.pieces(text, false), pending.card->place()});
+      definition.models.emplace(
+          pending.name, Model{pending.name, expressions.pieces(text, false), pending.card->place(), &definition});
     }
   }
 

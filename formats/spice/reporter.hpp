@@ -22,6 +22,9 @@ class Reporter {
   Diagnostic& warning(std::string rule, const Place& place, std::string text) {
     return m_list->warning(std::move(rule), source_place(place), std::move(text));
   }
+  void note(std::string rule, const Place& place, std::string text) {
+    m_list->note(std::move(rule), source_place(place), std::move(text));
+  }
   DiagnosticList& list() { return *m_list; }
 
  private:

@@ -127,7 +127,7 @@ TEST(NetlistExpression, KeepsWhatTheCircuitDecides) {
   const auto expression = parse_expression("k*(v(a,b)+i(v1))*(time>1u)", error);
   ASSERT_TRUE(expression);
   EXPECT_TRUE(expression->has_probes());
-  EXPECT_EQ(netlist_text(*expression, [](const std::string&) { return std::optional<double>(-2); }),
+  EXPECT_EQ(netlist_text(*expression, [](const std::string&) { return std::optional<std::string>("-2"); }),
             "-2*(v(a,b)+i(v1))*(time>1e-06)");
 }
 

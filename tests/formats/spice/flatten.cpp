@@ -1,10 +1,28 @@
 #include "tests/formats/spice/flatten.hpp"
 
 #include "formats/spice/expansion.hpp"
+#include "formats/spice/live_text.hpp"
 
 namespace kinemo::formats::spice {
 
 namespace {
+
+/// The text with the values in place of their marks.
+std::string text_of(const TextPieces& pieces, const ParameterScopes& scopes) {
+  const std::size_t here = scopes.depth() - 1;
+  const LiveText live = live_text(pieces, scopes, here, here);
+  std::string text = live.text;
+  for (std::size_t i = 0; i < live.values.size(); ++i) {
+    ExpressionError error;
+    const auto value = evaluate(
+        live.values[i], [&](const std::string& name) { return scopes.value(name); }, error);
+    const std::string mark = "{" + std::to_string(i + 1) + "}";
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
+      text.replace(at, mark.size(), value ? number_text(*value) : error.text);
+    }
+  }
+  return text;
+}
 
 class Flattener : public ExpansionVisitor {
  public:
