@@ -1,13 +1,12 @@
 #include "embedded/block_diagram/diagram.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
 #include "embedded/block_diagram/events.hpp"
 #include "embedded/block_diagram/handles.hpp"
-#include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "embedded/block_diagram/system_data.hpp"
-#include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -101,10 +100,7 @@ void Diagram::setParameter(const std::string& name, const ustring& value) {
 
 void Diagram::setVariable(const std::string& name, const ustring& expression, const std::string& unit, bool runtime) {
   if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidVariable", name, name_);
-  const scripting_runtime::Scope scope({workspace_.get(), &scripting_runtime::base_workspace()});
-  cvUniquePtr value = scripting_runtime::evaluate(kmf::ustring_to_utf8_string(expression), scope);
-  if (!unit.empty() || runtime) value = parameterObject(std::move(value), unit, runtime);
-  workspace_->set(name, std::move(value));
+  workspace_->set(name, makeVariable(expression, VariableScope(*this).scope(), unit, runtime));
 }
 
 GTBlock* Diagram::findBlock(const ustring& path) const {

@@ -122,7 +122,7 @@ class Diagram {
   /// The model workspace. Variables with a unit or marked as run-time are "Gantrel.Parameter" objects with the
   /// properties "Value", "Unit" and "Runtime".
   scripting_runtime::Workspace& workspace() { return *workspace_; }
-  /// Evaluates `expression` (in the model and base workspaces) into a variable of the model workspace.
+  /// Evaluates `expression` (over the workspaces and the dictionary) into a variable of the model workspace.
   void setVariable(const std::string& name, const ustring& expression, const std::string& unit, bool runtime);
 
   /// The block of a path without the diagram's name in front; null when there is none.

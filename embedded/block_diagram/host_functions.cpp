@@ -1,5 +1,6 @@
 #include "embedded/block_diagram/host_functions.hpp"
 
+#include "embedded/block_diagram/data_dictionary.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 namespace embedded::block_diagram {
@@ -21,6 +22,7 @@ constexpr HostFunction functions[] = {
     {"set_param", setParam},
     {"find_system", findSystem},
     {"data", workspaceData},
+    {"Gantrel.dd.open", openDictionaryObject},
     {"gl.gti.runtimeParameters", runtimeParameters},
     {"gl.gti.resolveRuntimeParameters", resolveRuntimeParameters},
     {"gl.gti.internal.recursiveMaskNames", recursiveMaskNames},
@@ -31,10 +33,12 @@ constexpr HostFunction functions[] = {
 
 void registerHostFunctions() {
   for (const HostFunction& entry : functions) kmf::register_corvane_function(entry.name, entry.function);
+  registerDictionaryClass();
 }
 
 void unregisterHostFunctions() {
   for (const HostFunction& entry : functions) kmf::unregister_corvane_function(entry.name);
+  closeDictionaries();
 }
 
 }  // namespace embedded::block_diagram

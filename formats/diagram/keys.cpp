@@ -12,10 +12,11 @@ struct Keys {
 };
 
 /// In the order of `ObjectKind`.
-const std::array<Keys, 10>& table() {
-  static const std::array<Keys, 10> rows{{
+const std::array<Keys, 11>& table() {
+  static const std::array<Keys, 11> rows{{
       {"a model", {"kinemo", "name", "settings", "workspace", "dictionary", "blocks", "lines"}},
       {"a part", {"kinemo", "name", "atomic", "opaque", "variant", "mask", "parameters", "ports", "blocks", "lines"}},
+      {"a data dictionary", {"kinemo", "name", "variables"}},
       {"a variable", {"value", "unit", "runtime"}},
       {"a block", {"type", "parameters", "at", "rotate"}},
       {"a subsystem",

@@ -11,7 +11,8 @@ namespace kinemo::formats::diagram {
 enum class ObjectKind {
   model,           ///< the file that a program opens
   part,            ///< a file that a block's `type` names
-  variable,        ///< one of `workspace`
+  dictionary,      ///< a file that a model's `dictionary` names
+  variable,        ///< one of `workspace`, or of a dictionary
   block,           ///< a block of the library
   subsystem,       ///< a block with contents or variants
   linked,          ///< a block whose contents stand in another file

@@ -10,19 +10,6 @@ namespace kinemo::formats::diagram {
 
 namespace {
 
-constexpr const char* version = "1";
-
-void check_version(const Scope& scope, const YamlNode& model) {
-  const YamlNode* given = model.find("kinemo");
-  if (given == nullptr) {
-    return scope.error(model, "diagram:version", "the file doesn't say which version of the format it has",
-                       "'kinemo: 1' at its head");
-  }
-  if (given->text != version) {
-    scope.error(*given, "diagram:version", "the version '" + given->text + "' of the format isn't known here", version);
-  }
-}
-
 /// The name that the file gives, or its stem.
 std::string model_name(const Scope& scope, const YamlNode& model) {
   if (const YamlNode* given = model.find("name")) {

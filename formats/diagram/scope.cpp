@@ -87,6 +87,18 @@ bool expect_object(const Scope& scope, const YamlNode& node, ObjectKind kind) {
   return true;
 }
 
+void check_version(const Scope& scope, const YamlNode& root) {
+  constexpr const char* version = "1";
+  const YamlNode* given = root.find("kinemo");
+  if (given == nullptr) {
+    return scope.error(root, "diagram:version", "the file doesn't say which version of the format it has",
+                       "'kinemo: 1' at its head");
+  }
+  if (given->text != version) {
+    scope.error(*given, "diagram:version", "the version '" + given->text + "' of the format isn't known here", version);
+  }
+}
+
 bool expect_mapping(const Scope& scope, const YamlNode& node, const std::string& what) {
   if (node.is_mapping() || node.is_null()) return true;
   scope.error(node, "diagram:wrong-kind", what + " is a mapping, and this is " + std::string(kind_name(node.kind)));

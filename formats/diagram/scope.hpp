@@ -71,6 +71,8 @@ struct Scope {
 
 /// A mapping whose keys are all known for the kind. Nothing at all counts as an empty mapping.
 bool expect_object(const Scope& scope, const YamlNode& node, ObjectKind kind);
+/// A file's root must say the version of the format.
+void check_version(const Scope& scope, const YamlNode& root);
 /// A mapping of names that the user chooses, or nothing.
 bool expect_mapping(const Scope& scope, const YamlNode& node, const std::string& what);
 bool expect_list(const Scope& scope, const YamlNode& node, const std::string& what);

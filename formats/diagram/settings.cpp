@@ -1,8 +1,9 @@
 #include "formats/diagram/reading.hpp"
-
+#include "formats/diagram/variables.hpp"
 #include "formats/names.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/foundation/vn_id.hpp"
+
+#include <filesystem>
 
 namespace kinemo::formats::diagram {
 
@@ -26,49 +27,37 @@ void read_parameters(Reading& reading, const Scope& scope, const YamlNode& setti
   }
 }
 
-void read_variable(Reading& reading, const Scope& scope, const std::string& name, const YamlNode& node) {
-  const YamlNode* value = &node;
-  std::string unit;
-  bool runtime = false;
-  if (node.is_mapping()) {
-    expect_object(scope, node, ObjectKind::variable);
-    value = node.find("value");
-    if (const YamlNode* given = node.find("unit")) unit = expect_text(scope, *given, "a unit").value_or("");
-    if (const YamlNode* given = node.find("runtime"))
-      runtime = expect_switch(scope, *given, "'runtime'").value_or(false);
-  }
-  if (value == nullptr) {
-    return scope.error(node, "diagram:missing-key", "the variable '" + name + "' has no 'value'");
-  }
-  const auto text = expect_text(scope, *value, "the variable '" + name + "'");
-  if (!text) return;
-  scope.guarded(*value, [&] { reading.diagram->setVariable(name, kmf::utf8_string_to_ustring(*text), unit, runtime); });
+/// The path as the model's own file would be given, so that "Gantrel.dd.open" finds the file by it.
+std::string shown_path(const Scope& scope, const std::string& path) {
+  return (std::filesystem::path(*scope.file.name).parent_path() / path).lexically_normal().string();
 }
 
-void read_workspace(Reading& reading, const Scope& scope, const YamlNode& workspace) {
-  if (!expect_mapping(scope, workspace, "'workspace'")) return;
-  for (std::size_t i = 0; i < workspace.entry_count(); ++i) {
-    const YamlNode& key = workspace.key(i);
-    if (!kmf::VnId::isLegal(key.text) || key.text.empty()) {
-      scope.error(key, "diagram:bad-value", "'" + key.text + "' can't be the name of a variable",
-                  "a letter, then letters, digits and underscores");
-      continue;
-    }
-    read_variable(reading, scope, key.text, workspace.value(i));
+void read_linked_dictionary(Reading& reading, const Scope& scope, const YamlNode& node) {
+  const auto path = expect_text(scope, node, "'dictionary'");
+  if (!path || path->empty()) return;
+  std::string reason;
+  const ModelFile* file = reading.files.open(scope.file, *path, reason);
+  if (file == nullptr) {
+    return scope.error(node, "diagram:unreadable", "the data dictionary '" + *path + "' can't be read: " + reason);
   }
+  const auto variables = read_dictionary(reading.report, *file);
+  if (!variables) return;
+  const std::string shown = shown_path(scope, *path);
+  host::keepDictionary(shown, variables);
+  reading.diagram->setParameter("DataDictionary", kmf::utf8_string_to_ustring(shown));
 }
 
 }  // namespace
 
 void read_settings(Reading& reading, const Scope& scope, const YamlNode& model) {
   if (const YamlNode* settings = model.find("settings")) read_parameters(reading, scope, *settings);
-  if (const YamlNode* workspace = model.find("workspace")) read_workspace(reading, scope, *workspace);
-  const YamlNode* dictionary = model.find("dictionary");
-  if (dictionary == nullptr) return;
-  const auto name = expect_text(scope, *dictionary, "'dictionary'");
-  if (!name) return;
-  scope.guarded(*dictionary,
-                [&] { reading.diagram->setParameter("DataDictionary", kmf::utf8_string_to_ustring(*name)); });
+  if (const YamlNode* dictionary = model.find("dictionary")) read_linked_dictionary(reading, scope, *dictionary);
+  const YamlNode* workspace = model.find("workspace");
+  if (workspace == nullptr) return;
+  read_variables(scope, *workspace, "'workspace'",
+                 [&](const std::string& name, const ustring& value, const std::string& unit, bool runtime) {
+                   reading.diagram->setVariable(name, value, unit, runtime);
+                 });
 }
 
 }  // namespace kinemo::formats::diagram

@@ -15,11 +15,12 @@ struct KindInSchema {
 };
 
 constexpr KindInSchema kinds[] = {
-    {ObjectKind::model, "model"},         {ObjectKind::part, "part"},
-    {ObjectKind::variable, "variable"},   {ObjectKind::block, "block"},
-    {ObjectKind::subsystem, "subsystem"}, {ObjectKind::linked, "linked"},
-    {ObjectKind::variant, "variant"},     {ObjectKind::mask_parameter, "mask_parameter"},
-    {ObjectKind::ports, "ports"},         {ObjectKind::line, "line"},
+    {ObjectKind::model, "model"},           {ObjectKind::part, "part"},
+    {ObjectKind::variable, "variable"},     {ObjectKind::block, "block"},
+    {ObjectKind::subsystem, "subsystem"},   {ObjectKind::linked, "linked"},
+    {ObjectKind::variant, "variant"},       {ObjectKind::mask_parameter, "mask_parameter"},
+    {ObjectKind::ports, "ports"},           {ObjectKind::line, "line"},
+    {ObjectKind::dictionary, "dictionary"},
 };
 
 TEST(DiagramSchema, HasJustTheKeysThatTheReaderTakes) {
