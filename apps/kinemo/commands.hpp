@@ -9,5 +9,7 @@ int run_compile(Session& session);
 int run_check(Session& session);
 int run_nets(Session& session);
 int run_blocks(Session& session);
+int run_export(Session& session);
+int run_explain(Session& session);
 
 }  // namespace kinemo::app

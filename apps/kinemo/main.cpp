@@ -27,6 +27,10 @@ int run_command(const Options& options, Console& console) {
       return run_nets(session);
     case Command::blocks:
       return run_blocks(session);
+    case Command::export_model:
+      return run_export(session);
+    case Command::explain:
+      return run_explain(session);
   }
   return exit_code::internal;
 }

@@ -1,5 +1,6 @@
 #include "apps/kinemo/options.hpp"
 
+#include "apps/kinemo/definitions.hpp"
 #include "apps/kinemo/exit_codes.hpp"
 #include "formats/names.hpp"
 
@@ -12,7 +13,7 @@ namespace kinemo::app {
 
 namespace {
 
-const std::vector<std::string> command_names{"compile", "check", "nets", "blocks"};
+const std::vector<std::string> command_names{"compile", "check", "nets", "blocks", "explain", "export"};
 
 constexpr const char* main_footer = R"(
 Models are diagrams (.yaml, .yml, .json) and SPICE netlists (.cir, .sp, .spice, .net, .ckt, .cdl); '-' is standard input.
@@ -53,6 +54,12 @@ void add_model(CLI::App& app, Options& options, bool required) {
   app.add_option("--input-format", options.input_format, "What MODEL is, where its name doesn't tell")
       ->check(CLI::IsMember({"diagram", "spice"}).description(""))
       ->type_name("diagram|spice");
+  app.add_option("-D", options.definitions,
+                 "Set a variable of the model workspace before the compile; VALUE is an expression. May be given more "
+                 "than once")
+      ->type_name("NAME=VALUE")
+      ->expected(1)
+      ->take_all();
 }
 
 void add_format(CLI::App& app, Options& options, const std::vector<std::string>& names, const std::string& text) {
@@ -76,7 +83,7 @@ CLI::App* add_command(CLI::App& app, Options& options, Command command, const st
   return sub;
 }
 
-void add_commands(CLI::App& app, Options& options) {
+void add_compile(CLI::App& app, Options& options) {
   CLI::App* compile = add_command(app, options, Command::compile, "compile", "Compile a model into its graph",
                                   "\nExample:\n  kinemo compile rc_lowpass.yaml --format json -o rc_lowpass.json");
   add_model(*compile, options, true);
@@ -90,7 +97,9 @@ void add_commands(CLI::App& app, Options& options) {
       ->type_name("on|off");
   add_output(*compile, options);
   add_common_options(*compile, options);
+}
 
+void add_check(CLI::App& app, Options& options) {
   CLI::App* check = add_command(app, options, Command::check, "check", "Look for mistakes in a model",
                                 "\nExamples:\n  kinemo check rc_lowpass.yaml --warnings-as-errors\n"
                                 "  kinemo check --list-rules");
@@ -100,14 +109,18 @@ void add_commands(CLI::App& app, Options& options) {
   check->add_flag("--warnings-as-errors", options.warnings_as_errors, "Exit with 1 for a warning, too");
   add_output(*check, options);
   add_common_options(*check, options);
+}
 
+void add_nets(CLI::App& app, Options& options) {
   CLI::App* nets = add_command(app, options, Command::nets, "nets", "List which ports share a node, through all levels",
                                "\nExample:\n  kinemo nets amplifier.cir --format json");
   add_model(*nets, options, true);
   add_format(*nets, options, {"text", "json"}, "How to show the nets");
   add_output(*nets, options);
   add_common_options(*nets, options);
+}
 
+void add_blocks(CLI::App& app, Options& options) {
   CLI::App* blocks =
       add_command(app, options, Command::blocks, "blocks", "Show the library: ports, parameters, units, defaults",
                   "\nExamples:\n  kinemo blocks\n  kinemo blocks physical/spice\n"
@@ -116,6 +129,49 @@ void add_commands(CLI::App& app, Options& options) {
   add_format(*blocks, options, {"text", "json"}, "How to show the blocks");
   add_output(*blocks, options);
   add_common_options(*blocks, options);
+}
+
+void add_explain(CLI::App& app, Options& options) {
+  CLI::App* explain =
+      add_command(app, options, Command::explain, "explain",
+                  "Tell where the value of a parameter comes from, and whether it stays tunable at run time",
+                  "\nExamples:\n  kinemo explain rc_lowpass.yaml Filter/R1 R\n"
+                  "  kinemo explain amplifier.cir x1/r1 value --format json");
+  add_model(*explain, options, true);
+  explain->add_option("BLOCK", options.block, "Path of a block, such as Filter/R1")->required();
+  explain->add_option("PARAMETER", options.parameter, "A parameter of the block's dialog or mask")->required();
+  explain->preparse_callback([&options](std::size_t) { options.runtime_parameters = "on"; });
+  add_format(*explain, options, {"text", "json"}, "How to show the answer");
+  add_output(*explain, options);
+  add_common_options(*explain, options);
+}
+
+void add_export(CLI::App& app, Options& options) {
+  CLI::App* command = add_command(app, options, Command::export_model, "export",
+                                  "Write a model of electrical parts as a netlist for a simulator",
+                                  "\nExample:\n  kinemo export examples/rc_lowpass.yaml --to spice -o rc_lowpass.cir");
+  add_model(*command, options, true);
+  command->add_option("--to", options.format, "The language to write in")
+      ->required()
+      ->check(CLI::IsMember({"spice"}).description(""))
+      ->type_name("spice");
+  command
+      ->add_option("--runtime-parameters", options.runtime_parameters,
+                   "Write run-time parameters as .param, and what depends on them as expressions; on by default")
+      ->check(CLI::IsMember({"on", "off"}).description(""))
+      ->type_name("on|off");
+  command->preparse_callback([&options](std::size_t) { options.runtime_parameters = "on"; });
+  add_output(*command, options);
+  add_common_options(*command, options);
+}
+
+void add_commands(CLI::App& app, Options& options) {
+  add_compile(app, options);
+  add_check(app, options);
+  add_nets(app, options);
+  add_blocks(app, options);
+  add_explain(app, options);
+  add_export(app, options);
 }
 
 /// The word where a command should stand.
@@ -145,6 +201,11 @@ std::string usage_message(const CLI::ParseError& error, int argc, const char* co
 std::string incomplete(const Options& options) {
   if (options.command == Command::check && !options.list_rules && options.model.empty()) {
     return "kinemo: error: MODEL is required\nTry 'kinemo check --help'.\n";
+  }
+  for (const std::string& definition : options.definitions) {
+    if (const std::string fault = definition_fault(definition); !fault.empty()) {
+      return "kinemo: error: -D: " + fault + "\n";
+    }
   }
   return {};
 }

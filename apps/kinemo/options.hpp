@@ -7,7 +7,7 @@
 
 namespace kinemo::app {
 
-enum class Command { compile, check, nets, blocks };
+enum class Command { compile, check, nets, blocks, explain, export_model };
 enum class When { automatic, always, never };
 
 struct Options {
@@ -15,9 +15,11 @@ struct Options {
   std::string model;         ///< a file, "-" for standard input, or empty where the command needs none
   std::string input_format;  ///< "diagram", "spice", or empty: by the file's name and contents
   std::string format;
-  std::string runtime_parameters;  ///< of `compile`: "on", "off", or empty: as the model says
-  std::string output;              ///< a file; "-" or empty for standard output
-  std::string block;               ///< of `blocks`
+  std::vector<std::string> definitions;  ///< NAME=VALUE each: variables of the model workspace
+  std::string runtime_parameters;        ///< of `compile`: "on", "off", or empty: as the model says
+  std::string output;                    ///< a file; "-" or empty for standard output
+  std::string block;                     ///< of `blocks` and `explain`
+  std::string parameter;                 ///< of `explain`
   bool list_rules = false;
   bool warnings_as_errors = false;
 

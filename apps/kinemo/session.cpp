@@ -1,10 +1,12 @@
 #include "apps/kinemo/session.hpp"
 
+#include "apps/kinemo/definitions.hpp"
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/model_input.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/foundation/warnings.hpp"
+#include "formats/diagram/variables.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/error_diagnostics.hpp"
@@ -61,6 +63,7 @@ boost::optional<CompiledModel> pick_model(const DACompileResult& result, const s
 }  // namespace
 
 Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
+  formats::diagram::install_dictionary_reader();
   load_domains();
 }
 
@@ -95,9 +98,10 @@ embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
   console_.progress("reading", 0, 0);
   kmf::embedded::WarningCapture warnings;
   embedded::block_diagram::Diagram* diagram = read_model(options_, model_file(), console_, list);
+  if (diagram != nullptr) define_variables(options_.definitions, *diagram, list);
   add_warnings(warnings, model_file(), list);
   console_.end_stage("read");
-  return diagram;
+  return list.has_errors() ? nullptr : diagram;
 }
 
 boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram& diagram,
