@@ -76,7 +76,7 @@ cvUniquePtr array_of(Numbers numbers) {
 bool is_true(const Value& value) {
   if (value.is_number()) return value.number() != 0;
   const Numbers numbers =
-      numbers_of(is_value_object(value) ? condition_numbers(quantity_of(value), "&& ||") : Value::of(value.array()));
+      is_value_object(value) ? numbers_of(condition_numbers(quantity_of(value), "&& ||")) : numbers_of(value);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     if (numbers.at(i) == 0.0) return false;
   }

@@ -9,6 +9,7 @@
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
+#include <algorithm>
 #include <set>
 
 namespace embedded::scripting_runtime {
@@ -105,7 +106,8 @@ Value content_of(const cvArray_tag* array, std::size_t i) {
 
 /// One output of all calls as an array of numbers of the class of the first, in its unit.
 cvUniquePtr gathered_numbers(std::vector<Value>& values, const Shape& shape, const char* function) {
-  const Unit unit = to_common_unit(values, function);
+  const bool with_units = std::any_of(values.begin(), values.end(), [](const Value& v) { return is_value_object(v); });
+  const Unit unit = with_units ? to_common_unit(values, function) : Unit();
   Numbers result = Numbers::zeros(shape, cvDOUBLE_CLASS, true);
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Numbers one = numbers_of(values[i]);
