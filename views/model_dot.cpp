@@ -1,6 +1,7 @@
 #include "views/model_dot.hpp"
 
 #include "views/graph_access.hpp"
+#include "views/parameter_text.hpp"
 
 #include <algorithm>
 #include <ostream>
@@ -18,6 +19,25 @@ std::string quoted(std::string_view text) {
     result += c;
   }
   return result + "\"";
+}
+
+/// What a pointer at a component shows: its type, and a line for each parameter that isn't a text.
+std::string tooltip(const gl::core::Component& component) {
+  std::string text(component.type());
+  for (const auto& [id, parameter] : component.parameters()) {
+    const ParameterVariant& value = parameter.get(kmf::VnIdPathIterator());
+    if (!boost::get<ustring>(&value)) text += "\n" + std::string(id) + " = " + parameter_text(value);
+  }
+  return text;
+}
+
+std::string tooltip(const gl::core::RuntimeParameterInfo& parameters) {
+  std::string text = "run-time parameters";
+  for (const kmf::VnId& id : parameters.runtimeParameters()) {
+    text += "\n" + std::string(id);
+    if (parameters.nonValueParameters().count(id) == 0) text += " = " + value_text(parameters.value(id));
+  }
+  return text;
 }
 
 class DotWriter {
@@ -59,9 +79,8 @@ class DotWriter {
       line() << "label=" << quoted(id.view()) << ";\n";
       return;
     }
-    const std::string type(component.type());
-    line() << quoted(path) << " [shape=box, label=" << quoted(std::string(id)) << ", tooltip=" << quoted(type)
-           << "];\n";
+    line() << quoted(path) << " [shape=box, label=" << quoted(std::string(id))
+           << ", tooltip=" << quoted(tooltip(component)) << "];\n";
   }
 
   /// Nodes and connections come last in a cluster; a connection to a subgraph ends at the node that it exports.
@@ -114,6 +133,8 @@ class DotWriter {
 
 void write_model_dot(std::ostream& out, const std::string& name, const gl::core::Model& model) {
   out << "graph " << quoted(name) << " {\n";
+  if (!model.runtimeParameters().runtimeParameters().empty())
+    out << "  tooltip=" << quoted(tooltip(model.runtimeParameters())) << ";\n";
   DotWriter(out).write(model.graph());
   out << "}\n";
 }

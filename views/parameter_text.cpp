@@ -1,5 +1,6 @@
 #include "views/parameter_text.hpp"
 
+#include "embedded/data/expr_node.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/json_writer.hpp"
 
@@ -55,9 +56,18 @@ void write_numbers(JsonWriter& json, const data2::core::ValueData& value) {
   json.end_array();
 }
 
+/// The expression in front of its unit. A unit bound further in stays, since the number may be told in another one.
+data2::core::Expr unbound_once(const data2::core::Expr& expression) {
+  if (!expression.node()) return expression;
+  const embedded::expression::Tree& whole = expression.node()->tree;
+  const data2::core::Binding binding = data2::core::binding_of(*whole);
+  if (binding.expression == nullptr) return expression;
+  return data2::core::make_expr(embedded::expression::Tree(whole, binding.expression));
+}
+
 std::string plain_text(const data2::core::Expr& expression) {
   std::ostringstream text;
-  data2::core::out(text, 0, 0, data2::core::without_unit(expression));
+  data2::core::out(text, 0, 0, unbound_once(expression));
   return text.str();
 }
 

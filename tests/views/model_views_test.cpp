@@ -4,10 +4,12 @@
 #include "views/model_dot.hpp"
 #include "views/model_json.hpp"
 #include "views/model_summary.hpp"
+#include "views/parameter_text.hpp"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <limits>
 #include <sstream>
 
 namespace kinemo::views {
@@ -95,6 +97,76 @@ TEST_F(ModelViews, ParametersAreNumbersByRowsTextsAndExpressions) {
   const std::string text = parameters.at("e").at("expression");
   EXPECT_EQ(expression, *data2::cvi::CorvaneParser()(text)) << text;
   EXPECT_EQ("\xC3\xA4\"/\n", parameters.at("t").at("text"));
+}
+
+/// Resistors with R = 2*n+1 kOhm, R = R0, and R = n mOhm told in Ohm; a gear in a subsystem with the parameter k = n/2.
+constexpr const char* tunable =
+    "kinemo: 1\n"
+    "settings: {PropagateRuntimeParameters: 'on'}\n"
+    "workspace: {R0: {value: 2, unit: Ohm, runtime: true}, n: {value: 3, runtime: true}, idle: {value: 1, runtime: "
+    "true}}\n"
+    "blocks:\n"
+    "  A: {type: physical/resistor, parameters: {R: 2*n+1, R_unit: kOhm, R_conf: runtime}}\n"
+    "  B: {type: physical/resistor, parameters: {R: R0, R_conf: runtime}}\n"
+    "  C: {type: physical/resistor, parameters: {R: \"kinemo.Value(n, 'mOhm')\", R_conf: runtime}}\n"
+    "  S:\n"
+    "    mask: {k: n/2}\n"
+    "    blocks: {G: {type: physical/gear_box, parameters: {ratio: k, ratio_conf: runtime}}}\n";
+
+TEST_F(ModelViews, JsonTellsExpressionsWithTheirUnits) {
+  const nlohmann::json json = json_of(compile(read(tunable)));
+  const nlohmann::json& components = json.at("graph").at("components");
+  const auto expect = [](const nlohmann::json& component, const char* name, const char* expression, const char* unit) {
+    EXPECT_EQ((nlohmann::json{{"expression", expression}, {"unit", unit}}), component.at("parameters").at(name));
+  };
+  expect(components.at("A"), "R", "2*n + 1", "kOhm");
+  expect(components.at("B"), "R", "R0", "Ohm");
+  expect(components.at("C"), "R", "kinemo.Value(n, 'mOhm')", "Ohm");
+  expect(components.at("S"), "k", "n/2", "");
+  expect(components.at("S").at("graph").at("components").at("G"), "ratio", "k", "1");
+  EXPECT_EQ(nlohmann::json::parse(R"({"R0": {"value": 2.0, "unit": "Ohm"}, "n": {"value": 3.0, "unit": ""}})"),
+            json.at("runtimeParameters"));
+}
+
+TEST_F(ModelViews, SummaryTellsExpressionsWithTheirUnits) {
+  std::ostringstream out;
+  write_summary(out, "m", "physical", compile(read(tunable)), {});
+  for (const char* line : {"R = (2*n + 1) kOhm\n", "R = R0 Ohm\n", "R = (kinemo.Value(n, 'mOhm')) Ohm\n", "ratio = k\n",
+                           "run-time parameters\n  R0 = 2 Ohm\n  n = 3\n"})
+    EXPECT_THAT(out.str(), HasSubstr(line));
+  EXPECT_THAT(out.str(), Not(HasSubstr("idle")));
+}
+
+TEST_F(ModelViews, DotTellsNumbersAndExpressionsInTooltips) {
+  std::ostringstream out;
+  write_model_dot(out, "m", compile(read(tunable)));
+  for (const char* text : {"tooltip=\"physical.resistor\nR = (2*n + 1) kOhm\"", "\nratio = k\"",
+                           "tooltip=\"run-time parameters\nR0 = 2 Ohm\nn = 3\""})
+    EXPECT_THAT(out.str(), HasSubstr(text));
+}
+
+TEST_F(ModelViews, ParameterTextsAreForPeople) {
+  const auto bound = [](const char* text, const char* unit) {
+    return data2::core::Expr(data2::core::UnitBindExpr(*data2::cvi::CorvaneParser()(text), units2::core::parse(unit)));
+  };
+  const auto value = [](std::vector<std::size_t> shape, std::vector<double> elements, const char* unit) {
+    return data2::core::Value(data2::core::ValueData(std::move(shape), std::move(elements), units2::core::parse(unit)));
+  };
+  const std::vector<std::pair<ParameterVariant, std::string>> cases{
+      {ustring(u"a'b"), "'a'b'"},
+      {value({1, 1}, {5}, "Ohm"), "5 Ohm"},
+      {value({1, 1}, {5}, "1"), "5"},
+      {value({2, 2}, {1, 3, 2, 4}, "V"), "[1 2; 3 4] V"},
+      {value({0, 0}, {}, ""), "[]"},
+      {value({1, 1}, {std::numeric_limits<double>::infinity()}, "m"), "Inf m"},
+      {data2::core::Expr(), ""},
+      {bound("x", "Ohm"), "x Ohm"},
+      {bound("2*x", "Ohm"), "(2*x) Ohm"},
+      {bound("2*x", "1"), "2*x"},
+      {*data2::cvi::CorvaneParser()("2*x"), "2*x"},
+      {bound("kinemo.Value(x, 'kOhm')", "Ohm"), "(kinemo.Value(x, 'kOhm')) Ohm"},
+  };
+  for (const auto& [parameter, text] : cases) EXPECT_EQ(parameter_text(parameter), text);
 }
 
 gl::core::Model nested_model(int levels) {
