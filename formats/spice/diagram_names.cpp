@@ -1,6 +1,5 @@
 #include "formats/spice/diagram_names.hpp"
 
-#include <algorithm>
 #include <set>
 
 #include "embedded/block_diagram/diagram.hpp"
@@ -8,7 +7,6 @@
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 #include "views/error_diagnostics.hpp"
-#include "views/graph_access.hpp"
 
 namespace kinemo::formats::spice {
 
@@ -16,12 +14,10 @@ namespace host = embedded::block_diagram;
 
 namespace {
 
-/// Blocks with more ports than that keep them by name.
-constexpr std::size_t few_ports = 16;
+using HostNet = std::vector<gtPort*>;
 
-bool is_named(const gtPort& port, const kmf::VnId& connector) {
-  const std::string name = views::port_name(port);
-  return connector.view() == name || connector == kmf::VnId::make(name);
+SourceNet net_at(const gtPort* port) {
+  return port != nullptr ? &host::netOf(*port) : nullptr;
 }
 
 std::size_t depth_of(const gtPort& port) {
@@ -33,81 +29,73 @@ std::size_t depth_of(const gtPort& port) {
   return depth;
 }
 
+const gtPort* inner_port(const gtPort& outer) {
+  const GTBlock* io_port = host::ioPortOf(outer);
+  return io_port != nullptr ? host::ports(*io_port).front() : nullptr;
+}
+
 }  // namespace
 
 DiagramNames::DiagramNames(const host::Diagram& diagram, std::string file)
     : m_diagram(diagram), m_file(std::move(file)) {}
 
-const gtPort* DiagramNames::port_of(const gl::core::Component& component, const kmf::VnId& connector) const {
-  const GTBlock* block = m_diagram.findBlock(
-      kmf::utf8_string_to_ustring(views::relative_path(gl::core::object(gl::core::GraphEntry(component)))));
+const GTBlock* DiagramNames::block_of(const gl::core::Component& component) const {
+  const ustring path = gl::core::object(gl::core::GraphEntry(component));
+  return m_diagram.findBlock(kmf::utf8_string_to_ustring(views::relative_path(path)));
+}
+
+const DiagramNames::PortsByName& DiagramNames::ports_by_name(const GTBlock& block) const {
+  if (m_last_block != &block) {
+    m_ports.clear();
+    for (const gtPort* port : host::ports(block)) {
+      const std::string name = views::port_name(*port);
+      m_ports.emplace(name, port);
+      m_ports.emplace(kmf::VnId::make(name), port);
+    }
+    m_last_block = &block;
+  }
+  return m_ports;
+}
+
+SourceNet DiagramNames::net(const gl::core::Component& component, const kmf::VnId& connector) const {
+  const GTBlock* block = block_of(component);
   if (block == nullptr) {
     return nullptr;
   }
-  const std::vector<gtPort*> ports = host::ports(*block);
-  if (ports.size() > few_ports) {
-    const PortsByName& by_name = ports_of(*block);
-    const auto found = by_name.find(std::string(connector));
-    return found != by_name.end() ? found->second : nullptr;
-  }
-  const auto found =
-      std::find_if(ports.begin(), ports.end(), [&](const gtPort* port) { return is_named(*port, connector); });
-  return found != ports.end() ? *found : nullptr;
+  const PortsByName& ports = ports_by_name(*block);
+  const auto found = ports.find(std::string(connector));
+  return found != ports.end() ? net_at(found->second) : nullptr;
 }
 
-const DiagramNames::PortsByName& DiagramNames::ports_of(const GTBlock& block) const {
-  const auto [entry, is_new] = m_ports.try_emplace(&block);
-  if (is_new) {
-    for (const gtPort* port : host::ports(block)) {
-      const std::string name = views::port_name(*port);
-      entry->second.emplace(name, port);
-      entry->second.emplace(kmf::VnId::make(name), port);
+SourceNetNames DiagramNames::names(SourceNet net) const {
+  const auto* ports = static_cast<const HostNet*>(net);
+  if (ports == nullptr || ports->empty()) {
+    return {};
+  }
+  std::set<std::string> names;
+  for (const gtPort* port : *ports) {
+    for (const host::Line* line : host::linesAt(*port)) {
+      names.insert(kmf::ustring_to_utf8_string(line->name));
     }
   }
-  return entry->second;
+  names.erase(std::string());
+  return {depth_of(*ports->front()), {names.begin(), names.end()}};
 }
 
-const std::vector<std::string>& DiagramNames::line_names(const gtPort& port) const {
-  const std::vector<gtPort*>& net = host::netOf(port);
-  const auto [entry, is_new] = m_line_names.try_emplace(&net);
-  if (is_new) {
-    std::set<std::string> names;
-    for (const gtPort* member : net) {
-      for (const host::Line* line : host::linesAt(*member)) {
-        names.insert(kmf::ustring_to_utf8_string(line->name));
-      }
-    }
-    names.erase(std::string());
-    entry->second.assign(names.begin(), names.end());
+std::vector<SourcePort> DiagramNames::ports(const gl::core::Component& subgraph) const {
+  const GTBlock* block = block_of(subgraph);
+  std::vector<SourcePort> result;
+  for (const gtPort* port : block != nullptr ? views::ports_in_kind_order(*block) : std::vector<gtPort*>()) {
+    result.push_back({kmf::VnId::make(views::port_name(*port)), net_at(port), net_at(inner_port(*port))});
   }
-  return entry->second;
-}
-
-std::vector<std::string> DiagramNames::node_names(const gl::core::Graph& level, const kmf::VnId& node) const {
-  std::set<std::pair<std::size_t, std::string>> ranked;
-  std::set<const void*> seen;
-  for (const gl::core::Connection& connection : level.connections(node)) {
-    const gl::core::ConnectorSpec& connector = connection.connectorSpec();
-    const gtPort* port = port_of(level.components().at(connector.componentId()), connector.connectorId());
-    if (port == nullptr || !seen.insert(&host::netOf(*port)).second) {
-      continue;
-    }
-    for (const std::string& name : line_names(*port)) {
-      ranked.emplace(depth_of(*port), name);
-    }
-  }
-  std::vector<std::string> names;
-  for (const auto& [depth, name] : ranked) {
-    names.push_back(name);
-  }
-  return names;
+  return result;
 }
 
 std::string DiagramNames::definition_name(const std::string& object) const {
   const ustring path = kmf::utf8_string_to_ustring(object);
   const GTBlock* block = m_diagram.findBlock(kmf::utf8_string_to_ustring(views::relative_path(path)));
   const auto mask = block != nullptr ? MaskInterface::mask(block) : nullptr;
-  return mask != nullptr ? std::string(mask->type) : std::string();
+  return mask != nullptr ? mask->type : std::string();
 }
 
 SourcePlace DiagramNames::place(const std::string& object) const {

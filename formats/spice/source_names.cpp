@@ -2,7 +2,15 @@
 
 namespace kinemo::formats::spice {
 
-std::vector<std::string> SourceNames::node_names(const gl::core::Graph&, const kmf::VnId&) const {
+SourceNet SourceNames::net(const gl::core::Component&, const kmf::VnId&) const {
+  return nullptr;
+}
+
+SourceNetNames SourceNames::names(SourceNet) const {
+  return {};
+}
+
+std::vector<SourcePort> SourceNames::ports(const gl::core::Component&) const {
   return {};
 }
 

@@ -10,11 +10,30 @@
 
 namespace kinemo::formats::spice {
 
+/// A net that the user drew in one system of the diagram; null where none is known.
+using SourceNet = const void*;
+
+/// The names of a net, in order, and how many levels down its system is.
+struct SourceNetNames {
+  std::size_t depth = 0;
+  std::vector<std::string> names;
+};
+
+/// A port of a subsystem, and what it joins.
+struct SourcePort {
+  kmf::VnId connector;  ///< the subgraph may have a connector of that name or not: a port that joins nothing has none
+  SourceNet outside = nullptr;
+  SourceNet inside = nullptr;
+};
+
 class SourceNames {
  public:
   virtual ~SourceNames() = default;
-  /// The names that the user gave a node of the level, the best one first.
-  virtual std::vector<std::string> node_names(const gl::core::Graph& level, const kmf::VnId& node) const;
+  /// The net at a connector of a component.
+  virtual SourceNet net(const gl::core::Component& component, const kmf::VnId& connector) const;
+  virtual SourceNetNames names(SourceNet net) const;
+  /// The ports of the subsystem that a subgraph stands for, in their order.
+  virtual std::vector<SourcePort> ports(const gl::core::Component& subgraph) const;
   /// The name of what a subgraph is an instance of; `object` is the path of its block. Empty where it has none.
   virtual std::string definition_name(const std::string& object) const;
   /// The name of the block of that path, the last one of the path.

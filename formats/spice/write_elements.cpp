@@ -37,18 +37,18 @@ ElementWriter::ElementWriter(WriteContext& context, LevelText& level, const kmf:
 std::vector<std::string> ElementWriter::nodes() const {
   std::vector<std::string> all;
   for (const kmf::VnId& connector : m_component.connectorOrder()) {
-    all.push_back(m_level.names.node(m_id, connector));
+    all.push_back(m_level.nodes.at(m_id, connector));
   }
   return all;
 }
 
 std::string ElementWriter::new_node(const std::string& suffix) const {
-  return m_level.names.new_node(name() + "_" + suffix);
+  return m_level.nodes.make(name() + "_" + suffix);
 }
 
 std::string ElementWriter::new_element(char letter, const std::string& suffix) const {
   const bool leads = kmf::lower(name()).front() == letter;
-  return m_level.names.new_element((leads ? "" : std::string(1, letter)) + name() + "_" + suffix);
+  return m_level.elements.make((leads ? "" : std::string(1, letter)) + name() + "_" + suffix);
 }
 
 const ParameterVariant* ElementWriter::find(const char* parameter) const {
@@ -121,11 +121,11 @@ std::string ElementWriter::text(const char* parameter, const char* values) const
 
 /// A node that the level doesn't have is one of the whole netlist, where the top has it.
 std::optional<std::string> ElementWriter::node_in_text(const std::string& name) const {
-  auto found = m_level.names.find_node(name);
+  auto found = m_level.nodes.find(name);
   if (found || names_ground(name) || m_context.top == nullptr || name.find('.') != std::string::npos) {
     return found;
   }
-  found = m_context.top->find_node(name);
+  found = m_context.top->find(name);
   if (found && *found != "0") {
     m_context.global_nodes.insert(*found);
   }
@@ -135,7 +135,7 @@ std::optional<std::string> ElementWriter::node_in_text(const std::string& name) 
 std::string ElementWriter::circuit_text(const char* parameter, const char* values) const {
   return with_circuit_names(
       text(parameter, values), [this](const std::string& name) { return node_in_text(name); },
-      [this](const std::string& name) { return m_level.names.find_element(name); });
+      [this](const std::string& name) { return m_level.elements.find(name); });
 }
 
 std::string ElementWriter::elements() const {
@@ -145,7 +145,7 @@ std::string ElementWriter::elements() const {
     const std::size_t end = std::min(names.find(' ', at), names.size());
     const std::string name = names.substr(at, end - at);
     if (!name.empty()) {
-      result += (result.empty() ? "" : " ") + m_level.names.find_element(name).value_or(name);
+      result += (result.empty() ? "" : " ") + m_level.elements.find(name).value_or(name);
     }
     at = end + 1;
   }

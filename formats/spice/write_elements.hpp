@@ -15,14 +15,16 @@ namespace kinemo::formats::spice {
 
 /// The lines of one definition, and what is needed to write them. Lives while its level is written.
 struct LevelText {
-  explicit LevelText(LevelNames level_names) : names(std::move(level_names)) {}
+  LevelText(LevelNodes level_nodes, LevelElements level_elements)
+      : nodes(std::move(level_nodes)), elements(std::move(level_elements)) {}
 
   /// Adds a card, in lines of bearable length.
   void card(const std::string& text);
   /// The name under which the definition has the model card; the card is added where it is new.
   std::string model(const std::string& name, const std::string& card);
 
-  LevelNames names;
+  LevelNodes nodes;
+  LevelElements elements;
   std::string lines;
 
  private:
@@ -35,7 +37,7 @@ struct WriteContext {
   const WrittenParameters& parameters;
   const SourceNames& source;
   DiagnosticList& diagnostics;
-  const LevelNames* top = nullptr;     ///< null while the top is named
+  const LevelNodes* top = nullptr;     ///< null while the top is named
   std::set<std::string> global_nodes;  ///< nodes of the top that texts of inner levels name
 };
 
@@ -45,8 +47,8 @@ class ElementWriter {
   ElementWriter(WriteContext& context, LevelText& level, const kmf::VnId& id, const gl::core::Component& component);
 
   std::string type() const { return std::string(m_component.type()); }
-  const std::string& name() const { return m_level.names.element(m_id); }
-  std::string node(const char* connector) const { return m_level.names.node(m_id, connector); }
+  const std::string& name() const { return m_level.elements.of(m_id); }
+  std::string node(const char* connector) const { return m_level.nodes.at(m_id, connector); }
   /// All nodes in the order of the component's connectors.
   std::vector<std::string> nodes() const;
   std::string new_node(const std::string& suffix) const;

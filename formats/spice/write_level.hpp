@@ -1,6 +1,7 @@
 // The names of one level of a netlist that is written: its nodes, its elements, and the formal nodes of its definition.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -13,54 +14,92 @@
 
 namespace kinemo::formats::spice {
 
-/// Lives while its level is written. Refers to the graph, which must outlive it.
-class LevelNames {
- public:
-  /// The owner is null for the top; `outside` are its connectors that are ground around it.
-  LevelNames(const gl::core::Component* owner, const gl::core::Graph& level, const Ids& outside, const Grounds& grounds,
-             const SourceNames& source);
+/// A port of a subgraph that the graph doesn't have, since it joins nothing there: its node is named by the level
+/// around it all the same, as the user did.
+struct OpenPort {
+  SourceNet inside;
+  std::string actual;  ///< the node of the level around it
+};
 
-  const gl::core::Graph& graph() const { return *m_graph; }
-  /// The node that a connector is tied to; one of its own where it is tied to none.
-  std::string node(const kmf::VnId& component, const kmf::VnId& connector);
-  /// The element of a component; empty for those that are no element.
-  const std::string& element(const kmf::VnId& component) const;
-  /// Nodes and elements by the names that texts of the diagram may use for them, in any case of letters.
-  std::optional<std::string> find_node(const std::string& name) const;
-  std::optional<std::string> find_element(const std::string& name) const;
-  std::string new_node(const std::string& wanted) { return m_node_names.make(legal_name(wanted)); }
-  std::string new_element(const std::string& wanted) { return m_element_names.make(legal_name(wanted)); }
-  /// Connectors of the owner and the names of the formal nodes for them; what is ground inside is left out.
-  const std::vector<std::pair<kmf::VnId, std::string>>& formals() const { return m_formals; }
+/// A formal node of a definition and what the call gives for it.
+struct FormalNode {
+  std::string name;
+  kmf::VnId connector;  ///< of the owner; empty for an open port
+  std::string actual;   ///< of an open port
+};
+
+/// The nodes of one level. Lives while its level is written; refers to the graph, which must outlive it.
+class LevelNodes {
+ public:
+  /// The owner is null for the top. `outside` are its connectors that are ground around it, `open` its open ports.
+  LevelNodes(const gl::core::Component* owner, const gl::core::Graph& level, const Ids& outside,
+             const std::vector<OpenPort>& open, const Grounds& grounds, const SourceNames& source);
+
+  /// The node at a connector; one of its own where the connector is tied to none.
+  const std::string& at(const kmf::VnId& component, const kmf::VnId& connector) const;
+  /// The node that the diagram has under that name, in any case of letters.
+  std::optional<std::string> find(const std::string& name) const;
+  std::string make(const std::string& wanted) { return m_taken.make(legal_name(wanted)); }
+  /// What is ground inside of a definition is left out.
+  const std::vector<FormalNode>& formals() const { return m_formals; }
   /// The connectors of a subgraph of this level whose nodes are ground here.
   Ids grounded_connectors(const kmf::VnId& component, const gl::core::Component& subgraph) const;
+  std::vector<OpenPort> open_ports(const kmf::VnId& subgraph) const;
 
  private:
-  struct Candidate {
+  /// A node of the graph, a connector that is tied to none, or the net at open ports.
+  struct Point {
+    std::vector<SourceNet> nets;
+    std::vector<std::string> names;  ///< legal ones, the best one first
+    std::vector<kmf::VnId> calls;    ///< the subgraphs at it
     kmf::VnId node;
-    std::vector<std::string> names;  ///< legal ones, the best first
+    std::string fallback;
+    std::string name;  ///< the one that is written
   };
-  using Names = std::unordered_map<std::string, std::string>;  ///< lower case, to the name that is written
+  using Spec = std::pair<kmf::VnId, kmf::VnId>;  ///< component and connector
 
-  void name_elements(const SourceNames& source);
-  void name_nodes(const gl::core::Component* owner, const Grounds& grounds, const SourceNames& source);
-  Candidate candidate(const kmf::VnId& node, const SourceNames& source) const;
-  std::string without_clash(const std::string& name, const kmf::VnId& node) const;
-  bool stays_formal(const gl::core::Component* owner, const Grounds& grounds, const Candidate& candidate) const;
-  bool claim(const Candidate& candidate, std::size_t most_names);
-  void set(const Candidate& candidate, const std::string& name);
-  void add_formals(const gl::core::Component& owner);
+  void collect_nodes();
+  void collect_connectors();
+  void collect_open_ports();
+  void touch(Point& point, const kmf::VnId& component, const kmf::VnId& connector) const;
+  void find_names(Point& point, const std::map<std::string, kmf::VnId>& calls) const;
+  bool is_always_ground(const Point& point) const;
+  void set(Point& point, const std::string& name);
+  bool claim(Point& point, std::size_t most_names);
+  void name_points();
+  const Point* point_at(SourceNet net) const;
+  void add_formals(const std::vector<OpenPort>& open);
 
-  const gl::core::Graph* m_graph;
+  const gl::core::Component* m_owner;
+  const gl::core::Graph& m_graph;
+  const Grounds& m_grounds;
+  const SourceNames& m_source;
   Ids m_grounded;
-  std::unordered_map<kmf::VnId, std::string> m_nodes;
-  std::unordered_map<kmf::VnId, std::string> m_elements;
-  std::unordered_map<std::string, kmf::VnId> m_calls;  ///< subgraphs by the names of their blocks, in lower case
-  Names m_nodes_by_name;
-  Names m_elements_by_name;
-  UniqueNames m_node_names;
-  UniqueNames m_element_names;
-  std::vector<std::pair<kmf::VnId, std::string>> m_formals;
+  std::vector<Point> m_points;
+  std::unordered_map<kmf::VnId, std::size_t> m_of_node;
+  std::map<Spec, std::size_t> m_of_connector;
+  std::unordered_map<SourceNet, std::size_t> m_of_net;
+  std::map<kmf::VnId, std::vector<std::pair<SourceNet, std::size_t>>> m_open_ports;  ///< by subgraph: inside, point
+  std::unordered_map<std::string, std::string> m_by_name;                            ///< lower case, to what is written
+  UniqueNames m_taken;
+  std::vector<FormalNode> m_formals;
+};
+
+/// The elements of one level, as above.
+class LevelElements {
+ public:
+  LevelElements(const gl::core::Graph& level, const SourceNames& source);
+
+  /// The element of a component; empty for those that are no element.
+  const std::string& of(const kmf::VnId& component) const;
+  /// The element of the block of that name, in any case of letters.
+  std::optional<std::string> find(const std::string& name) const;
+  std::string make(const std::string& wanted) { return m_taken.make(legal_name(wanted)); }
+
+ private:
+  std::unordered_map<kmf::VnId, std::string> m_names;
+  std::unordered_map<std::string, std::string> m_by_name;  ///< lower case, to what is written
+  UniqueNames m_taken;
 };
 
 }  // namespace kinemo::formats::spice

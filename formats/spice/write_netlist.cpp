@@ -22,7 +22,8 @@ using gl::core::Model;
 /// A level that is being written.
 struct Level {
   const Component* owner = nullptr;  ///< null for the top
-  kmf::VnId id;                      ///< of the owner, in the level around it
+  const Graph* graph = nullptr;
+  kmf::VnId id;  ///< of the owner, in the level around it
   std::unique_ptr<LevelText> text;
   std::map<kmf::VnId, Component>::const_iterator next;
   std::vector<WrittenParameter> parameters;
@@ -40,8 +41,8 @@ class NetlistWriter {
   /// The whole netlist but its title.
   std::string write() {
     const std::vector<WrittenParameter> parameters = m_parameters.enter_model(m_model.runtimeParameters());
-    enter(nullptr, {}, m_model.graph(), {});
-    m_context.top = &m_levels.back()->text->names;
+    enter(nullptr, {}, m_model.graph(), {}, {});
+    m_context.top = &m_levels.back()->text->nodes;
     while (m_levels.size() > 1 || !at_end(*m_levels.back())) {
       step();
     }
@@ -49,8 +50,7 @@ class NetlistWriter {
   }
 
  private:
-  static const Graph& graph(const Level& level) { return level.text->names.graph(); }
-  static bool at_end(const Level& level) { return level.next == graph(level).components().end(); }
+  static bool at_end(const Level& level) { return level.next == level.graph->components().end(); }
 
   void step() {
     Level& level = *m_levels.back();
@@ -60,17 +60,21 @@ class NetlistWriter {
     }
     const auto& [id, component] = *level.next++;
     if (component.isSubgraph()) {
-      enter(&component, id, component.graph(), level.text->names.grounded_connectors(id, component));
+      enter(&component, id, component.graph(), level.text->nodes.grounded_connectors(id, component),
+            level.text->nodes.open_ports(id));
     } else {
       write_element(m_context, *level.text, id, component);
     }
   }
 
-  void enter(const Component* owner, const kmf::VnId& id, const Graph& graph, const Ids& grounded) {
+  void enter(const Component* owner, const kmf::VnId& id, const Graph& graph, const Ids& grounded,
+             const std::vector<OpenPort>& open) {
     auto level = std::make_unique<Level>();
     level->owner = owner;
+    level->graph = &graph;
     level->id = id;
-    level->text = std::make_unique<LevelText>(LevelNames(owner, graph, grounded, m_grounds, m_source));
+    level->text = std::make_unique<LevelText>(LevelNodes(owner, graph, grounded, open, m_grounds, m_source),
+                                              LevelElements(graph, m_source));
     level->next = graph.components().begin();
     if (owner != nullptr) {
       level->parameters = m_parameters.enter(*owner);
@@ -85,9 +89,10 @@ class NetlistWriter {
     m_parameters.leave(*inner->owner);
     const std::string& definition = define(*inner);
     LevelText& outer = *m_levels.back()->text;
-    std::string call = outer.names.element(inner->id);
-    for (const auto& [connector, formal] : inner->text->names.formals()) {
-      call += " " + outer.names.node(inner->id, connector);
+    std::string call = outer.elements.of(inner->id);
+    for (const FormalNode& formal : inner->text->nodes.formals()) {
+      const bool is_open = formal.connector == kmf::VnId();
+      call += " " + (is_open ? formal.actual : outer.nodes.at(inner->id, formal.connector));
     }
     call += " " + definition;
     for (const WrittenParameter& parameter : inner->parameters) {
@@ -99,8 +104,8 @@ class NetlistWriter {
   /// Two definitions are one when their nodes, parameters and contents are.
   const std::string& define(const Level& level) {
     std::string key;
-    for (const auto& [connector, formal] : level.text->names.formals()) {
-      key += " " + formal;
+    for (const FormalNode& formal : level.text->nodes.formals()) {
+      key += " " + formal.name;
     }
     key += " params:";
     for (const WrittenParameter& parameter : level.parameters) {
@@ -125,8 +130,8 @@ class NetlistWriter {
   /// Defaults are the first call's numbers; every call gives all values.
   void add_definition(const std::string& name, const Level& level) {
     std::string card = ".subckt " + name;
-    for (const auto& [connector, formal] : level.text->names.formals()) {
-      card += " " + formal;
+    for (const FormalNode& formal : level.text->nodes.formals()) {
+      card += " " + formal.name;
     }
     card += level.parameters.empty() ? "" : " params:";
     for (const WrittenParameter& parameter : level.parameters) {

@@ -7,6 +7,9 @@ Both netlists are simulated by ngspice with the same options, temperatures and i
 branch currents must agree, by name, to a relative 1e-6. Where the netlist has run-time parameters, some of them and then
 all get other values in both (a later `.param` wins), and the operating points must agree again.
 
+Newton's method stops at places that depend on the order of the elements, so where values differ both are solved again
+to tighter tolerances; what ngspice can't solve so is left out.
+
 Netlists that ngspice refuses or finds no operating point of, and those with elements that no netlist of ours may have,
 are left out: they are counted, and with --list named with the reason.
 Exit: 0 all equal, 1 some differ, 2 nothing to compare.
@@ -25,6 +28,8 @@ ENCODING = 'latin-1'
 RELATIVE = 1e-6
 FLOORS = {'voltage': 1e-9, 'current': 1e-12}  # and the same share of the greatest value of that kind
 SAME_FOR_BOTH = ('.option', '.temp', '.ic', '.nodeset')
+TIGHT = ['.options reltol=1e-9 abstol=1e-16 vntol=1e-12 itl1=1000']
+NUMERICAL_MODEL = re.compile(r'^\s*\.model\s+\S+\s+(numd|nbjt|numos)', re.I)
 ANALYSES = ('.op', '.tran', '.ac', '.dc', '.tf', '.noise', '.disto', '.pz', '.sens', '.pss', '.sp', '.meas', '.four',
             '.fft', '.print', '.plot', '.save', '.probe', '.width', '.step', '.csparam')
 REFUSED_ELEMENTS = ('[spice:unsupported_element]', '[spice:unsupported_form]')
@@ -171,6 +176,16 @@ def exported_cards(options, path):
     return cards_of(run.stdout.decode(ENCODING))
 
 
+def agree(options, folder, original, exported, values):
+    """The differences between two netlists whose parameters have the values, given for each of the two."""
+    found = differences(operating_point(original, values[0], folder, options.timeout),
+                        again(exported, values[1], folder, options))
+    if found and not any('only in' in text for text in found):
+        found = differences(operating_point(original + TIGHT, values[0], folder, options.timeout),
+                            again(exported + TIGHT, values[1], folder, options))
+    return found
+
+
 def compare(options, path):
     """('equal' | 'differs' | 'left out', reason, operating points compared)"""
     folder = os.path.dirname(os.path.abspath(path))
@@ -178,24 +193,24 @@ def compare(options, path):
         original = without_analyses(cards_of(file.read()))
     compared = 0
     try:
-        expected = operating_point(original, {}, folder, options.timeout)
+        if any(NUMERICAL_MODEL.match(card) for card in original):
+            raise LeftOut('numerical device models')
+        operating_point(original, {}, folder, options.timeout)
         exported = exported_cards(options, path)
         parameters = parameters_of(exported)
         names = names_in(parameters, original)
         exported += directives_for_both(original)
-        found = differences(expected, again(exported, {}, folder, options))
+        found = agree(options, folder, original, exported, ({}, {}))
         compared = 1
         has_conditions = any(is_directive(card, ('.if',)) for card in original)
         for change in [] if found or has_conditions else changes_of(parameters):
+            told = ' '.join('%s=%r' % item for item in change.items() if item[1] != parameters[item[0]])
+            values = {names[name]: value for name, value in change.items()}, change
             try:
-                expected = operating_point(original, {names[name]: value for name, value in change.items()}, folder,
-                                           options.timeout)
+                found += ['with %s: %s' % (told, text) for text in agree(options, folder, original, exported, values)]
+                compared += 1
             except LeftOut:
                 continue
-            told = ' '.join('%s=%r' % item for item in change.items() if item[1] != parameters[item[0]])
-            found += ['with %s: %s' % (told, text)
-                      for text in differences(expected, again(exported, change, folder, options))]
-            compared += 1
     except LeftOut as reason:
         return 'left out', str(reason), 0
     except (RuntimeError, subprocess.TimeoutExpired) as reason:

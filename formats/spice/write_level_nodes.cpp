@@ -1,0 +1,262 @@
+#include <algorithm>
+#include <set>
+
+#include "formats/spice/write_level.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/graph_access.hpp"
+
+namespace kinemo::formats::spice {
+
+using gl::core::Component;
+using gl::core::ConnectorSpec;
+using gl::core::Graph;
+
+LevelNodes::LevelNodes(const Component* owner, const Graph& level, const Ids& outside,
+                       const std::vector<OpenPort>& open, const Grounds& grounds, const SourceNames& source)
+    : m_owner(owner),
+      m_graph(level),
+      m_grounds(grounds),
+      m_source(source),
+      m_grounded(grounds.nodes(owner, level, outside)) {
+  m_taken.claim("0");
+  m_taken.claim("gnd");
+  collect_nodes();
+  collect_connectors();
+  collect_open_ports();
+  name_points();
+  if (owner != nullptr) {
+    add_formals(open);
+  }
+}
+
+// --- what there is to be named
+
+void LevelNodes::touch(Point& point, const kmf::VnId& component, const kmf::VnId& connector) const {
+  const Component& touched = m_graph.components().at(component);
+  if (touched.isSubgraph()) {
+    point.calls.push_back(component);
+  }
+  const SourceNet net = m_source.net(touched, connector);
+  if (net != nullptr && std::find(point.nets.begin(), point.nets.end(), net) == point.nets.end()) {
+    point.nets.push_back(net);
+  }
+}
+
+void LevelNodes::collect_nodes() {
+  for (const auto& entry : m_graph.nodes()) {
+    m_of_node.emplace(entry.first, m_points.size());
+    m_points.emplace_back().node = entry.first;
+    m_points.back().fallback = std::string(entry.first);
+  }
+  for (const gl::core::Connection& connection : views::connections(m_graph)) {
+    const ConnectorSpec& connector = connection.connectorSpec();
+    touch(m_points[m_of_node.at(connection.nodeId())], connector.componentId(), connector.connectorId());
+  }
+  for (std::size_t i = 0; i < m_points.size(); ++i) {
+    for (const SourceNet net : m_points[i].nets) {
+      m_of_net.emplace(net, i);
+    }
+  }
+}
+
+void LevelNodes::collect_connectors() {
+  for (const auto& [id, component] : m_graph.components()) {
+    for (const kmf::VnId& connector : component.connectorOrder()) {
+      if (m_graph.nodeOf(ConnectorSpec(id, connector)) != nullptr) {
+        continue;
+      }
+      const std::size_t index = m_points.size();
+      Point& point = m_points.emplace_back();
+      point.fallback = std::string(id) + "_" + std::string(connector);
+      touch(point, id, connector);
+      m_of_connector.emplace(Spec(id, connector), index);
+      for (const SourceNet net : point.nets) {
+        m_of_net.emplace(net, index);
+      }
+    }
+  }
+}
+
+/// Nets that something of this level joins already aren't open, whatever a subgraph has there.
+void LevelNodes::collect_open_ports() {
+  const std::size_t known = m_points.size();
+  for (const auto& [id, component] : m_graph.components()) {
+    if (!component.isSubgraph()) {
+      continue;
+    }
+    const std::vector<kmf::VnId>& order = component.connectorOrder();
+    const std::set<kmf::VnId> connectors(order.begin(), order.end());
+    for (const SourcePort& port : m_source.ports(component)) {
+      if (port.inside == nullptr || port.outside == nullptr || connectors.count(port.connector) != 0) {
+        continue;
+      }
+      const std::size_t index = m_of_net.emplace(port.outside, m_points.size()).first->second;
+      if (index < known) {
+        continue;
+      }
+      if (index == m_points.size()) {
+        m_points.emplace_back().nets.push_back(port.outside);
+        m_points.back().fallback = std::string(id) + "_" + std::string(port.connector);
+      }
+      m_points[index].calls.push_back(id);
+      m_open_ports[id].emplace_back(port.inside, index);
+    }
+  }
+}
+
+// --- names
+
+/// `call.node` is the simulator's name for a node inside of a call, so that another node can't have it.
+void LevelNodes::find_names(Point& point, const std::map<std::string, kmf::VnId>& calls) const {
+  std::set<std::pair<std::size_t, std::string>> ranked;
+  for (const SourceNet net : point.nets) {
+    const SourceNetNames names = m_source.names(net);
+    for (const std::string& name : names.names) {
+      ranked.emplace(names.depth, name);
+    }
+  }
+  for (const auto& [depth, wanted] : ranked) {
+    std::string name = legal_name(wanted);
+    const auto call = calls.find(kmf::lower(name.substr(0, name.find('.'))));
+    const bool clashes = name.find('.') != std::string::npos && call != calls.end() &&
+                         std::find(point.calls.begin(), point.calls.end(), call->second) == point.calls.end();
+    if (clashes) {
+      std::replace(name.begin(), name.end(), '.', '_');
+    }
+    if (!name.empty()) {
+      point.names.push_back(std::move(name));
+    }
+  }
+}
+
+/// A node that is ground around its definition only is a formal node, unless its name says that it is always ground.
+bool LevelNodes::is_always_ground(const Point& point) const {
+  if (m_grounded.count(point.node) == 0) {
+    return false;
+  }
+  return m_owner == nullptr || !m_owner->isExported(point.node) ||
+         m_grounds.inside(*m_owner).count(m_owner->mapExported(point.node)) != 0 ||
+         (!point.names.empty() && names_ground(point.names.front()));
+}
+
+void LevelNodes::set(Point& point, const std::string& name) {
+  point.name = name;
+  m_by_name[kmf::lower(name)] = name;
+  for (const std::string& alias : point.names) {
+    m_by_name.emplace(kmf::lower(alias), name);
+  }
+}
+
+/// Takes the first of the names that is free.
+bool LevelNodes::claim(Point& point, std::size_t most_names) {
+  for (std::size_t i = 0; i < std::min(most_names, point.names.size()); ++i) {
+    if (m_taken.claim(point.names[i])) {
+      set(point, point.names[i]);
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Best names of all nodes first, then any name, at last made ones.
+void LevelNodes::name_points() {
+  std::map<std::string, kmf::VnId> calls;
+  for (const auto& [id, component] : m_graph.components()) {
+    if (component.isSubgraph()) {
+      calls.emplace(kmf::lower(m_source.block_name(views::object_text(gl::core::GraphEntry(component)))), id);
+    }
+  }
+  for (Point& point : m_points) {
+    find_names(point, calls);
+    if (is_always_ground(point)) {
+      set(point, "0");
+    }
+  }
+  for (const std::size_t most_names : {std::size_t{1}, std::string::npos}) {
+    for (Point& point : m_points) {
+      if (point.name.empty()) {
+        claim(point, most_names);
+      }
+    }
+  }
+  for (Point& point : m_points) {
+    if (point.name.empty()) {
+      const bool has_name = !point.names.empty() && !names_ground(point.names.front());
+      set(point, m_taken.make(has_name ? point.names.front() : point.fallback));
+    }
+  }
+}
+
+// --- answers
+
+const std::string& LevelNodes::at(const kmf::VnId& component, const kmf::VnId& connector) const {
+  const kmf::VnId* node = m_graph.nodeOf(ConnectorSpec(component, connector));
+  return m_points[node != nullptr ? m_of_node.at(*node) : m_of_connector.at({component, connector})].name;
+}
+
+std::optional<std::string> LevelNodes::find(const std::string& name) const {
+  const auto found = m_by_name.find(kmf::lower(name));
+  return found != m_by_name.end() ? std::optional(found->second) : std::nullopt;
+}
+
+const LevelNodes::Point* LevelNodes::point_at(SourceNet net) const {
+  const auto found = m_of_net.find(net);
+  return found != m_of_net.end() ? &m_points[found->second] : nullptr;
+}
+
+/// In the order of the subsystem's ports, so that calls which leave some of them open can share a definition.
+void LevelNodes::add_formals(const std::vector<OpenPort>& open) {
+  std::map<kmf::VnId, std::string> exported;
+  for (const auto& entry : m_graph.nodes()) {
+    if (m_owner->isExported(entry.first)) {
+      exported.emplace(m_owner->mapExported(entry.first), m_points[m_of_node.at(entry.first)].name);
+    }
+  }
+  std::set<std::string> told{"0"};
+  const auto add = [&](const std::string& name, const kmf::VnId& connector, const std::string& actual) {
+    if (told.insert(name).second) {
+      m_formals.push_back({name, connector, actual});
+    }
+  };
+  std::unordered_map<SourceNet, std::string> actuals;
+  for (const OpenPort& port : open) {
+    actuals.emplace(port.inside, port.actual);
+  }
+  for (const SourcePort& port : m_source.ports(*m_owner)) {
+    const auto by_connector = exported.find(port.connector);
+    const auto by_net = actuals.find(port.inside);
+    if (by_connector != exported.end()) {
+      add(by_connector->second, port.connector, {});
+    } else if (const Point* point = by_net != actuals.end() ? point_at(port.inside) : nullptr) {
+      add(point->name, {}, by_net->second);
+    }
+  }
+  for (const kmf::VnId& connector : m_owner->connectorOrder()) {
+    const auto found = exported.find(connector);
+    add(found != exported.end() ? found->second : make(std::string(connector)), connector, {});
+  }
+}
+
+Ids LevelNodes::grounded_connectors(const kmf::VnId& component, const Component& subgraph) const {
+  Ids connectors;
+  for (const kmf::VnId& connector : subgraph.connectorOrder()) {
+    const kmf::VnId* node = m_graph.nodeOf(ConnectorSpec(component, connector));
+    if (node != nullptr && m_grounded.count(*node) != 0) {
+      connectors.insert(connector);
+    }
+  }
+  return connectors;
+}
+
+std::vector<OpenPort> LevelNodes::open_ports(const kmf::VnId& subgraph) const {
+  std::vector<OpenPort> result;
+  const auto found = m_open_ports.find(subgraph);
+  if (found != m_open_ports.end()) {
+    for (const auto& [inside, point] : found->second) {
+      result.push_back({inside, m_points[point].name});
+    }
+  }
+  return result;
+}
+
+}  // namespace kinemo::formats::spice
