@@ -2,6 +2,7 @@
 
 #include "formats/spice/card_reader.hpp"
 #include "formats/spice/element_reader.hpp"
+#include "formats/spice/multipliers.hpp"
 #include "formats/spice/netlist_checks.hpp"
 #include "formats/spice/parameter_order.hpp"
 #include "formats/spice/structure_reader.hpp"
@@ -128,6 +129,7 @@ Netlist read_cards_and_resolve(const std::shared_ptr<const TextFile>& top, Diagn
   DefinitionReader(netlist, waiting, reporter).read_all();
   netlist.files = std::move(cards.files);
   check_netlist(netlist, reporter);
+  spread_multipliers(netlist, reporter);
   return netlist;
 }
 

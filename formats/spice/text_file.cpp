@@ -77,10 +77,6 @@ std::shared_ptr<const TextFile> TextFiles::load(const std::filesystem::path& pat
   if (const auto found = m_loaded.find(key); !code && found != m_loaded.end()) {
     return found->second;
   }
-  if (std::filesystem::exists(path, code) && !std::filesystem::is_regular_file(path, code)) {
-    reason = "it isn't a regular file";  // a device or a pipe might never end
-    return nullptr;
-  }
   std::optional<std::string> text = read_text(path.string(), reason);
   if (!text) {
     return nullptr;

@@ -112,13 +112,43 @@ TEST(NetlistDialect, CallsGiveParametersByName) {
          {sub + "x1 a b sub params: v = 3 w= '2 * 2'", {"x1.r1 a b : 7"}},
          {sub + "x1 a b sub PARAMS:v=3 w=4", {"x1.r1 a b : 7"}},
          {".subckt s a b params:v=3\nr1 a b v\n.ends\nx1 a b s", {"x1.r1 a b : 3"}},
-         {sub + "x1 a b sub zz=5 m=2", {"x1.r1 a b : 3"}},
+         {sub + "x1 a b sub zz=5 m=2", {"x1.r1 a b : 3 | m=2"}},
          {sub + ".param v=10\nx1 a b sub w={v}", {"x1.r1 a b : 11"}},
          {".subckt s a b j={k*2} k=1\nr1 a b {j}\n.ends\nx1 a b s k=2", {"x1.r1 a b : 4"}},
          {".param k=9\n.subckt s a b k={k}\nr1 a b k\n.ends\nx1 a b s", {"x1.r1 a b : 9"}},
          {".subckt s a b v=1\n.param z={v+1}\nx2 a b in\n.ends\n.subckt in p q\nr1 p q {z*2}\n.ends\nx1 a b s v=3",
           {"x1.x2.r1 a b : 8"}}},
         true);
+}
+
+TEST(NetlistDialect, CallsMultiplyTheDevicesInside) {
+  const std::string s = ".subckt s a b\nr1 a b 1\n.ends\n";
+  check(
+      {{"x1 a s m={k+1}\n.param k=8\n.subckt s a\nr1 a 0 1k\nr2 a 0 1k tc1=1\nr3 a 0 r={v(a)}\nc1 a 0 1u\nl1 a 0 1\n"
+        "i1 a 0 dc 1 ac 1\ng1 a 0 a 0 2\ng2 a 0 cur={v(a)}\nf1 a 0 v1 2\nd1 a 0 dm 2 off\nq1 a a 0 qm\nm1 a a 0 0 nm "
+        "w=1\nj1 a a 0 jm\nz1 a a 0 zm\n.model dm d\n.model qm npn\n.model nm nmos\n.model jm njf\n.model zm "
+        "nmf\n.ends",
+        {"x1.c1 a 0 : 1e-06 | m=9", "x1.d1 a 0 : 2 | off m=9", "x1.f1 a 0 : 2 | m=9", "x1.g1 a 0 a 0 : 18",
+         "x1.g2 a 0 :  | cur={v(a)} m=9", "x1.i1 a 0 : 1 | ac 1 m=9", "x1.j1 a a 0 :  | m=9", "x1.l1 a 0 : 1 | m=9",
+         "x1.m1 a a 0 0 :  | w=1 m=9", "x1.q1 a a 0 :  | m=9", "x1.r1 a 0 : 1000 | m=9", "x1.r2 a 0 : 1000 | tc1=1 m=9",
+         "x1.r3 a 0 :  | r={v(a)} m=9", "x1.z1 a a 0 :  | m=9"}},
+       {"x1 a s m=9\n.subckt s a\nv1 a 0 1\nb1 a 0 i=v(a)\ne1 b 0 a 0 2\nh1 c 0 v1 2\nl1 a 0 1\nl2 a 0 1\nk1 l1 l2 1\n"
+        "t1 a 0 b 0 z0=50\n.ends",
+        {"x1.b1 a 0 :  | i={v(a)}", "x1.e1 x1.b 0 a 0 : 2", "x1.h1 x1.c 0 : 2", "x1.k1 : 1", "x1.l1 a 0 : 1 | m=9",
+         "x1.l2 a 0 : 1 | m=9", "x1.t1 a 0 x1.b 0 :  | z0=50", "x1.v1 a 0 : 1"}},
+       // what is inside gives way, also to the 1 of calls that give none
+       {s + "x1 p 0 o m=2\nx2 p 0 o\nx3 p 0 s m=5\n.subckt o a b\nx1 a b s m=3\nr1 a b 1 m=4\n.ends",
+        {"x1.r1 p 0 : 1 | m=4 m=2", "x1.x1.r1 p 0 : 1 | m=2", "x2.r1 p 0 : 1 | m=4 m=1", "x2.x1.r1 p 0 : 1 | m=1",
+         "x3.r1 p 0 : 1 | m=5"}},
+       // through definitions without a call that gives one
+       {"x1 p 0 t m=2\n.subckt t a b\nx1 a b o\n.ends\n.subckt o a b\nx1 a b s\n.ends\n" + s,
+        {"x1.x1.x1.r1 p 0 : 1 | m=2"}},
+       // definitions with a parameter of that name see to it themselves
+       {"x1 p 0 s m=2\nx2 p 0 t m=2\n.subckt s a b m=5\nr1 a b 1\nr2 a b 1 m={m}\n.ends\n.subckt t a b\n.param m=4\nr1 "
+        "a b 1\n.ends\nx3 p 0 u m=3\n.subckt u a b\nx1 a b s m=7\n.ends\n",
+        {"x1.r1 p 0 : 1", "x1.r2 p 0 : 1 | m=2", "x2.r1 p 0 : 1", "x3.x1.r1 p 0 : 1", "x3.x1.r2 p 0 : 1 | m=3"}},
+       {s + ".param m=4\nx1 p 0 s", {"x1.r1 p 0 : 1"}}},
+      true);
 }
 
 TEST(NetlistDialect, ParametersInAnyOrderTheLastOneWins) {

@@ -124,6 +124,8 @@ TEST_F(LiveParameters, FollowOthersAsAFreshReadingDoes) {
       ".model dm d(is={a})\nx1 p s w={a*3}\n.subckt s p w=1\n.model dl d(is={w} rs={a+w})\nd1 p 0 dm\nx1 p t w=5 "
       "v={w+1}\n"
       ".subckt t p v=0 w=1\nd1 p 0 dl\nd2 p 0 dm\nx1 p u w={v}\n.subckt u p w=0\nd1 p 0 dl\n.ends\n.ends\n.ends",
+      // what calls multiply
+      "x1 p o m={a}\n.subckt o p\nx1 p s\nr1 p 0 {a}\n.ends\n.subckt s p\nr1 p 0 1 tc1=2\ng1 p 0 p 0 {3+a}\n.ends",
       // names that the host has another use for
       ".param max={a} end={max+1} text={end} value=text length={value}\nx1 p s\nr1 p 0 {max(end,length)} tc1={value}\n"
       ".subckt s p model={a} pi={model} model_values={pi} elements={pi} m={a}\nr1 p 0 {pi+m} "

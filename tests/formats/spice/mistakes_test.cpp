@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -129,6 +130,17 @@ b1 a b 3              ; !error:1 spice:bad_card
 k1 l1 0.5             ; !error:1 spice:bad_card
 .model qm npn
 .model mm nmos)",
+    R"(multipliers without an effect
+x1 p 0 o m=2
+.subckt o a b
+x1 a b s m=3            ; !warning:1 spice:replaced_multiplier
+r1 a b 1 tc1=0 m={2}    ; !warning:1 spice:replaced_multiplier
+r2 a b r={v(a)} m=2     ; fine: of such ones the simulator takes the first
+g1 a b poly(1) a b 0 1  ; !warning:1 spice:not_multiplied
+.ends
+.subckt s a b
+r1 a b 1
+.ends)",
     // structure
     R"(unbalanced
 .ends         ; !error:1 spice:unbalanced
@@ -264,6 +276,7 @@ class NetlistFiles : public testing::Test {
   }
   ~NetlistFiles() override { std::filesystem::remove_all(m_folder); }
 
+  void make_pipe(const std::string& name) { ASSERT_EQ(0, ::mkfifo((m_folder / name).c_str(), 0600)); }
   void write(const std::string& name, const std::string& text) {
     std::ofstream(m_folder / name, std::ios::binary) << text;
   }
@@ -315,6 +328,12 @@ TEST_F(NetlistFiles, MistakesInThemNameThem) {
   write("top.cir", "read only once\n");
   EXPECT_THAT(elements_of(".include top.cir"), testing::ElementsAre("top.cir:2 spice:include_cycle"));
   EXPECT_THAT(elements_of(".include binary.inc\n.include sub"),
+              testing::ElementsAre("top.cir:2 spice:missing_file", "top.cir:3 spice:missing_file"));
+}
+
+TEST_F(NetlistFiles, ThatMayNeverEndAreRefusedAtOnce) {
+  make_pipe("pipe.inc");
+  EXPECT_THAT(elements_of(".include pipe.inc\n.include /dev/zero"),
               testing::ElementsAre("top.cir:2 spice:missing_file", "top.cir:3 spice:missing_file"));
 }
 
