@@ -35,7 +35,7 @@ bool looks_like_diagram(std::string_view text) {
 std::string read_input(const Options& options, const std::string& shown) {
   std::string reason;
   const auto text =
-      options.model == "-" ? formats::read_text(std::cin, reason) : formats::read_text(options.model, reason);
+      options.model == "-" ? formats::read_text(std::cin, reason) : formats::read_given_text(options.model, reason);
   if (!text) throw UsageError("can't read '" + shown + "': " + reason);
   return *text;
 }
