@@ -1,6 +1,7 @@
 #include "domains/physical/model_settings.hpp"
 
 #include "common/gl/gti/export/translation_manager.hpp"
+#include "domains/physical/temperature_setting.hpp"
 #include "platform/block_diagram/mask.hpp"
 #include "platform/data/data.hpp"
 #include "tests/domains/physical/physical_fixture.hpp"
@@ -96,6 +97,13 @@ TEST_F(ModelSettings, SwitchIsOnOrOff) {
   }
   diagram->setParameter("PropagateRuntimeParameters", u"off");
   EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST(SettingText, IsTextAlone) {
+  const kinemo::test::LeakGuard guard;
+  EXPECT_EQ(setting_text("S", cvUniquePtr(cvCreateString("a b"))), u"a b");
+  EXPECT_EQ(kinemo::test::error_of([] { setting_text("S", cvUniquePtr(cvCreateDoubleScalar(1))); }),
+            "kinemo:physical:settings:NotText(S, double)");
 }
 
 TEST_F(ModelSettings, InitialTemperatureIsTheReferenceTemperatureUnlessTheModelSaysElse) {
