@@ -86,7 +86,7 @@ std::vector<SourcePort> DiagramNames::ports(const gl::core::Component& subgraph)
   const GTBlock* block = block_of(subgraph);
   std::vector<SourcePort> result;
   for (const gtPort* port : block != nullptr ? views::ports_in_kind_order(*block) : std::vector<gtPort*>()) {
-    result.push_back({kmf::VnId::make(views::port_name(*port)), net_at(port), net_at(inner_port(*port))});
+    result.push_back({views::port_name(*port), net_at(port), net_at(inner_port(*port))});
   }
   return result;
 }

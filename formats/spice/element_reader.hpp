@@ -42,6 +42,7 @@ class ElementReader {
   void read_value(CardCursor& cursor, Element& element);
   void add_circuit_expression(Element& element, std::string_view text, const Place& place);
   void add_text(Element& element, std::string_view text, bool all_names = false);
+  void add_waveform(Element& element, std::string_view before, std::string_view behind);
 
   const std::string& name(const Element& element) const { return m_netlist.names.text(element.name); }
 

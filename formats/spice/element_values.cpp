@@ -111,11 +111,25 @@ void ElementReader::read_passive_word(CardCursor& cursor, Element& element, std:
   }
 }
 
+/// What stands around a source's value. The value 0 is that of a card without one, where the waveform gives it; one
+/// that is on the card stays there.
+void ElementReader::add_waveform(Element& element, std::string_view before, std::string_view behind) {
+  const bool has_text = !before.empty() || !behind.empty();
+  const bool is_zero =
+      element.value != nullptr && element.value->is_number() && element.value->steps().front().number == 0;
+  if (has_text && is_zero) {
+    element.value.reset();
+    add_text(element, "dc 0");
+  }
+  add_text(element, before, true);
+  add_text(element, behind, true);
+}
+
 void ElementReader::read_source(CardCursor& cursor, Element& element) {
   const std::string_view first = cursor.peek();
   if (!first.empty() && !contains(source_words, first) && !cursor.at_assignment()) {
     read_value(cursor, element);
-    return add_text(element, cursor.rest(), true);
+    return add_waveform(element, {}, cursor.rest());
   }
   const std::string& text = cursor.card().text();
   const std::size_t begin = cursor.offset();
@@ -132,8 +146,7 @@ void ElementReader::read_source(CardCursor& cursor, Element& element) {
         continue;  // the waveform gives the value
       }
       read_value(cursor, element);
-      add_text(element, trimmed(std::string_view(text).substr(begin, at - begin)), true);
-      return add_text(element, cursor.rest(), true);
+      return add_waveform(element, trimmed(std::string_view(text).substr(begin, at - begin)), cursor.rest());
     }
   }
   add_text(element, std::string_view(text).substr(std::min(begin, text.size())), true);

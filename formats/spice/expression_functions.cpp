@@ -39,7 +39,8 @@ constexpr std::array<BuiltInFunction, 35> built_in_functions{{
     {"log10", 1, 1, [](Arguments a, std::size_t) { return std::log10(a[0]); }, "log10($1)"},
     {"max", 1, 2, [](Arguments a, std::size_t n) { return std::fmax(a[0], a[n - 1]); }, "max($*)"},
     {"min", 1, 2, [](Arguments a, std::size_t n) { return std::fmin(a[0], a[n - 1]); }, "min($*)"},
-    {"nint", 1, 1, [](Arguments a, std::size_t) { return std::nearbyint(a[0]); }, "round($1)"},
+    {"nint", 1, 1, [](Arguments a, std::size_t) { return std::nearbyint(a[0]); },
+     "ternary_fcn(abs(rem($1, 1)) == 0.5, 2*round(($1)/2), round($1))"},  // halves go to the even neighbour
     {"pow", 2, 2, [](Arguments a, std::size_t) { return std::pow(a[0], a[1]); }, "($1)^($2)"},
     {"pwr", 2, 2, [](Arguments a, std::size_t) { return std::pow(std::fabs(a[0]), a[1]); }, "abs($1)^($2)"},
     {"sgn", 1, 1, [](Arguments a, std::size_t) { return sign_of(a[0]); }, "sign($1)"},

@@ -21,7 +21,7 @@ struct SourceNetNames {
 
 /// A port of a subsystem, and what it joins.
 struct SourcePort {
-  kmf::VnId connector;  ///< the subgraph may have a connector of that name or not: a port that joins nothing has none
+  std::string name;
   SourceNet outside = nullptr;
   SourceNet inside = nullptr;
 };
@@ -29,7 +29,7 @@ struct SourcePort {
 class SourceNames {
  public:
   virtual ~SourceNames() = default;
-  /// The net at a connector of a component.
+  /// The net at a connector of a component that is no subgraph.
   virtual SourceNet net(const gl::core::Component& component, const kmf::VnId& connector) const;
   virtual SourceNetNames names(SourceNet net) const;
   /// The ports of the subsystem that a subgraph stands for, in their order.

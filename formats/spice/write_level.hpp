@@ -11,6 +11,7 @@
 #include "formats/spice/source_names.hpp"
 #include "formats/spice/write_ground.hpp"
 #include "formats/spice/write_names.hpp"
+#include "formats/spice/write_ports.hpp"
 
 namespace kinemo::formats::spice {
 
@@ -33,7 +34,8 @@ class LevelNodes {
  public:
   /// The owner is null for the top. `outside` are its connectors that are ground around it, `open` its open ports.
   LevelNodes(const gl::core::Component* owner, const gl::core::Graph& level, const Ids& outside,
-             const std::vector<OpenPort>& open, const Grounds& grounds, const SourceNames& source);
+             const std::vector<OpenPort>& open, const Grounds& grounds, const SubgraphPorts& ports,
+             const SourceNames& source);
 
   /// The node at a connector; one of its own where the connector is tied to none.
   const std::string& at(const kmf::VnId& component, const kmf::VnId& connector) const;
@@ -73,6 +75,7 @@ class LevelNodes {
   const gl::core::Component* m_owner;
   const gl::core::Graph& m_graph;
   const Grounds& m_grounds;
+  const SubgraphPorts& m_ports;
   const SourceNames& m_source;
   Ids m_grounded;
   std::vector<Point> m_points;

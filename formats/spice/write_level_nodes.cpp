@@ -12,10 +12,12 @@ using gl::core::ConnectorSpec;
 using gl::core::Graph;
 
 LevelNodes::LevelNodes(const Component* owner, const Graph& level, const Ids& outside,
-                       const std::vector<OpenPort>& open, const Grounds& grounds, const SourceNames& source)
+                       const std::vector<OpenPort>& open, const Grounds& grounds, const SubgraphPorts& ports,
+                       const SourceNames& source)
     : m_owner(owner),
       m_graph(level),
       m_grounds(grounds),
+      m_ports(ports),
       m_source(source),
       m_grounded(grounds.nodes(owner, level, outside)) {
   m_taken.claim("0");
@@ -36,7 +38,7 @@ void LevelNodes::touch(Point& point, const kmf::VnId& component, const kmf::VnId
   if (touched.isSubgraph()) {
     point.calls.push_back(component);
   }
-  const SourceNet net = m_source.net(touched, connector);
+  const SourceNet net = m_ports.net(touched, connector);
   if (net != nullptr && std::find(point.nets.begin(), point.nets.end(), net) == point.nets.end()) {
     point.nets.push_back(net);
   }
@@ -84,10 +86,8 @@ void LevelNodes::collect_open_ports() {
     if (!component.isSubgraph()) {
       continue;
     }
-    const std::vector<kmf::VnId>& order = component.connectorOrder();
-    const std::set<kmf::VnId> connectors(order.begin(), order.end());
-    for (const SourcePort& port : m_source.ports(component)) {
-      if (port.inside == nullptr || port.outside == nullptr || connectors.count(port.connector) != 0) {
+    for (const auto& [port, connector] : m_ports.of(component)) {
+      if (port.inside == nullptr || port.outside == nullptr || !connector.empty()) {
         continue;
       }
       const std::size_t index = m_of_net.emplace(port.outside, m_points.size()).first->second;
@@ -96,7 +96,7 @@ void LevelNodes::collect_open_ports() {
       }
       if (index == m_points.size()) {
         m_points.emplace_back().nets.push_back(port.outside);
-        m_points.back().fallback = std::string(id) + "_" + std::string(port.connector);
+        m_points.back().fallback = std::string(id) + "_" + port.name;
       }
       m_points[index].calls.push_back(id);
       m_open_ports[id].emplace_back(port.inside, index);
@@ -222,11 +222,11 @@ void LevelNodes::add_formals(const std::vector<OpenPort>& open) {
   for (const OpenPort& port : open) {
     actuals.emplace(port.inside, port.actual);
   }
-  for (const SourcePort& port : m_source.ports(*m_owner)) {
-    const auto by_connector = exported.find(port.connector);
+  for (const auto& [port, connector] : m_ports.of(*m_owner)) {
+    const auto by_connector = exported.find(connector);
     const auto by_net = actuals.find(port.inside);
     if (by_connector != exported.end()) {
-      add(by_connector->second, port.connector, {});
+      add(by_connector->second, connector, {});
     } else if (const Point* point = by_net != actuals.end() ? point_at(port.inside) : nullptr) {
       add(point->name, {}, by_net->second);
     }

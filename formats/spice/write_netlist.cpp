@@ -35,6 +35,7 @@ class NetlistWriter {
       : m_model(model),
         m_source(source),
         m_grounds(model.graph()),
+        m_ports(model.graph(), source),
         m_parameters(model, m_names),
         m_context{m_parameters, source, diagnostics, nullptr, {}} {}
 
@@ -73,7 +74,7 @@ class NetlistWriter {
     level->owner = owner;
     level->graph = &graph;
     level->id = id;
-    level->text = std::make_unique<LevelText>(LevelNodes(owner, graph, grounded, open, m_grounds, m_source),
+    level->text = std::make_unique<LevelText>(LevelNodes(owner, graph, grounded, open, m_grounds, m_ports, m_source),
                                               LevelElements(graph, m_source));
     level->next = graph.components().begin();
     if (owner != nullptr) {
@@ -91,7 +92,7 @@ class NetlistWriter {
     LevelText& outer = *m_levels.back()->text;
     std::string call = outer.elements.of(inner->id);
     for (const FormalNode& formal : inner->text->nodes.formals()) {
-      const bool is_open = formal.connector == kmf::VnId();
+      const bool is_open = formal.connector.empty();
       call += " " + (is_open ? formal.actual : outer.nodes.at(inner->id, formal.connector));
     }
     call += " " + definition;
@@ -158,6 +159,7 @@ class NetlistWriter {
   const SourceNames& m_source;
   UniqueNames m_names;  ///< of parameters and definitions, which the simulator keeps in one table
   Grounds m_grounds;
+  SubgraphPorts m_ports;
   WrittenParameters m_parameters;
   WriteContext m_context;
   std::vector<std::unique_ptr<Level>> m_levels;
