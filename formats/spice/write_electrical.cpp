@@ -81,7 +81,7 @@ void write_transmission_line(const ElementWriter& e) {
 void write_exponential_diode(const ElementWriter& e) {
   const std::string temperature = e.value("T", "degC");
   const std::string model =
-      e.model(e.name() + "_model", "d is=" + e.value("I_s", "A") + " n=" + e.value("N", "1") + " tnom=" + temperature);
+      e.model("junction", "d is=" + e.value("I_s", "A") + " n=" + e.value("N", "1") + " tnom=" + temperature);
   e.card({e.name(), e.node("p"), e.node("n"), model, "temp=" + temperature});
 }
 
@@ -90,8 +90,8 @@ void write_switch(const ElementWriter& e) {
     e.problem("the parameter 'G_open' can't be written: a switch of a netlist conducts a little when it is open");
   }
   const std::string model =
-      e.model(e.name() + "_model", "sw vt=" + e.value("V_t", "V") + " vh=0 ron=" + e.value("R_closed", "Ohm") +
-                                       " roff=" + braced("1/" + e.operand("G_open", "S")));
+      e.model("contact", "sw vt=" + e.value("V_t", "V") + " vh=0 ron=" + e.value("R_closed", "Ohm") +
+                             " roff=" + braced("1/" + e.operand("G_open", "S")));
   e.card({e.name(), e.node("p"), e.node("n"), e.node("cp"), e.node("cn"), model});
 }
 

@@ -1,6 +1,7 @@
 #include "formats/spice/write_elements.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 #include "formats/spice/element_kinds.hpp"
 #include "formats/spice/write_spice_elements.hpp"
@@ -20,11 +21,17 @@ void LevelText::card(const std::string& text) {
   lines += folded(text);
 }
 
-std::string LevelText::model(const std::string& name, const std::string& card_text) {
-  const auto [entry, is_new] = m_models.try_emplace({kmf::lower(name), card_text});
+const std::string& ModelCards::add(const std::string& name, const std::string& card, LevelText& level) {
+  const auto [entry, is_new] = m_names.try_emplace({kmf::lower(name), card});
   if (is_new) {
-    entry->second = m_model_names.make(legal_name(name));
-    card(".model " + entry->second + " " + card_text);
+    entry->second = m_taken.make(legal_name(name));
+  }
+  const bool depends = card.find('{') != std::string::npos;
+  const std::string line = ".model " + entry->second + " " + card;
+  if (depends && level.models.insert(entry->second).second) {
+    level.card(line);
+  } else if (!depends && is_new) {
+    m_lines += folded(line);
   }
   return entry->second;
 }
@@ -158,7 +165,24 @@ std::string ElementWriter::model() const {
   if (!name.empty() && card.empty()) {
     problem("the model '" + name + "' has no card; 'model_card' tells its type and parameters");
   }
-  return name.empty() ? name : m_level.model(name, card);
+  check_model(name, card);
+  return name.empty() ? name : model(name, card);
+}
+
+/// Cards whose lines matter, and models that are one of several by the element's size, aren't in the graph as a whole.
+void ElementWriter::check_model(const std::string& name, const std::string& card) const {
+  const std::string text = kmf::lower(card);
+  for (const char* type : {"numd", "nbjt", "numos"}) {
+    if (text.compare(0, std::strlen(type), type) == 0) {
+      report("spice:numerical_model", "the numerical device model '" + name + "' can't be written");
+    }
+  }
+  const std::size_t dot = name.rfind('.');
+  const bool has_number = dot != std::string::npos && dot + 1 < name.size() &&
+                          name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
+  if (has_number && text.find("lmin") != std::string::npos) {
+    report("spice:binned_model", "the model '" + name + "' is one of several by size, and the others aren't known");
+  }
 }
 
 void ElementWriter::card(std::initializer_list<std::string> words) const {
@@ -170,8 +194,12 @@ void ElementWriter::card(std::initializer_list<std::string> words) const {
 }
 
 void ElementWriter::problem(const std::string& text) const {
+  report("spice:not_written", text);
+}
+
+void ElementWriter::report(const char* rule, const std::string& text) const {
   const std::string object = views::object_text(gl::core::GraphEntry(m_component));
-  m_context.diagnostics.error("spice:not_written", m_context.source.place(object), "block '" + object + "': " + text)
+  m_context.diagnostics.error(rule, m_context.source.place(object), "block '" + object + "': " + text)
       .notes.push_back({"in " + object, {}});
 }
 

@@ -20,16 +20,26 @@ struct LevelText {
 
   /// Adds a card, in lines of bearable length.
   void card(const std::string& text);
-  /// The name under which the definition has the model card; the card is added where it is new.
-  std::string model(const std::string& name, const std::string& card);
 
   LevelNodes nodes;
   LevelElements elements;
   std::string lines;
+  std::set<std::string> models;  ///< names of those that the definition has a card of
+};
+
+/// The models of a netlist. Equal cards of one name are one model, different ones get different names. Cards stand at
+/// the top, but in each definition that uses them where they depend on parameters.
+class ModelCards {
+ public:
+  /// The name of the model; the card is added where it isn't there yet.
+  const std::string& add(const std::string& name, const std::string& card, LevelText& level);
+  /// The cards of the top.
+  const std::string& lines() const { return m_lines; }
 
  private:
-  UniqueNames m_model_names;
-  std::map<std::pair<std::string, std::string>, std::string> m_models;
+  UniqueNames m_taken;
+  std::map<std::pair<std::string, std::string>, std::string> m_names;  ///< by lower-case name and card
+  std::string m_lines;
 };
 
 /// What is the same for all levels.
@@ -39,6 +49,7 @@ struct WriteContext {
   DiagnosticList& diagnostics;
   const LevelNodes* top = nullptr;     ///< null while the top is named
   std::set<std::string> global_nodes;  ///< nodes of the top that texts of inner levels name
+  ModelCards models;
 };
 
 /// One component on its way into a netlist. What can't be said is reported and leaves the card incomplete.
@@ -68,9 +79,11 @@ class ElementWriter {
   std::string circuit_text(const char* parameter, const char* values) const;
   /// Names of elements, separated by blanks.
   std::string elements() const;
-  /// The name under which the level has the component's model card.
+  /// The name of the component's model, whose card is written.
   std::string model() const;
-  std::string model(const std::string& wanted, const std::string& card) const { return m_level.model(wanted, card); }
+  std::string model(const std::string& wanted, const std::string& card) const {
+    return m_context.models.add(wanted, card, m_level);
+  }
 
   /// Adds a card of these words; empty ones are left out.
   void card(std::initializer_list<std::string> words) const;
@@ -79,6 +92,8 @@ class ElementWriter {
  private:
   const ParameterVariant* find(const char* parameter) const;
   std::string plain_text(const char* parameter) const;
+  void check_model(const std::string& name, const std::string& card) const;
+  void report(const char* rule, const std::string& text) const;
   std::optional<WrittenExpression> written(const char* parameter, const char* unit) const;
   std::optional<std::string> node_in_text(const std::string& name) const;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <ostream>
+#include <tuple>
 #include <unordered_map>
 
 #include "formats/spice/write_elements.hpp"
@@ -19,13 +20,15 @@ using gl::core::Component;
 using gl::core::Graph;
 using gl::core::Model;
 
+using Entry = std::map<kmf::VnId, Component>::value_type;
+
 /// A level that is being written.
 struct Level {
   const Component* owner = nullptr;  ///< null for the top
-  const Graph* graph = nullptr;
-  kmf::VnId id;  ///< of the owner, in the level around it
+  kmf::VnId id;                      ///< of the owner, in the level around it
   std::unique_ptr<LevelText> text;
-  std::map<kmf::VnId, Component>::const_iterator next;
+  std::vector<const Entry*> order;
+  std::size_t next = 0;
   std::vector<WrittenParameter> parameters;
 };
 
@@ -37,7 +40,7 @@ class NetlistWriter {
         m_grounds(model.graph()),
         m_ports(model.graph(), source),
         m_parameters(model, m_names),
-        m_context{m_parameters, source, diagnostics, nullptr, {}} {}
+        m_context{m_parameters, source, diagnostics, nullptr, {}, {}} {}
 
   /// The whole netlist but its title.
   std::string write() {
@@ -47,11 +50,11 @@ class NetlistWriter {
     while (m_levels.size() > 1 || !at_end(*m_levels.back())) {
       step();
     }
-    return head(parameters) + m_definitions + m_levels.back()->text->lines + ".end\n";
+    return head(parameters) + m_context.models.lines() + m_definitions + m_levels.back()->text->lines + ".end\n";
   }
 
  private:
-  static bool at_end(const Level& level) { return level.next == level.graph->components().end(); }
+  static bool at_end(const Level& level) { return level.next == level.order.size(); }
 
   void step() {
     Level& level = *m_levels.back();
@@ -59,7 +62,7 @@ class NetlistWriter {
       leave();
       return;
     }
-    const auto& [id, component] = *level.next++;
+    const auto& [id, component] = *level.order[level.next++];
     if (component.isSubgraph()) {
       enter(&component, id, component.graph(), level.text->nodes.grounded_connectors(id, component),
             level.text->nodes.open_ports(id));
@@ -68,15 +71,31 @@ class NetlistWriter {
     }
   }
 
+  /// As in the source, as far as that tells an order.
+  std::vector<const Entry*> written_order(const Graph& graph) const {
+    std::vector<std::pair<SourcePlace, const Entry*>> placed;
+    for (const Entry& entry : graph.components()) {
+      placed.emplace_back(m_source.place(views::object_text(gl::core::GraphEntry(entry.second))), &entry);
+    }
+    std::stable_sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) {
+      return std::tie(a.first.file, a.first.line, a.first.column) <
+             std::tie(b.first.file, b.first.line, b.first.column);
+    });
+    std::vector<const Entry*> order;
+    for (const auto& entry : placed) {
+      order.push_back(entry.second);
+    }
+    return order;
+  }
+
   void enter(const Component* owner, const kmf::VnId& id, const Graph& graph, const Ids& grounded,
              const std::vector<OpenPort>& open) {
     auto level = std::make_unique<Level>();
     level->owner = owner;
-    level->graph = &graph;
     level->id = id;
     level->text = std::make_unique<LevelText>(LevelNodes(owner, graph, grounded, open, m_grounds, m_ports, m_source),
                                               LevelElements(graph, m_source));
-    level->next = graph.components().begin();
+    level->order = written_order(graph);
     if (owner != nullptr) {
       level->parameters = m_parameters.enter(*owner);
     }
