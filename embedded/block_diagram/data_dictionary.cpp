@@ -98,6 +98,15 @@ const cvArray_tag* VariableScope::find(const std::string& name) const {
   return dictionary_ ? dictionary_->get(name) : nullptr;
 }
 
+std::vector<std::string> VariableScope::names() const {
+  std::vector<std::string> names = workspace_->names();
+  if (!dictionary_) return names;
+  for (std::string& name : dictionary_->names()) {
+    if (!workspace_->has(name)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
 void openDictionaryObject(int, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
   kmf::check_num_inputs(1, 1, nIn);
   outputs[0] = cvCreateNativeObject(dictionary_class, openDictionary(kmf::cvarray_to_string(inputs[0])));

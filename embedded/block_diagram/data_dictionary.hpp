@@ -43,6 +43,8 @@ class VariableScope {
   const scripting_runtime::Scope& scope() const { return scope_; }
   /// The variable of the workspace or the dictionary; null when neither has it.
   const cvArray_tag* find(const std::string& name) const;
+  /// Of all variables that `find` finds, each once.
+  std::vector<std::string> names() const;
 
  private:
   const scripting_runtime::Workspace* workspace_;

@@ -1,5 +1,6 @@
-// Run-time parameters of a model: variables of its workspace that are marked so.
+// Run-time parameters of a model: variables of its workspace and of its dictionary that are marked so.
 
+#include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
@@ -34,11 +35,11 @@ struct Resolved {
   std::vector<ustring> nonValue;
 };
 
-Resolved resolve(const Diagram& diagram, const scripting_runtime::Workspace& workspace,
-                 const std::vector<std::string>& names) {
+Resolved resolve(Diagram& diagram, const std::vector<std::string>& names) {
+  const VariableScope variables(diagram);
   Resolved resolved;
   for (const std::string& name : names) {
-    const cvArray_tag* variable = workspace.get(name);
+    const cvArray_tag* variable = variables.find(name);
     if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram.name());
     cvUniquePtr value = parameterValue(variable);  // a "kinemo.Value" where there is a unit, which reaches the graph
     if (holdsNumbers(value.get())) {
@@ -64,9 +65,10 @@ cvUniquePtr mapArray(std::vector<std::pair<std::string, cvUniquePtr>> map) {
 void runtimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
   kmf::check_num_inputs(1, 1, nIn);
   Diagram& diagram = diagramFrom(inputs[0]);
+  const VariableScope variables(diagram);
   std::vector<ustring> marked;
-  for (const std::string& name : diagram.workspace().names()) {
-    if (isRuntime(diagram.workspace().get(name))) marked.push_back(kmf::utf8_string_to_ustring(name));
+  for (const std::string& name : variables.names()) {
+    if (isRuntime(variables.find(name))) marked.push_back(kmf::utf8_string_to_ustring(name));
   }
   std::sort(marked.begin(), marked.end());
   outputs[0] = kmf::string_vector_to_cvarray(marked, 1);
@@ -75,7 +77,7 @@ void runtimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
 void resolveRuntimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
   kmf::check_num_inputs(2, 2, nIn);
   Diagram& diagram = diagramFrom(inputs[0]);
-  Resolved resolved = resolve(diagram, diagram.workspace(), kmf::cvarray_to_string_vector(inputs[1]));
+  Resolved resolved = resolve(diagram, kmf::cvarray_to_string_vector(inputs[1]));
   cvUniquePtr structure(cvCreateStructMatrix(1, 1, {"Map", "NonValue"}));
   cvSetField(structure.get(), 0, "Map", mapArray(std::move(resolved.map)).release());
   cvSetField(structure.get(), 0, "NonValue", kmf::string_vector_to_cvarray(resolved.nonValue, 1));

@@ -35,7 +35,7 @@ void checkChoice(const ustring& text, const std::vector<std::string>& choices) {
 }  // namespace
 
 MaskFrame::MaskFrame(block_diagram::Diagram& diagram)
-    : scope_({&diagram.workspace(), &scripting_runtime::base_workspace()}) {}
+    : variables_(std::make_unique<block_diagram::VariableScope>(diagram)), scope_(variables_->scope()) {}
 
 MaskFrame::MaskFrame(const MaskFrame& outer, const GTMask& mask) : outer_(&outer), scope_(workspace_, outer.scope_) {
   for (std::size_t i = 0; i < mask.size(); ++i) {

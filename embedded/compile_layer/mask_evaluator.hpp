@@ -1,5 +1,6 @@
 #pragma once
 
+#include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/mask_data.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
@@ -13,10 +14,11 @@
 
 namespace embedded::compile_layer {
 
-/// Where the blocks of a system find names: in the masks around them, then in the model's and the base workspace. One
+/// Where the blocks of a system find names: in the masks around them, then where the top of the diagram does. One
 /// is made for each subsystem with a mask and serves everything inside it, up to the next mask.
 class MaskFrame {
  public:
+  /// @throws what the diagram's dictionary raises when it is opened
   explicit MaskFrame(block_diagram::Diagram& diagram);
   MaskFrame(const MaskFrame& outer, const GTMask& mask);
   MaskFrame(const MaskFrame&) = delete;
@@ -28,6 +30,7 @@ class MaskFrame {
 
  private:
   const MaskFrame* outer_ = nullptr;
+  std::unique_ptr<block_diagram::VariableScope> variables_;  ///< of the frame of the diagram
   scripting_runtime::Workspace workspace_;
   scripting_runtime::Scope scope_;
   std::set<std::string> failed_;

@@ -1,5 +1,6 @@
 #include "formats/diagram/read_diagram.hpp"
 
+#include "formats/diagram/variables.hpp"
 #include "platform/foundation/strings.hpp"
 #include "tests/support/physical_environment.hpp"
 #include "views/block_ports.hpp"
@@ -16,6 +17,7 @@ class ReadDiagram : public tests::PhysicalEnvironment {
  protected:
   ReadDiagram() : folder(std::filesystem::temp_directory_path() / ("kinemo_read_" + std::to_string(::getpid()))) {
     std::filesystem::create_directories(folder);
+    install_dictionary_reader();
   }
   ~ReadDiagram() override { std::filesystem::remove_all(folder); }
 
@@ -44,7 +46,6 @@ TEST_F(ReadDiagram, BlocksHaveTheirParametersAndPlaces) {
   const host::Diagram& diagram = read(R"(kinemo: 1
 name: plant
 settings: {InitializeInteractiveRuns: "on"}
-dictionary: plant.dd.yaml
 blocks:
   "R / 1.5":
     type: physical/resistor
@@ -54,13 +55,12 @@ blocks:
 )");
   EXPECT_EQ("plant", diagram.name());
   EXPECT_EQ(u"on", diagram.parameters().at("InitializeInteractiveRuns"));
-  EXPECT_EQ(u"plant.dd.yaml", diagram.parameters().at("DataDictionary"));
   const GTBlock* block = diagram.root().find(u"R / 1.5");
   ASSERT_NE(nullptr, block);
   EXPECT_EQ("physical/resistor", host::libraryName(*block));
   EXPECT_EQ(u"2*x", host::parameter(*block, "R"));
   EXPECT_EQ(u"kOhm", host::parameter(*block, "R_unit"));
-  EXPECT_EQ(6, host::sourcePlace(*block).line);
+  EXPECT_EQ(5, host::sourcePlace(*block).line);
   EXPECT_EQ("model.yaml", *host::sourcePlace(*block).file);
 }
 
@@ -68,6 +68,34 @@ TEST_F(ReadDiagram, NameOfTheModelIsTheStemOfTheFile) {
   write("2nd plant.yaml", "kinemo: 1\n");
   EXPECT_TRUE(kmf::VnId::isLegal(read_file("2nd plant.yaml").name()));
   EXPECT_EQ("plain", read("kinemo: 1\n", "some/where/plain.json").name());
+}
+
+TEST_F(ReadDiagram, VariablesOfALinkedDictionaryAreSeenByTheModelAndItsBlocks) {
+  write("plant.dd.yaml", "kinemo: 1\nvariables:\n  k: 3\n  R0: {value: 2*k, unit: Ohm, runtime: on}\n");
+  write("plant.yaml", R"(kinemo: 1
+dictionary: plant.dd.yaml
+workspace: {R1: k+1}
+blocks:
+  A: {type: physical/resistor, parameters: {R: R0+1}}
+  B: {type: physical/resistor, parameters: {R: R1}}
+)");
+  host::Diagram& diagram = read_file("plant.yaml");
+  const gl::core::Model model = compile(diagram);
+  const auto resistance = [&](const char* block) {
+    const auto& parameter = model.graph().components().at(kmf::VnId(block)).parameters().at(kmf::VnId("R"));
+    return boost::get<data2::core::Value>(parameter.get({})).data().elements().at(0);
+  };
+  EXPECT_EQ(7, resistance("A"));
+  EXPECT_EQ(4, resistance("B"));
+  EXPECT_EQ(6, model.runtimeParameters().value("R0").elements().at(0));
+
+  write("plant.dd.yaml", "kinemo: 1\nvariables: {k: 30}\n");
+  const std::filesystem::path file = folder / "plant.dd.yaml";
+  std::filesystem::last_write_time(file, std::filesystem::last_write_time(file) + std::chrono::seconds(5));
+  EXPECT_EQ(30, host::openDictionary(file.string())->size() == 1
+                    ? cvGetScalar(host::openDictionary(file.string())->get("k"))
+                    : 0)
+      << "a file that has changed is read again";
 }
 
 TEST_F(ReadDiagram, LinesJoinPortsInAllForms) {
