@@ -1,5 +1,4 @@
 #include "embedded/data/expr_node.hpp"
-#include "embedded/data/subset.hpp"
 #include "embedded/expression/walk.hpp"
 
 namespace data2::core {
@@ -11,10 +10,7 @@ boost::unordered_set<kmf::VnId> UsedIds::operator()(const Expr& expression) cons
   const ex::Node* tree = unbound(expression);
   if (tree == nullptr) return ids;
   ex::visit_free_names(*tree, [&](const ex::Node& name, ex::NameUse use) {
-    const std::string& text = name.text();
-    if (use == ex::NameUse::handle || is_constant(text)) return;
-    if (use == ex::NameUse::called && is_function_of_numbers(text)) return;
-    if (kmf::VnId::isLegal(text)) ids.insert(kmf::VnId(text));
+    if (use != ex::NameUse::handle && kmf::VnId::isLegal(name.text())) ids.insert(kmf::VnId(name.text()));
   });
   return ids;
 }

@@ -90,7 +90,7 @@ class KINEMO_PLATFORM_API UnitBindExpr {
   units2::core::ExprString unit_;
 };
 
-/// The identifiers that an expression refers to, names of functions that it calls left out.
+/// The names in an expression, also those of functions and constants, as a variable may hide either.
 class KINEMO_PLATFORM_API UsedIds {
  public:
   boost::unordered_set<kmf::VnId> operator()(const Expr& expression) const;

@@ -238,6 +238,83 @@ TEST_F(Propagation, MasksThatMeanNamesWithoutAValueKeepTheirNumber) {
   EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/S"));
 }
 
+TEST_F(Propagation, NetsExportsAndTagsStayAsTheyWere) {
+  entry(u"m/B");
+  entry(u"m/S");
+  entry(u"m/S/B");
+  const auto joined = [](const char16_t* path) {
+    Component made = leaf(path);
+    for (const char* port : {"p", "n"}) made.addConnector(port, kmf::VnIdPath1("test.line"));
+    return made;
+  };
+  Graph inside;
+  inside.insert(kmf::VnId("B"), joined(u"m/S/B"));
+  for (const char* node : {"N1", "N2"}) inside.insert(kmf::VnId(node), gl::core::Node());
+  inside.insert(gl::core::Connection("N1", {"B", "p"}), {});
+  inside.insert(gl::core::Connection("N2", {"B", "n"}), {});
+  Component around(inside, {{"k", Parameter(number(6))}});
+  around.exportNode("N1", "in", kmf::VnIdPath1("test.line"));
+  around.tag(gl::core::OBJECT(), ustring(u"m/S"));
+  Graph graph;
+  graph.insert(kmf::VnId("B"), joined(u"m/B"));
+  graph.insert(kmf::VnId("N"), gl::core::Node());
+  const auto with = [&graph](const Component& subgraph) {
+    Graph whole = graph;
+    whole.insert(kmf::VnId("S"), subgraph);
+    whole.insert(gl::core::Connection("N", {"B", "p"}), {});
+    whole.insert(gl::core::Connection("N", {"S", "in"}), {});
+    return whole;
+  };
+  Component without(inside, {});
+  without.exportNode("N1", "in", kmf::VnIdPath1("test.line"));
+  without.tag(gl::core::OBJECT(), ustring(u"m/S"));
+  EXPECT_TRUE(propagate_runtime_parameters(with(around), entries, {}, true).graph == with(without))
+      << "only the mask parameter that nothing uses is gone";
+}
+
+TEST_F(Propagation, NamesOfASubgraphEndWithIt) {
+  for (const char16_t* path : {u"m/A", u"m/A/B", u"m/Z"}) entry(path);
+  static_cast<Entry&>(*entries.at(u"m/A/B")).value("m", 7, u"k+bad");
+  static_cast<Entry&>(*entries.at(u"m/Z")).value("m", 7, u"k+x");
+  Graph graph;
+  graph.insert(kmf::VnId("A"),
+               subgraph(u"m/A", leaf(u"m/A/B"), {{"k", Parameter(number(1))}, {"bad", Parameter(number(1))}}));
+  graph.insert(kmf::VnId("Z"), leaf(u"m/Z"));
+  const auto behind = [&](const char16_t* text) {
+    static_cast<Entry&>(*entries.at(u"m/Z")).value("m", 7, text);
+    return valueOf(propagate_graph(graph, entries, {"x"}, {"bad"}, true).graph.components().at("Z"), "m");
+  };
+  EXPECT_EQ(behind(u"2*k"), "7") << "the mask parameter of a neighbour is no name here";
+  EXPECT_TRUE(take_warnings().empty());
+  EXPECT_EQ(behind(u"x*bad"), "7");
+  EXPECT_EQ(take_warnings().size(), 1u) << "hidden in the neighbour only";
+}
+
+TEST_F(Propagation, OnlyWhatIsKeptCountsAsUsed) {
+  entry(u"m/S").value("k", 6, u"2*x");
+  entry(u"m/S/B", false);
+  const Component around = subgraph(u"m/S", leaf(u"m/S/B"), {{"k", Parameter(number(6))}});
+  EXPECT_TRUE(propagate_subgraph(around, entries, {"x"}, {}, true).used.empty()) << "k goes, and x with it";
+  Component made = leaf(u"m/S/B");
+  made.set("m", expression("3*k"));
+  const ComponentRewrite kept =
+      propagate_subgraph(subgraph(u"m/S", made, {{"k", Parameter(number(6))}}), entries, {"x"}, {}, true);
+  EXPECT_EQ(kept.used, IdSet{"x"}) << "an expression of the block's own factory needs k";
+  EXPECT_EQ(valueOf(kept.component, "k"), shown(expression("2*x")));
+}
+
+TEST_F(Propagation, VariablesMayHideConstantsAndFunctions) {
+  entry(u"m/S").value("pi", 6, u"2*x");
+  entry(u"m/S/B").value("m", 7, u"pi*max(2)");
+  const Component around =
+      subgraph(u"m/S", leaf(u"m/S/B"), {{"pi", Parameter(number(6))}, {"max", Parameter(number(6))}});
+  const ComponentRewrite rewrite = propagate_subgraph(around, entries, {"x"}, {}, true);
+  EXPECT_EQ(rewrite.component.parameters().size(), 2u);
+  EXPECT_EQ(rewrite.used, IdSet{"x"});
+  entry(u"m/B").value("m", 7, u"2*eps");
+  EXPECT_EQ(propagate_component(leaf(u"m/B"), entries, {"eps"}, {}, true).used, IdSet{"eps"});
+}
+
 TEST_F(Propagation, NamesReachThroughManyLevels) {
   constexpr int depth = 10000;
   entry(u"m/S").value("k", 6, u"k+1");
