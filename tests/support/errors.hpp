@@ -15,10 +15,7 @@ inline std::string describe(const kmf::Exception& error) {
   const kmf::ErrorData data = error.data();
   if (data.id.empty()) return data.text;
   std::string text = data.group + ':' + data.id + '(';
-  for (const std::string& argument : data.arguments) {
-    if (text.back() != '(') text += ", ";
-    text += argument;
-  }
+  for (std::size_t i = 0; i < data.arguments.size(); ++i) text += (i == 0 ? "" : ", ") + data.arguments[i];
   return text + ')';
 }
 

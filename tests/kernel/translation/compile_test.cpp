@@ -6,6 +6,7 @@
 #include "common/gl/gti/export/gt_parameter_evaluator.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/gantrel_id.hpp"
+#include "tests/kernel/support/host_calls.hpp"
 #include "tests/kernel/support/test_domain.hpp"
 #include "tests/support/errors.hpp"
 
@@ -182,12 +183,35 @@ TEST_F(Compile, SettingsOfTheModelAreReadAndConverted) {
   EXPECT_EQ(boost::get<ustring>(values.at("label")), u"auto");
   EXPECT_EQ(boost::get<ustring>(values.at("unknown")), u"fallback");
   EXPECT_EQ(boost::get<ustring>(values.at("InitializeInteractiveRuns")), u"off!");
+  diagram.setVariable("base", u"2", "", false);
+  manager().objectParameters(key(), "m");
+  EXPECT_EQ(boost::get<data2::core::Value>(values.at("gain")).data().elements().at(0), 4) << "read again";
   diagram.setParameter("gain", u"nonsense)");
   EXPECT_EQ(error_of([&] { manager().objectParameters(key(), "m"); }),
             "kinemo:common:gl:gti:compile:ConfigSetEvalErr(nonsense), gain, m)");
   diagram.setParameter("mode", u"Auto");
   diagram.setParameter("gain", u"'text'");
   EXPECT_NE(error_of([&] { manager().objectParameters(key(), "m"); }), "") << "only the exact text is automatic";
+  diagram.setParameter("mode", u"auto");
+  kinemo::test::HostCalls host;
+  host.answer("gain", cvCreateDoubleScalar(1));
+  EXPECT_EQ(error_of([&] { manager().objectParameters(key(), "m"); }),
+            "kinemo:common:gl:gti:compile:ConfigSetEvalErr(, gain, m)")
+      << "no text to show";
+}
+
+TEST_F(Compile, AsksForTheModeOfRunsOnlyWhenRuntimeParametersArePropagated) {
+  const auto asked = [&] {
+    intake();
+    kinemo::test::HostCalls host;
+    manager().model(key(), "m");
+    const std::vector<std::string> calls = host.take();
+    return std::count(calls.begin(), calls.end(), "1 InitializeInteractiveRuns");
+  };
+  draw.block("A", "test/masked");
+  EXPECT_EQ(asked(), 0);
+  configuration.propagateRuntimeParametersFcn([] { return true; });
+  EXPECT_EQ(asked(), 1);
 }
 
 TEST_F(Compile, OrderOfPlacingAndWiringDoesntMatter) {
