@@ -4,108 +4,179 @@
 #include <cmath>
 #include <vector>
 
+#include "embedded/data/expr_node.hpp"
 #include "embedded/data/subset.hpp"
 #include "embedded/expression/print.hpp"
 #include "formats/spice/expression.hpp"
+#include "formats/spice/write_functions.hpp"
+#include "formats/spice/write_terms.hpp"
+#include "platform/foundation/exception.hpp"
 
 namespace kinemo::formats::spice {
 
 namespace ex = embedded::expression;
+using units2::core::AbstractExpr;
 
 namespace {
 
 /// Functions are textual here, so arguments that stand twice in a form can make a text grow without bounds.
 constexpr std::size_t longest_text = 100'000;
 
-/// How tightly a text binds.
-enum class Level { choice, or_else, and_also, comparison, additive, multiplicative, sign, atom };
+bool is_plain_number(const ex::Node& tree) {
+  const bool is_negative = tree.kind() == ex::Kind::unary && tree.op() == ex::Operator::minus;
+  return (is_negative ? tree.child(0) : tree).kind() == ex::Kind::number;
+}
 
-struct Part {
-  std::string text;
-  Level level = Level::atom;
-};
+std::optional<double> number_of(const ex::Node& tree) {
+  if (!is_plain_number(tree)) {
+    return std::nullopt;
+  }
+  return tree.kind() == ex::Kind::number ? tree.number() : -tree.child(0).number();
+}
 
-struct Symbol {
-  std::string_view text;
-  Level level;
-};
+Term number(double value) {
+  if (!std::isfinite(value)) {
+    throw NotWritable{"it has a number that isn't finite"};
+  }
+  return {number_text(value), value < 0 ? TermLevel::sign : TermLevel::atom, {}};
+}
 
-/// Empty for operators that have no symbol of their own in netlists.
-Symbol symbol_of(ex::Operator op) {
+Term constant(const std::string& name) {
+  static constexpr std::array<std::pair<std::string_view, double>, 4> values{
+      {{"pi", 3.141592653589793}, {"eps", 2.220446049250313e-16}, {"true", 1}, {"false", 0}}};
+  for (const auto& [known, value] : values) {
+    if (name == known) {
+      return number(value);
+    }
+  }
+  throw NotWritable{data2::core::is_constant(name) ? "it has a number that isn't finite"
+                                                   : "'" + name + "' is no parameter that is written"};
+}
+
+Term condition(std::string_view symbol, Term left, Term right, TermLevel level) {
+  refuse_offset(left);
+  refuse_offset(right);
+  return joined(std::move(left), symbol, std::move(right), level);
+}
+
+Term binary(ex::Operator op, Term left, Term right, const std::optional<double>& right_number) {
   switch (op) {
     case ex::Operator::or_else:
     case ex::Operator::element_or:
-      return {"||", Level::or_else};
+      return condition("||", std::move(left), std::move(right), TermLevel::or_else);
     case ex::Operator::and_also:
     case ex::Operator::element_and:
-      return {"&&", Level::and_also};
-    case ex::Operator::equal:
-      return {"==", Level::comparison};
+      return condition("&&", std::move(left), std::move(right), TermLevel::and_also);
     case ex::Operator::not_equal:
-      return {"!=", Level::comparison};
+      return comparison("!=", std::move(left), std::move(right));
+    case ex::Operator::equal:
     case ex::Operator::less:
-      return {"<", Level::comparison};
     case ex::Operator::less_equal:
-      return {"<=", Level::comparison};
     case ex::Operator::greater:
-      return {">", Level::comparison};
     case ex::Operator::greater_equal:
-      return {">=", Level::comparison};
+      return comparison(ex::symbol(op), std::move(left), std::move(right));
     case ex::Operator::plus:
-      return {"+", Level::additive};
     case ex::Operator::minus:
-      return {"-", Level::additive};
+      return sum(ex::symbol(op), std::move(left), std::move(right));
     case ex::Operator::times:
     case ex::Operator::element_times:
-      return {"*", Level::multiplicative};
+      return product(std::move(left), std::move(right));
     case ex::Operator::divide:
     case ex::Operator::element_divide:
-      return {"/", Level::multiplicative};
+      return quotient(std::move(left), std::move(right));
+    case ex::Operator::left_divide:
+    case ex::Operator::element_left_divide:
+      return quotient(std::move(right), std::move(left));
+    case ex::Operator::power:
+    case ex::Operator::element_power:
+      return power(std::move(left), std::move(right), right_number);
     default:
-      return {{}, Level::atom};
+      throw NotWritable{"the operator '" + std::string(ex::symbol(op)) + "' can't be said in a netlist"};
   }
 }
 
-std::string bracketed(Part part) {
-  return "(" + std::move(part.text) + ")";
+/// Functions that stand for operators.
+std::optional<ex::Operator> operator_of(std::string_view function) {
+  static constexpr std::array<std::pair<std::string_view, ex::Operator>, 6> operators{
+      {{"minus", ex::Operator::minus},
+       {"mtimes", ex::Operator::times},
+       {"plus", ex::Operator::plus},
+       {"power", ex::Operator::power},
+       {"rdivide", ex::Operator::divide},
+       {"times", ex::Operator::times}}};
+  for (const auto& [name, op] : operators) {
+    if (name == function) {
+      return op;
+    }
+  }
+  return std::nullopt;
 }
 
-/// Operators of one level are read from the left; comparisons and signs are bracketed wherever they are operands.
-std::string operand(Part part, Level level, bool is_first) {
-  const bool chains = is_first && level != Level::comparison;
-  const bool fits = part.level == Level::sign ? false : chains ? part.level >= level : part.level > level;
-  return fits ? std::move(part.text) : bracketed(std::move(part));
+Term filled(std::string_view form, const std::vector<Term>& arguments) {
+  Term result;
+  for (std::size_t at = 0; at < form.size(); ++at) {
+    if (form[at] == '$') {
+      result.text += arguments[static_cast<std::size_t>(form[++at] - '1')].text;
+    } else {
+      result.text += form[at];
+    }
+  }
+  return result;
+}
+
+void make_common(std::vector<Term>& terms) {
+  for (std::size_t i = 1; i < terms.size(); ++i) {
+    kinemo::formats::spice::make_common(terms.front(), terms[i]);
+  }
+}
+
+/// A number in a unit with a factor is rounded in that unit.
+Term rounded(const WrittenFunction& function, Term argument) {
+  const AbstractExpr unit = argument.unit;
+  Term number = told_in(std::move(argument), unit);
+  return with_unit(filled(function.form, {std::move(number)}), unit);
+}
+
+/// Makes of the arguments what the function takes, and of the result what it gives.
+Term applied(const WrittenFunction& function, std::vector<Term> arguments) {
+  const AbstractExpr first = arguments.front().unit;
+  if (function.rule == UnitRule::rounded) {
+    return rounded(function, std::move(arguments.front()));
+  }
+  if (function.rule == UnitRule::root) {
+    return {filled(function.form, arguments).text, TermLevel::atom, power(arguments.front(), number(0.5), 0.5).unit};
+  }
+  if (function.rule == UnitRule::common || function.rule == UnitRule::ratio) {
+    make_common(arguments);
+  }
+  const bool keeps = function.rule == UnitRule::kept || function.rule == UnitRule::common;
+  for (Term& argument : arguments) {
+    argument = function.rule == UnitRule::plain ? dimensionless(std::move(argument)) : std::move(argument);
+    refuse_offset(argument);
+  }
+  Term result = filled(function.form, arguments);
+  result.unit = !keeps ? AbstractExpr() : first.id() != 0 ? first : arguments.front().unit;
+  return result;
 }
 
 class Writer {
  public:
-  Writer(const ParameterNameLookup& names, std::string& problem) : m_names(names), m_problem(problem) {}
+  explicit Writer(const ParameterNameLookup& names) : m_names(names) {}
 
   /// Trees are never higher than `ex::height_limit`.
-  Part write(const ex::Node& node) {
-    Part part = node.kind() == ex::Kind::number ? number(node.number()) : composed(node);
-    if (part.text.size() > longest_text) {
-      fail("it gets too long");
-      part.text.clear();
+  Term write(const ex::Node& node) {
+    Term term = node.kind() == ex::Kind::number ? number(node.number()) : composed(node);
+    if (term.text.size() > longest_text) {
+      throw NotWritable{"it gets too long"};
     }
-    return part;
+    return term;
   }
 
  private:
-  /// Keeps the first problem. What is written behind it doesn't matter any more.
-  Part fail(const std::string& problem) {
-    if (m_problem.empty()) {
-      m_problem = problem;
+  Term composed(const ex::Node& node) {
+    if (const data2::core::Binding bound = data2::core::binding_of(node); bound.expression != nullptr) {
+      return with_unit(write(*bound.expression), units2::core::parse(*bound.unit));
     }
-    return {"0"};
-  }
-
-  Part number(double value) {
-    return std::isfinite(value) ? Part{number_text(value), value < 0 ? Level::sign : Level::atom}
-                                : fail("it has a number that isn't finite");
-  }
-
-  Part composed(const ex::Node& node) {
     switch (node.kind()) {
       case ex::Kind::name:
         return name(node.text());
@@ -119,117 +190,128 @@ class Writer {
         return call(node);
       case ex::Kind::matrix:
         return matrix(node);
+      case ex::Kind::field:
+        return field(node);
       default:
-        return fail("'" + ex::print(node) + "' can't be said in a netlist");
+        throw NotWritable{"'" + ex::print(node) + "' can't be said in a netlist"};
     }
   }
 
-  Part name(const std::string& name) {
+  Term name(const std::string& name) {
     std::string problem;
-    if (const auto parameter = m_names(name, problem)) {
-      return {*parameter};
+    if (auto parameter = m_names(name, problem)) {
+      return {std::move(parameter->name), TermLevel::atom, parameter->unit};
     }
-    return problem.empty() ? constant(name) : fail(problem);
+    if (!problem.empty()) {
+      throw NotWritable{problem};
+    }
+    return constant(name);
   }
 
-  Part constant(const std::string& name) {
-    static constexpr std::array<std::pair<std::string_view, double>, 4> values{
-        {{"pi", 3.141592653589793}, {"eps", 2.220446049250313e-16}, {"true", 1}, {"false", 0}}};
-    for (const auto& [known, value] : values) {
-      if (name == known) {
-        return number(value);
-      }
-    }
-    return fail(data2::core::is_constant(name) ? "it has a number that isn't finite"
-                                               : "'" + name + "' is no parameter that is written");
-  }
-
-  Part unary(const ex::Node& node) {
-    Part part = write(node.child(0));
+  Term unary(const ex::Node& node) {
+    Term term = write(node.child(0));
     if (node.op() == ex::Operator::plus) {
-      return part;
+      return term;
     }
-    const char* symbol = node.op() == ex::Operator::not_ ? "!" : "-";
-    return {symbol + (part.level == Level::atom ? std::move(part.text) : bracketed(std::move(part))), Level::sign};
+    refuse_offset(term);
+    const bool negates = node.op() == ex::Operator::minus;
+    const AbstractExpr unit = negates ? term.unit : AbstractExpr();
+    const std::string text = term.level == TermLevel::atom ? term.text : bracketed(std::move(term)).text;
+    return {(negates ? "-" : "!") + text, TermLevel::sign, unit};
   }
 
-  Part chain(const ex::Node& node) {
-    Part part = write(node.child(0));
-    for (std::size_t i = 0; i < node.operators().size() && m_problem.empty(); ++i) {
-      part = binary(node.operators()[i], std::move(part), write(node.child(i + 1)));
+  Term chain(const ex::Node& node) {
+    Term term = write(node.child(0));
+    for (std::size_t i = 0; i < node.operators().size(); ++i) {
+      const ex::Node& right = node.child(i + 1);
+      term = binary(node.operators()[i], std::move(term), write(right), number_of(right));
     }
-    return part;
-  }
-
-  Part binary(ex::Operator op, Part left, Part right) {
-    if (op == ex::Operator::left_divide || op == ex::Operator::element_left_divide) {
-      return binary(ex::Operator::divide, std::move(right), std::move(left));
-    }
-    if (op == ex::Operator::power || op == ex::Operator::element_power) {
-      return {"pow(" + left.text + "," + right.text + ")"};
-    }
-    const Symbol symbol = symbol_of(op);
-    std::string text = operand(std::move(left), symbol.level, true);
-    text += symbol.text;
-    text += operand(std::move(right), symbol.level, false);
-    return {std::move(text), symbol.level};
+    return term;
   }
 
   /// A matrix of one number is that number.
-  Part matrix(const ex::Node& node) {
-    const bool is_one = node.children().size() == 1 && node.child(0).children().size() == 1;
-    return is_one ? write(node.child(0).child(0)) : fail("it has a matrix, and parameters of netlists are numbers");
+  Term matrix(const ex::Node& node) {
+    if (node.children().size() != 1 || node.child(0).children().size() != 1) {
+      throw NotWritable{"it has a matrix, and parameters of netlists are numbers"};
+    }
+    return write(node.child(0).child(0));
   }
 
-  Part call(const ex::Node& node) {
-    const std::string& name = node.child(0).text();
-    const std::size_t count = node.children().size() - 1;
+  /// `x.value` is the number of a value with a unit.
+  Term field(const ex::Node& node) {
+    if (node.text() != "value") {
+      throw NotWritable{"'" + ex::print(node) + "' can't be said in a netlist"};
+    }
+    Term term = write(node.child(0));
+    const AbstractExpr unit = term.unit;
+    term = told_in(std::move(term), unit);
+    term.unit = {};
+    return term;
+  }
+
+  Term call(const ex::Node& node) {
+    const bool has_name = node.child(0).kind() == ex::Kind::name;
     std::string problem;
-    if (node.child(0).kind() != ex::Kind::name || m_names(name, problem) || !problem.empty()) {
-      return fail("it takes an element of '" + ex::print(node.child(0)) + "', and parameters of netlists are numbers");
+    if (!has_name || m_names(node.child(0).text(), problem) || !problem.empty()) {
+      throw NotWritable{"it takes an element of '" + ex::print(node.child(0)) +
+                        "', and parameters of netlists are numbers"};
     }
-    const WrittenFunction* function = find_written_function(name, count);
-    if (function == nullptr) {
-      return fail("netlists have no function for '" + name + "' of " + std::to_string(count) + " argument(s)");
+    std::vector<Term> arguments;
+    for (std::size_t i = 1; i < node.children().size(); ++i) {
+      arguments.push_back(write(node.child(i)));
     }
-    std::vector<std::string> arguments;
-    for (std::size_t i = 0; i < count; ++i) {
-      arguments.push_back(write(node.child(i + 1)).text);
-    }
-    return filled(function->form, arguments);
+    return called(node, std::move(arguments));
   }
 
-  static Part filled(std::string_view form, const std::vector<std::string>& arguments) {
-    Part part;
-    for (std::size_t at = 0; at < form.size(); ++at) {
-      if (form[at] == '$') {
-        part.text += arguments[static_cast<std::size_t>(form[++at] - '1')];
-      } else {
-        part.text += form[at];
-      }
+  Term called(const ex::Node& node, std::vector<Term> arguments) {
+    const std::string& name = node.child(0).text();
+    if (const auto op = operator_of(name); op && arguments.size() == 2) {
+      return bracketed(binary(*op, std::move(arguments[0]), std::move(arguments[1]), number_of(node.child(2))));
     }
-    return part;
+    if (name == "ternary_fcn" && arguments.size() == 3) {
+      return choice(std::move(arguments));
+    }
+    const WrittenFunction* function = find_written_function(name, arguments.size());
+    if (function == nullptr) {
+      throw NotWritable{"netlists have no function for '" + name + "' of " + std::to_string(arguments.size()) +
+                        " argument(s)"};
+    }
+    return applied(*function, std::move(arguments));
+  }
+
+  /// Its unit must be known whatever is chosen.
+  static Term choice(std::vector<Term> arguments) {
+    const AbstractExpr unit = arguments[1].unit;
+    const bool both = (unit.id() != 0) == (arguments[2].unit.id() != 0);
+    if (!both || (unit.id() != 0 && !units2::core::commensurable(unit, arguments[2].unit))) {
+      throw NotWritable{"it chooses between values of different units"};
+    }
+    Term result = filled("ternary_fcn($1,$2,$3)", arguments);
+    result.unit = unit;
+    return result;
   }
 
   const ParameterNameLookup& m_names;
-  std::string& m_problem;
 };
-
-bool is_plain_number(const ex::Node& tree) {
-  const bool is_negative = tree.kind() == ex::Kind::unary && tree.op() == ex::Operator::minus;
-  return (is_negative ? tree.child(0) : tree).kind() == ex::Kind::number;
-}
 
 }  // namespace
 
-std::optional<WrittenExpression> write_expression(const ex::Node& tree, const ParameterNameLookup& names,
+std::optional<WrittenExpression> write_expression(const ex::Node& tree, const AbstractExpr& bound,
+                                                  const AbstractExpr& told, const ParameterNameLookup& names,
                                                   std::string& problem) {
-  problem.clear();
-  Part part = Writer(names, problem).write(tree);
-  if (!problem.empty()) {
-    return std::nullopt;
+  try {
+    Term term = with_unit(Writer(names).write(tree), bound);
+    const AbstractExpr unit = term.unit;
+    term = told_in(std::move(term), told);
+    const std::optional<double> number = number_of(tree);
+    const bool is_number = number && term.text == number_text(*number);
+    return WrittenExpression{std::move(term.text), is_number, unit};
+  } catch (const NotWritable& refused) {
+    problem = refused.reason;
+  } catch (const kmf::Exception& refused) {
+    problem = refused.what();
   }
-  return WrittenExpression{std::move(part.text), is_plain_number(tree)};
+  return std::nullopt;
 }
 
 std::string card_value(const WrittenExpression& expression) {

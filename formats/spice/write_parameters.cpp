@@ -4,6 +4,7 @@
 #include <array>
 
 #include "formats/spice/expression.hpp"
+#include "formats/spice/write_functions.hpp"
 #include "formats/spice/write_values.hpp"
 #include "formats/spice/write_walk.hpp"
 #include "platform/foundation/strings.hpp"
@@ -60,15 +61,16 @@ WrittenParameters::Given WrittenParameters::given(const kmf::VnId& id, const Par
   const ParameterNameLookup names = [&](const std::string& name, std::string& problem) {
     auto found = find(name, problem);
     if (found) {
-      result.uses.insert(*found);
+      result.uses.insert(found->name);
     }
     return found;
   };
   std::string problem;
   const auto written = write_value(value, {}, names, problem);
-  result.binding.name = m_names.at(std::string(id)).front();
+  result.binding.parameter.name = m_names.at(std::string(id)).front();
   if (written) {
     result.value = *written;
+    result.binding.parameter.unit = written->unit;
   } else {
     result.binding.problem = "the parameter '" + std::string(id) + "' has no value in a netlist: " + problem;
   }
@@ -81,11 +83,11 @@ void WrittenParameters::keep_apart(const kmf::VnId& id, Given& one, const std::m
     return found != users.end() && found->second > one.uses.count(name);
   };
   std::vector<std::string>& names = m_names.at(std::string(id));
-  for (std::size_t i = 0; others_use(one.binding.name); ++i) {
+  for (std::size_t i = 0; others_use(one.binding.parameter.name); ++i) {
     if (i == names.size()) {
       names.push_back(m_unique.make(names.front()));
     }
-    one.binding.name = names[i];
+    one.binding.parameter.name = names[i];
   }
 }
 
@@ -102,7 +104,7 @@ std::vector<WrittenParameter> WrittenParameters::enter(const gl::core::Component
   for (auto& [id, one] : all) {
     keep_apart(id, one, users);
     if (one.binding.problem.empty()) {
-      written.push_back({one.binding.name, one.value});
+      written.push_back({one.binding.parameter.name, one.value});
     }
     m_bindings[std::string(id)].push_back(one.binding);
   }
@@ -125,21 +127,21 @@ std::vector<WrittenParameter> WrittenParameters::enter_model(const gl::core::Run
       one.binding = {{}, "the parameter '" + std::string(id) + "' is no number"};
     }
     if (one.binding.problem.empty()) {
-      written.push_back({one.binding.name, one.value});
+      written.push_back({one.binding.parameter.name, one.value});
     }
     m_bindings[std::string(id)].push_back(one.binding);
   }
   return written;
 }
 
-std::optional<std::string> WrittenParameters::find(const std::string& name, std::string& problem) const {
+std::optional<ParameterName> WrittenParameters::find(const std::string& name, std::string& problem) const {
   const auto found = m_bindings.find(name);
   if (found == m_bindings.end() || found->second.empty()) {
     return std::nullopt;
   }
   const Binding& binding = found->second.back();
   problem = binding.problem;
-  return binding.problem.empty() ? std::optional(binding.name) : std::nullopt;
+  return binding.problem.empty() ? std::optional(binding.parameter) : std::nullopt;
 }
 
 }  // namespace kinemo::formats::spice

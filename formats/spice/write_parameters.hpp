@@ -32,14 +32,14 @@ class WrittenParameters {
   std::vector<WrittenParameter> enter(const gl::core::Component& subgraph);
   void leave(const gl::core::Component& subgraph);
 
-  /// The name of a parameter as it is seen from the level that was entered last.
-  std::optional<std::string> find(const std::string& name, std::string& problem) const;
+  /// A parameter as it is seen from the level that was entered last.
+  std::optional<ParameterName> find(const std::string& name, std::string& problem) const;
   /// Which parameters couldn't keep their names: the model's names and ours.
   const std::vector<std::pair<std::string, std::string>>& renamed() const { return m_renamed; }
 
  private:
   struct Binding {
-    std::string name;
+    ParameterName parameter;
     std::string problem;  ///< why the netlist has no such parameter; empty where it has
   };
   struct Given {

@@ -9,7 +9,7 @@
 namespace kinemo::formats::spice {
 
 namespace ex = embedded::expression;
-using units2::core::ExprString;
+using units2::core::AbstractExpr;
 
 namespace {
 
@@ -21,34 +21,17 @@ std::optional<WrittenExpression> written_number(double value, std::string& probl
   return WrittenExpression{number_text(value), true};
 }
 
-/// The unit to tell a value in: the wanted one, or what is left of its own without a factor.
-ExprString told_unit(const ExprString& own, const ExprString& wanted) {
-  const bool is_asked = wanted.unit().id() != 0 || own.unit().id() == 0;
-  return is_asked ? wanted : ExprString(units2::core::base_unit(own.unit()));
-}
-
-double converted(double value, const ExprString& own, const ExprString& wanted) {
-  const ExprString told = told_unit(own, wanted);
-  const bool is_told = own.unit().id() == 0 || own == told;
-  return is_told ? value : units2::core::convert(value, own.unit(), told.unit());
-}
-
-/// Conversions are a factor and an offset.
-WrittenExpression in_unit(WrittenExpression expression, const ExprString& own, const ExprString& wanted) {
-  const double offset = converted(0, own, wanted);
-  const double factor = converted(1, own, wanted) - offset;
-  if (factor == 1 && offset == 0) {
-    return expression;
+/// Told in the unit, or where that is empty in the base unit of its dimension; a bare number is told in it already.
+double told_number(double value, const AbstractExpr& own, const AbstractExpr& told) {
+  if (own.id() == 0) {
+    return value;
   }
-  std::string text = "(" + expression.text + ")";
-  text += factor != 1 ? "*" + number_text(factor) : "";
-  text += offset != 0 ? (offset > 0 ? "+" : "-") + number_text(std::fabs(offset)) : "";
-  return {std::move(text), false};
+  return units2::core::convert(value, own, told.id() != 0 ? told : units2::core::base_unit(own));
 }
 
 class WriteValue : public boost::static_visitor<std::optional<WrittenExpression>> {
  public:
-  WriteValue(const ExprString& unit, const ParameterNameLookup& names, std::string& problem)
+  WriteValue(const AbstractExpr& unit, const ParameterNameLookup& names, std::string& problem)
       : m_unit(unit), m_names(names), m_problem(problem) {}
 
   std::optional<WrittenExpression> operator()(const ustring&) const { return failed("it is a text"); }
@@ -57,7 +40,12 @@ class WriteValue : public boost::static_visitor<std::optional<WrittenExpression>
     if (!value.data().isScalar()) {
       return failed("it is a matrix");
     }
-    return written_number(converted(value.data().elements().front(), value.data().unit(), m_unit), m_problem);
+    const AbstractExpr own = value.data().unit().unit();
+    auto written = written_number(told_number(value.data().elements().front(), own, m_unit), m_problem);
+    if (written) {
+      written->unit = own;
+    }
+    return written;
   }
 
   std::optional<WrittenExpression> operator()(const data2::core::Expr& expression) const {
@@ -65,11 +53,7 @@ class WriteValue : public boost::static_visitor<std::optional<WrittenExpression>
     if (tree == nullptr) {
       return failed("it is empty");
     }
-    auto written = write_expression(*tree, m_names, m_problem);
-    if (written) {
-      written = in_unit(std::move(*written), data2::core::bound_unit(expression), m_unit);
-    }
-    return written;
+    return write_expression(*tree, data2::core::bound_unit(expression).unit(), m_unit, m_names, m_problem);
   }
 
  private:
@@ -78,7 +62,7 @@ class WriteValue : public boost::static_visitor<std::optional<WrittenExpression>
     return std::nullopt;
   }
 
-  const ExprString& m_unit;
+  const AbstractExpr& m_unit;
   const ParameterNameLookup& m_names;
   std::string& m_problem;
 };
@@ -109,11 +93,11 @@ class WriteRow : public boost::static_visitor<std::optional<std::vector<WrittenE
     const bool is_row = tree != nullptr && tree->kind() == ex::Kind::matrix && tree->children().size() == 1;
     Row row;
     for (std::size_t i = 0; is_row && i < tree->child(0).children().size(); ++i) {
-      if (!add(row, write_expression(tree->child(0).child(i), m_names, m_problem))) {
+      if (!add(row, write_expression(tree->child(0).child(i), {}, {}, m_names, m_problem))) {
         return std::nullopt;
       }
     }
-    if (!is_row && (tree == nullptr || !add(row, write_expression(*tree, m_names, m_problem)))) {
+    if (!is_row && (tree == nullptr || !add(row, write_expression(*tree, {}, {}, m_names, m_problem)))) {
       return std::nullopt;
     }
     return row;
@@ -133,7 +117,7 @@ class WriteRow : public boost::static_visitor<std::optional<std::vector<WrittenE
 
 }  // namespace
 
-std::optional<WrittenExpression> write_value(const ParameterVariant& value, const ExprString& unit,
+std::optional<WrittenExpression> write_value(const ParameterVariant& value, const AbstractExpr& unit,
                                              const ParameterNameLookup& names, std::string& problem) {
   return boost::apply_visitor(WriteValue(unit, names, problem), value);
 }

@@ -9,10 +9,10 @@
 
 namespace kinemo::formats::spice {
 
-/// The value in the unit, which is commensurable with its own; the empty unit leaves a value without one as it is and
-/// tells others in the base unit of their dimension. Nothing where there is no such number, with the reason in
+/// The value told in the unit; where that is empty, in the base unit of its dimension. A bare number is told in it
+/// already. Nothing where there is no such number, with the reason in
 /// `problem`.
-std::optional<WrittenExpression> write_value(const ParameterVariant& value, const units2::core::ExprString& unit,
+std::optional<WrittenExpression> write_value(const ParameterVariant& value, const units2::core::AbstractExpr& unit,
                                              const ParameterNameLookup& names, std::string& problem);
 
 /// The elements of a row of values, each for itself. Nothing as above.
