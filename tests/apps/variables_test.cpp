@@ -58,7 +58,7 @@ TEST_F(Variables, WrongDefinitionsAreToldWithTheirText) {
   };
   for (const Case& wrong :
        {Case{"R0", 2, "NAME=VALUE"}, Case{"2R=1", 2, "'2R'"}, Case{"=1", 2, "name of a variable"},
-        Case{"R0=2*", 1, "-D R0=2*"}, Case{"R0=nothing", 1, "nothing"}, Case{"gian=1", 0, "did you mean 'gain'?"}}) {
+        Case{"R0=2*", 1, "-D R0=2*"}, Case{"R0=nothing", 1, "nothing"}, Case{"gainn=1", 0, "did you mean 'gain'?"}}) {
     const ProgramRun checked = run({"compile", "m.yaml", "-D", wrong.definition});
     EXPECT_EQ(wrong.exit_code, checked.exit_code) << wrong.definition;
     EXPECT_THAT(checked.errors, HasSubstr(wrong.text)) << wrong.definition;
