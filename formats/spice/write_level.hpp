@@ -15,11 +15,12 @@
 
 namespace kinemo::formats::spice {
 
-/// A port of a subgraph that the graph doesn't have, since it joins nothing there: its node is named by the level
-/// around it all the same, as the user did.
+/// A port of a subgraph that the graph doesn't have, since it joins nothing inside or nothing outside. It is a formal
+/// node all the same: users and texts of cards know it by its name.
 struct OpenPort {
   SourceNet inside;
   std::string actual;  ///< the node of the level around it
+  bool joins_outside;  ///< whether a component is at that node
 };
 
 /// A formal node of a definition and what the call gives for it.
@@ -56,7 +57,8 @@ class LevelNodes {
     std::vector<kmf::VnId> calls;    ///< the subgraphs at it
     kmf::VnId node;
     std::string fallback;
-    std::string name;  ///< the one that is written
+    std::string name;         ///< the one that is written
+    bool is_touched = false;  ///< a component is at it
   };
   using Spec = std::pair<kmf::VnId, kmf::VnId>;  ///< component and connector
 
@@ -69,7 +71,8 @@ class LevelNodes {
   void set(Point& point, const std::string& name);
   bool claim(Point& point, std::size_t most_names);
   void name_points();
-  const Point* point_at(SourceNet net) const;
+  void collect_inner_ends(const std::vector<OpenPort>& open);
+  const Point* open_point(const OpenPort& port) const;
   void add_formals(const std::vector<OpenPort>& open);
 
   const gl::core::Component* m_owner;

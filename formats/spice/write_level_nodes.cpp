@@ -25,6 +25,7 @@ LevelNodes::LevelNodes(const Component* owner, const Graph& level, const Ids& ou
   collect_nodes();
   collect_connectors();
   collect_open_ports();
+  collect_inner_ends(open);
   name_points();
   if (owner != nullptr) {
     add_formals(open);
@@ -35,6 +36,7 @@ LevelNodes::LevelNodes(const Component* owner, const Graph& level, const Ids& ou
 
 void LevelNodes::touch(Point& point, const kmf::VnId& component, const kmf::VnId& connector) const {
   const Component& touched = m_graph.components().at(component);
+  point.is_touched = true;
   if (touched.isSubgraph()) {
     point.calls.push_back(component);
   }
@@ -79,9 +81,7 @@ void LevelNodes::collect_connectors() {
   }
 }
 
-/// Nets that something of this level joins already aren't open, whatever a subgraph has there.
 void LevelNodes::collect_open_ports() {
-  const std::size_t known = m_points.size();
   for (const auto& [id, component] : m_graph.components()) {
     if (!component.isSubgraph()) {
       continue;
@@ -91,15 +91,22 @@ void LevelNodes::collect_open_ports() {
         continue;
       }
       const std::size_t index = m_of_net.emplace(port.outside, m_points.size()).first->second;
-      if (index < known) {
-        continue;
-      }
       if (index == m_points.size()) {
         m_points.emplace_back().nets.push_back(port.outside);
         m_points.back().fallback = std::string(id) + "_" + port.name;
       }
       m_points[index].calls.push_back(id);
       m_open_ports[id].emplace_back(port.inside, index);
+    }
+  }
+}
+
+/// The owner's open ports that nothing here is at.
+void LevelNodes::collect_inner_ends(const std::vector<OpenPort>& open) {
+  for (const OpenPort& port : open) {
+    if (m_of_net.emplace(port.inside, m_points.size()).second) {
+      m_points.emplace_back().nets.push_back(port.inside);
+      m_points.back().fallback = "open";
     }
   }
 }
@@ -199,9 +206,10 @@ std::optional<std::string> LevelNodes::find(const std::string& name) const {
   return found != m_by_name.end() ? std::optional(found->second) : std::nullopt;
 }
 
-const LevelNodes::Point* LevelNodes::point_at(SourceNet net) const {
-  const auto found = m_of_net.find(net);
-  return found != m_of_net.end() ? &m_points[found->second] : nullptr;
+/// What the graph keeps apart stays so, whatever the drawing says.
+const LevelNodes::Point* LevelNodes::open_point(const OpenPort& port) const {
+  const Point& point = m_points[m_of_net.at(port.inside)];
+  return point.is_touched && port.joins_outside ? nullptr : &point;
 }
 
 /// In the order of the subsystem's ports, so that calls which leave some of them open can share a definition.
@@ -218,17 +226,17 @@ void LevelNodes::add_formals(const std::vector<OpenPort>& open) {
       m_formals.push_back({name, connector, actual});
     }
   };
-  std::unordered_map<SourceNet, std::string> actuals;
+  std::unordered_map<SourceNet, const OpenPort*> by_net;
   for (const OpenPort& port : open) {
-    actuals.emplace(port.inside, port.actual);
+    by_net.emplace(port.inside, &port);
   }
   for (const auto& [port, connector] : m_ports.of(*m_owner)) {
     const auto by_connector = exported.find(connector);
-    const auto by_net = actuals.find(port.inside);
+    const auto known = by_net.find(port.inside);
     if (by_connector != exported.end()) {
       add(by_connector->second, connector, {});
-    } else if (const Point* point = by_net != actuals.end() ? point_at(port.inside) : nullptr) {
-      add(point->name, {}, by_net->second);
+    } else if (const Point* point = known != by_net.end() ? open_point(*known->second) : nullptr) {
+      add(point->name, {}, known->second->actual);
     }
   }
   for (const kmf::VnId& connector : m_owner->connectorOrder()) {
@@ -253,7 +261,7 @@ std::vector<OpenPort> LevelNodes::open_ports(const kmf::VnId& subgraph) const {
   const auto found = m_open_ports.find(subgraph);
   if (found != m_open_ports.end()) {
     for (const auto& [inside, point] : found->second) {
-      result.push_back({inside, m_points[point].name});
+      result.push_back({inside, m_points[point].name, m_points[point].is_touched});
     }
   }
   return result;

@@ -67,8 +67,10 @@ void write_modelled(const ElementWriter& element, const ElementKind& kind) {
   if (model.empty()) {
     element.problem("it has no model");
   }
-  const std::string value = element.has("value") ? value_or_none(element, kind) : std::string();
-  element.card({element.name(), joined(element.nodes()), model, value, rest(element)});
+  const std::string area = element.has("value") ? value_or_none(element, kind) : std::string();
+  // without its name, the simulator takes an expression for the area of these as the name of a model
+  const bool is_named = !area.empty() && (kind.letter == 'd' || kind.letter == 'q');
+  element.card({element.name(), joined(element.nodes()), model, is_named ? "area=" + area : area, rest(element)});
 }
 
 /// The word that tells the dimensions of a polynomial stands between the nodes, in front of those that control.
