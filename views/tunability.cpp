@@ -91,23 +91,18 @@ class Judge {
     return reason_of_names(origin, text);
   }
 
+  /// One live name makes the text live, unless there is a name without numbers in it. That of the block's own text is
+  /// told behind what the block itself says.
   std::string reason_of_names(const Origin& origin, const std::string& text) const {
-    std::string first;
+    bool lives = false;
     for (const std::size_t name : origin.names) {
-      const std::string& reason = judged_[name].reason;
-      if (is_non_value(origins_[name]) && origin.kind == OriginKind::mask) return text + ": " + reason;
-      if (reason.empty()) return {};
-      if (first.empty()) first = reason;
+      if (is_non_value(origins_[name])) {
+        if (origin.kind == OriginKind::mask) return text + ": " + judged_[name].reason;
+        lives = true;
+      }
+      lives = lives || judged_[name].reason.empty();
     }
-    // The offender of the block's own text is told behind what the block itself says.
-    return offender_in(origin) ? std::string() : first;
-  }
-
-  bool offender_in(const Origin& origin) const {
-    for (const std::size_t name : origin.names) {
-      if (is_non_value(origins_[name])) return true;
-    }
-    return false;
+    return lives ? std::string() : judged_[origin.names.front()].reason;
   }
 
   const std::vector<Origin>& origins_;
