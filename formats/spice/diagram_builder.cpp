@@ -155,11 +155,7 @@ class DiagramBuilder : public ExpansionVisitor {
   }
 
   void set_mask(GTBlock& block, const Definition& definition, const Call& call, const ParameterScopes& scopes) {
-    const auto mask = m_masks.mask(definition);
-    if (mask == nullptr) {
-      return;
-    }
-    MaskInterface::setMask(&block, mask);
+    MaskInterface::setMask(&block, m_masks.mask(definition));
     const InstanceMasks::Values values = m_masks.values(definition, scopes);
     for (const auto& [parameter, expression] : values.changed) {
       host::setParameter(block, parameter, host_string(expression));

@@ -34,9 +34,6 @@ Expression expression_of(const ScopedParameter& parameter, LiveExpressions& arou
 }  // namespace
 
 boost::shared_ptr<const GTMaskDefinition> InstanceMasks::mask(const Definition& definition) {
-  if (definition.parameters.empty()) {
-    return nullptr;
-  }
   auto [entry, is_new] = m_masks.try_emplace(&definition);
   if (is_new) {
     auto mask = boost::make_shared<GTMaskDefinition>();
@@ -58,9 +55,6 @@ boost::shared_ptr<const GTMaskDefinition> InstanceMasks::mask(const Definition& 
 InstanceMasks::Values InstanceMasks::values(const Definition& definition, const ParameterScopes& scopes) {
   Values result;
   const boost::shared_ptr<const GTMaskDefinition> defaults = mask(definition);
-  if (defaults == nullptr) {
-    return result;
-  }
   const std::size_t inside = scopes.depth() - 1;
   LiveExpressions around(scopes, inside - 1, inside - 1);
   for (std::size_t i = 0; i < definition.parameters.size(); ++i) {

@@ -21,7 +21,7 @@ class InstanceMasks {
  public:
   explicit InstanceMasks(const HostNames& names) : m_names(names) {}
 
-  /// Null for a definition without parameters.
+  /// Its type is the definition's name; it has no parameters where the definition has none.
   boost::shared_ptr<const GTMaskDefinition> mask(const Definition& definition);
 
   struct Value {
