@@ -56,6 +56,8 @@ TEST(NameCollisions, NothingChangesWithoutThem) {
   const GraphIdRewrite rewrite =
       unique_graph_ids(graph, {"x", "a", "A", "k", "q"});  // all of them names of other scopes
   EXPECT_EQ(rewrite.graph, graph);
+  EXPECT_EQ(&rewrite.graph.components(), &graph.components()) << "shared, not built anew";
+  EXPECT_EQ(&without_collisions(graph, {"x"}).components(), &graph.components());
   const IdRenames same{{"L", "L"}, {"S", "S"}, {"net", "net"}};
   EXPECT_EQ(rewrite.renames, same);
 }

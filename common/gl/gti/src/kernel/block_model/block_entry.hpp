@@ -63,8 +63,19 @@ class BlockEntryData {
   BlockData data_;
 };
 
+/// Shorter paths first, those of one length by their last difference. Paths of one model have long beginnings in
+/// common: in a deep model, comparing them from the front would be most of the work of a look-up.
+struct PathOrder {
+  bool operator()(const ustring& a, const ustring& b) const noexcept {
+    if (a.size() != b.size()) return a.size() < b.size();
+    for (std::size_t i = a.size(); i-- > 0;)
+      if (a[i] != b[i]) return a[i] < b[i];
+    return false;
+  }
+};
+
 /// The entries of a compile by full path, those of leaves and of subsystems.
-using BlockEntryMap = std::map<ustring, boost::shared_ptr<BlockEntryData>>;
+using BlockEntryMap = std::map<ustring, boost::shared_ptr<BlockEntryData>, PathOrder>;
 
 /// The entry of a leaf block, whose component a factory makes.
 class FactoryBlockEntryData : public BlockEntryData {

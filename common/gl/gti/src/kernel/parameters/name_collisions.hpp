@@ -32,6 +32,10 @@ IdRenames id_renames(const IdSet& ids, const IdSet& reserved);
 /// recursion. @throws std::out_of_range for a connection that leads nowhere, and the graph core's errors
 GraphIdRewrite unique_graph_ids(gl::core::Graph graph, const IdSet& reserved);
 
+/// The graph of `unique_graph_ids` alone, without the table of the names that stay. Levels where nothing collides are
+/// shared with the old graph.
+gl::core::Graph without_collisions(const gl::core::Graph& graph, const IdSet& reserved);
+
 /// The same for one subgraph, whose scope starts afresh.
 SubgraphIdRewrite unique_subgraph_ids(gl::core::Component component);
 

@@ -198,7 +198,7 @@ PropagationResult propagate_runtime_parameters(const Graph& graph, const BlockEn
   const GraphRewrite rewrite = propagate_graph(graph, entries, IdSet(runtime.begin(), runtime.end()),
                                                IdSet(nonValue.begin(), nonValue.end()), warn);
   PropagationResult result;
-  result.graph = unique_graph_ids(rewrite.graph, rewrite.used).graph;
+  result.graph = without_collisions(rewrite.graph, rewrite.used);
   for (const kmf::VnId& name : runtime) {
     if (rewrite.used.count(name) != 0) result.info.addParameter(name, info.value(name));
   }
