@@ -2,72 +2,29 @@
 // making its model (components, the fold, boundaries). The host has evaluated the parameters before. Time per block is
 // what to look at: it should grow neither with the size nor with the depth.
 
+#include "benchmarks/network.hpp"
 #include "benchmarks/shapes.hpp"
 
-#include "common/gl/gti/export/translation_configuration.hpp"
-#include "common/gl/gti/export/translation_manager.hpp"
-#include "embedded/block_diagram/diagram.hpp"
-#include "embedded/compile_layer/compile.hpp"
 #include "embedded/environment/environment.hpp"
-#include "embedded/network_data/machine_data.hpp"
-
-#include <benchmark/benchmark.h>
-
-#include <memory>
-#include <string>
 
 namespace {
 
-using benchmarks::Diagram;
-using embedded::network_data::MachineData;
-using gl::gti::TranslationManager;
+using benchmarks::Network;
 
-constexpr const char* kDomain = "physical";
-
-/// The diagram of one size, ready to be taken in.
-class Network {
- public:
-  explicit Network(const benchmark::State& state) : blocks_(static_cast<std::size_t>(state.range(0))) {
-    key_ = TranslationManager::get().domainKey(kDomain);
-    const auto depth = static_cast<std::size_t>(state.range(1));
-    diagram_ = depth == 0 ? &benchmarks::flat("m", blocks_) : &benchmarks::chain("m", blocks_, depth);
-    embedded::compile_layer::evaluateParameters(*diagram_);
-    machine_ = std::make_unique<MachineData>(*diagram_, kDomain);
-  }
-  ~Network() {
-    machine_.reset();
-    Diagram::close(*diagram_);
-  }
-  Network(const Network&) = delete;
-  Network& operator=(const Network&) = delete;
-
-  void takeIn() const {
-    TranslationManager& manager = TranslationManager::get();
-    manager.registerModel(key_, "m", gl::gti::TranslationConfiguration());
-    manager.addConnectivity(key_, machine_->get());
-  }
-  gl::core::Model model() const { return TranslationManager::get().model(key_, "m"); }
-
-  void report(benchmark::State& state) const {
-    state.counters["per_block"] = benchmark::Counter(
-        static_cast<double>(blocks_), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-  }
-
- private:
-  std::size_t blocks_;
-  gl::gti::DomainKey key_ = 0;
-  Diagram* diagram_ = nullptr;
-  std::unique_ptr<MachineData> machine_;
-};
+benchmarks::Diagram& diagram_of(const benchmark::State& state) {
+  const auto blocks = static_cast<std::size_t>(state.range(0));
+  const auto depth = static_cast<std::size_t>(state.range(1));
+  return depth == 0 ? benchmarks::flat("m", blocks) : benchmarks::chain("m", blocks, depth);
+}
 
 void Intake(benchmark::State& state) {
-  const Network network(state);
+  const Network network(diagram_of(state), static_cast<std::size_t>(state.range(0)));
   for (auto _ : state) network.takeIn();
   network.report(state);
 }
 
 void Fold(benchmark::State& state) {
-  const Network network(state);
+  const Network network(diagram_of(state), static_cast<std::size_t>(state.range(0)));
   network.takeIn();
   for (auto _ : state) {
     const gl::core::Model model = network.model();

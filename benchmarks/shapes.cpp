@@ -1,7 +1,10 @@
 #include "benchmarks/shapes.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "platform/block_diagram/mask.hpp"
 #include "platform/foundation/strings.hpp"
+
+#include <boost/make_shared.hpp>
 
 #include <algorithm>
 
@@ -77,6 +80,59 @@ void fill_tree(System& system, gtPort* a, gtPort* b, std::size_t blocks) {
   system.addLine({right.outerB, b});
   fill_tree(*left.inside, left.innerA, left.innerB, blocks / 2);
   fill_tree(*right.inside, right.innerA, right.innerB, blocks - blocks / 2);
+}
+
+void make_tunable(GTBlock& resistor, const ustring& text) {
+  embedded::block_diagram::setParameter(resistor, "R", text);
+  embedded::block_diagram::setParameter(resistor, "R_conf", u"runtime");
+}
+
+/// The mask parameter k, which depends on the name that `text` tells from outside.
+void add_mask(GTBlock& subsystem, const ustring& text) {
+  static const auto definition = [] {
+    auto mask = boost::make_shared<GTMaskDefinition>();
+    mask->parameters.push_back({"k", "", u"1", GTPrmDesc::EDIT, "", {}});
+    return mask;
+  }();
+  MaskInterface::setMask(&subsystem, definition);
+  embedded::block_diagram::setParameter(subsystem, "k", text);
+}
+
+/// Resistors in a row, each with a text of its own over the name.
+gtPort* tunable_row(System& system, gtPort* from, std::size_t count, const ustring& name) {
+  gtPort* end = row(system, from, count);
+  for (std::size_t i = 1; i <= count; ++i)
+    make_tunable(*system.find(numbered(u"R", i)), numbered((name + u"+").c_str(), i));
+  return end;
+}
+
+/// `blocks` resistors in a tree of masked subsystems, `fan` in each, the innermost with some ten resistors or more.
+gtPort* tunable_tree(System& system, gtPort* from, std::size_t blocks, std::size_t fan, std::size_t depth,
+                     const ustring& name) {
+  if (depth == 0 || blocks <= 10) return tunable_row(system, from, blocks, name);
+  for (std::size_t i = 0; i < fan; ++i) {
+    const TwoPort part = two_port(system, numbered(u"S", i + 1));
+    add_mask(*part.inside->owner(), name + u"*2");
+    system.addLine({from, part.outerA});
+    const std::size_t share = blocks * (i + 1) / fan - blocks * i / fan;
+    part.inside->addLine({tunable_tree(*part.inside, part.innerA, share, fan, depth - 1, u"k"), part.innerB});
+    from = part.outerB;
+  }
+  return from;
+}
+
+void tunable_chain(System* system, gtPort* at, std::size_t perLevel, std::size_t depth) {
+  for (std::size_t level = 0; level < depth; ++level) {
+    gtPort* end = tunable_row(*system, at, perLevel, level == 0 ? u"x" : u"k");
+    if (level + 1 == depth) return;
+    GTBlock& block = system->addSubsystem(u"S");
+    add_mask(block, level == 0 ? u"x" : u"k+1");
+    System* inside = contents(block);
+    GTBlock& a = inside->addPort(u"a", Side::Left, 1);
+    system->addLine({end, subsystemPort(block, u"a")});
+    at = a.getGrRightConnectionPort(0);
+    system = inside;
+  }
 }
 
 }  // namespace
@@ -155,6 +211,18 @@ Diagram& star(const std::string& name, std::size_t blocks) {
   std::vector<gtPort*> all{ground(top)};
   for (std::size_t i = 1; i <= blocks; ++i) all.push_back(resistor(top, i).p);
   top.addLine(all);
+  return diagram;
+}
+
+Diagram& tunable(const std::string& name, std::size_t blocks, std::size_t depth) {
+  Diagram& diagram = Diagram::create(name);
+  diagram.setVariable("x", u"3", "", true);
+  System& top = diagram.root();
+  if (depth > 10) {
+    tunable_chain(&top, ground(top), std::max<std::size_t>(1, blocks / depth), depth);
+    return diagram;
+  }
+  tunable_tree(top, ground(top), blocks, depth <= 3 ? 10 : 2, depth, u"x");
   return diagram;
 }
 

@@ -28,6 +28,11 @@ Diagram& wires(const std::string& name, std::size_t blocks);
 /// One net that joins a port of every block.
 Diagram& star(const std::string& name, std::size_t blocks);
 
+/// The same with a run-time variable x in the workspace, on which the resistance of every block depends through the
+/// masks of all subsystems around it. `depth` 0: all blocks at the top, each with a text of its own. Up to 10: a tree
+/// of subsystems. More: that many inside each other.
+Diagram& tunable(const std::string& name, std::size_t blocks, std::size_t depth);
+
 /// The binary tree as a netlist whose definitions are shared by all instances.
 std::string tree_netlist(std::size_t blocks);
 
