@@ -112,14 +112,17 @@ std::optional<ex::Operator> operator_of(std::string_view function) {
   return std::nullopt;
 }
 
-Term filled(std::string_view form, const std::vector<Term>& arguments) {
-  Term result;
+Term filled(const WrittenFunction& function, const std::vector<Term>& arguments) {
+  Term result{{}, function.level, {}};
+  const std::string_view form = function.form;
   for (std::size_t at = 0; at < form.size(); ++at) {
-    if (form[at] == '$') {
-      result.text += arguments[static_cast<std::size_t>(form[++at] - '1')].text;
-    } else {
+    const bool is_operand = form[at] == '#';
+    if (!is_operand && form[at] != '$') {
       result.text += form[at];
+      continue;
     }
+    const Term& argument = arguments[static_cast<std::size_t>(form[++at] - '1')];
+    result.text += is_operand && argument.level != TermLevel::atom ? bracketed(argument).text : argument.text;
   }
   return result;
 }
@@ -134,7 +137,7 @@ void make_common(std::vector<Term>& terms) {
 Term rounded(const WrittenFunction& function, Term argument) {
   const AbstractExpr unit = argument.unit;
   Term number = told_in(std::move(argument), unit);
-  return with_unit(filled(function.form, {std::move(number)}), unit);
+  return with_unit(filled(function, {std::move(number)}), unit);
 }
 
 /// Makes of the arguments what the function takes, and of the result what it gives.
@@ -144,7 +147,9 @@ Term applied(const WrittenFunction& function, std::vector<Term> arguments) {
     return rounded(function, std::move(arguments.front()));
   }
   if (function.rule == UnitRule::root) {
-    return {filled(function.form, arguments).text, TermLevel::atom, power(arguments.front(), number(0.5), 0.5).unit};
+    Term result = filled(function, arguments);
+    result.unit = power(arguments.front(), number(0.5), 0.5).unit;
+    return result;
   }
   if (function.rule == UnitRule::common || function.rule == UnitRule::ratio) {
     make_common(arguments);
@@ -154,7 +159,7 @@ Term applied(const WrittenFunction& function, std::vector<Term> arguments) {
     argument = function.rule == UnitRule::plain ? dimensionless(std::move(argument)) : std::move(argument);
     refuse_offset(argument);
   }
-  Term result = filled(function.form, arguments);
+  Term result = filled(function, arguments);
   result.unit = !keeps ? AbstractExpr() : first.id() != 0 ? first : arguments.front().unit;
   return result;
 }
@@ -266,7 +271,7 @@ class Writer {
   Term called(const ex::Node& node, std::vector<Term> arguments) {
     const std::string& name = node.child(0).text();
     if (const auto op = operator_of(name); op && arguments.size() == 2) {
-      return bracketed(binary(*op, std::move(arguments[0]), std::move(arguments[1]), number_of(node.child(2))));
+      return binary(*op, std::move(arguments[0]), std::move(arguments[1]), number_of(node.child(2)));
     }
     if (name == "ternary_fcn" && arguments.size() == 3) {
       return choice(std::move(arguments));
@@ -286,9 +291,8 @@ class Writer {
     if (!both || (unit.id() != 0 && !units2::core::commensurable(unit, arguments[2].unit))) {
       throw NotWritable{"it chooses between values of different units"};
     }
-    Term result = filled("ternary_fcn($1,$2,$3)", arguments);
-    result.unit = unit;
-    return result;
+    return {"ternary_fcn(" + arguments[0].text + "," + arguments[1].text + "," + arguments[2].text + ")",
+            TermLevel::atom, unit};
   }
 
   const ParameterNameLookup& m_names;
@@ -300,9 +304,15 @@ std::optional<WrittenExpression> write_expression(const ex::Node& tree, const Ab
                                                   const AbstractExpr& told, const ParameterNameLookup& names,
                                                   std::string& problem) {
   try {
-    Term term = with_unit(Writer(names).write(tree), bound);
-    const AbstractExpr unit = term.unit;
-    term = told_in(std::move(term), told);
+    Term term = Writer(names).write(tree);
+    const bool is_bare = term.unit.id() == 0;
+    const AbstractExpr unit = bound.id() != 0 ? bound : term.unit;
+    if (is_bare && told.id() != 0 && bound.id() != 0) {
+      const double offset = units2::core::convert(0, bound, told);
+      term = scaled(std::move(term), units2::core::convert(1, bound, told) - offset, offset);
+    } else {
+      term = told_in(with_unit(std::move(term), bound), told);
+    }
     const std::optional<double> number = number_of(tree);
     const bool is_number = number && term.text == number_text(*number);
     return WrittenExpression{std::move(term.text), is_number, unit};

@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+#include "formats/spice/write_terms.hpp"
+
 namespace kinemo::formats::spice {
 
 /// What a function does with units.
@@ -16,12 +18,14 @@ enum class UnitRule {
   root,       ///< gives the square root of the unit
 };
 
-/// How a function of the host is said: $1, $2, ... stand for the arguments.
+/// How a function of the host is said: $1, $2, ... stand for the arguments between commas or brackets, #1, #2, ... for
+/// those that are operands.
 struct WrittenFunction {
   std::string_view name;
   std::size_t arguments;
   UnitRule rule;
   std::string_view form;
+  TermLevel level = TermLevel::atom;  ///< how the form binds
 };
 
 /// Null where there is no way to say it.

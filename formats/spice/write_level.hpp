@@ -41,7 +41,7 @@ class LevelNodes {
   /// The node at a connector; one of its own where the connector is tied to none.
   const std::string& at(const kmf::VnId& component, const kmf::VnId& connector) const;
   /// The node that the diagram has under that name, in any case of letters.
-  std::optional<std::string> find(const std::string& name) const;
+  std::optional<std::string> find(const std::string& name) const { return m_aliases.find(name); }
   std::string make(const std::string& wanted) { return m_taken.make(legal_name(wanted)); }
   /// What is ground inside of a definition is left out.
   const std::vector<FormalNode>& formals() const { return m_formals; }
@@ -68,7 +68,7 @@ class LevelNodes {
   void touch(Point& point, const kmf::VnId& component, const kmf::VnId& connector) const;
   void find_names(Point& point, const std::map<std::string, kmf::VnId>& calls) const;
   bool is_always_ground(const Point& point) const;
-  void set(Point& point, const std::string& name);
+  void add_aliases();
   bool claim(Point& point, std::size_t most_names);
   void name_points();
   void collect_inner_ends(const std::vector<OpenPort>& open);
@@ -86,7 +86,7 @@ class LevelNodes {
   std::map<Spec, std::size_t> m_of_connector;
   std::unordered_map<SourceNet, std::size_t> m_of_net;
   std::map<kmf::VnId, std::vector<std::pair<SourceNet, std::size_t>>> m_open_ports;  ///< by subgraph: inside, point
-  std::unordered_map<std::string, std::string> m_by_name;                            ///< lower case, to what is written
+  Aliases m_aliases;
   UniqueNames m_taken;
   std::vector<FormalNode> m_formals;
 };
@@ -99,12 +99,12 @@ class LevelElements {
   /// The element of a component; empty for those that are no element.
   const std::string& of(const kmf::VnId& component) const;
   /// The element of the block of that name, in any case of letters.
-  std::optional<std::string> find(const std::string& name) const;
+  std::optional<std::string> find(const std::string& name) const { return m_aliases.find(name); }
   std::string make(const std::string& wanted) { return m_taken.make(legal_name(wanted)); }
 
  private:
   std::unordered_map<kmf::VnId, std::string> m_names;
-  std::unordered_map<std::string, std::string> m_by_name;  ///< lower case, to what is written
+  Aliases m_aliases;
   UniqueNames m_taken;
 };
 

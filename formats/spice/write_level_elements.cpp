@@ -17,7 +17,7 @@ LevelElements::LevelElements(const gl::core::Graph& level, const SourceNames& so
   std::vector<Other> others;
   const auto set = [this](const kmf::VnId& id, const std::string& block, const std::string& name) {
     m_names.emplace(id, name);
-    m_by_name.emplace(kmf::lower(block), name);
+    m_aliases.add(block, name);
   };
   for (const auto& [id, component] : level.components()) {
     const char letter = element_letter(component);
@@ -42,11 +42,6 @@ const std::string& LevelElements::of(const kmf::VnId& component) const {
   static const std::string none;
   const auto found = m_names.find(component);
   return found != m_names.end() ? found->second : none;
-}
-
-std::optional<std::string> LevelElements::find(const std::string& name) const {
-  const auto found = m_by_name.find(kmf::lower(name));
-  return found != m_by_name.end() ? std::optional(found->second) : std::nullopt;
 }
 
 }  // namespace kinemo::formats::spice

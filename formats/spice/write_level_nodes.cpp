@@ -146,19 +146,11 @@ bool LevelNodes::is_always_ground(const Point& point) const {
          (!point.names.empty() && names_ground(point.names.front()));
 }
 
-void LevelNodes::set(Point& point, const std::string& name) {
-  point.name = name;
-  m_by_name[kmf::lower(name)] = name;
-  for (const std::string& alias : point.names) {
-    m_by_name.emplace(kmf::lower(alias), name);
-  }
-}
-
 /// Takes the first of the names that is free.
 bool LevelNodes::claim(Point& point, std::size_t most_names) {
   for (std::size_t i = 0; i < std::min(most_names, point.names.size()); ++i) {
     if (m_taken.claim(point.names[i])) {
-      set(point, point.names[i]);
+      point.name = point.names[i];
       return true;
     }
   }
@@ -176,7 +168,7 @@ void LevelNodes::name_points() {
   for (Point& point : m_points) {
     find_names(point, calls);
     if (is_always_ground(point)) {
-      set(point, "0");
+      point.name = "0";
     }
   }
   for (const std::size_t most_names : {std::size_t{1}, std::string::npos}) {
@@ -189,7 +181,22 @@ void LevelNodes::name_points() {
   for (Point& point : m_points) {
     if (point.name.empty()) {
       const bool has_name = !point.names.empty() && !names_ground(point.names.front());
-      set(point, m_taken.make(has_name ? point.names.front() : point.fallback));
+      point.name = m_taken.make(has_name ? point.names.front() : point.fallback);
+    }
+  }
+  add_aliases();
+}
+
+/// A node's best name belongs to it, whatever else is said of that name.
+void LevelNodes::add_aliases() {
+  for (const Point& point : m_points) {
+    if (!point.names.empty()) {
+      m_aliases.add(point.names.front(), point.name);
+    }
+  }
+  for (const Point& point : m_points) {
+    for (const std::string& name : point.names) {
+      m_aliases.add(name, point.name);
     }
   }
 }
@@ -199,11 +206,6 @@ void LevelNodes::name_points() {
 const std::string& LevelNodes::at(const kmf::VnId& component, const kmf::VnId& connector) const {
   const kmf::VnId* node = m_graph.nodeOf(ConnectorSpec(component, connector));
   return m_points[node != nullptr ? m_of_node.at(*node) : m_of_connector.at({component, connector})].name;
-}
-
-std::optional<std::string> LevelNodes::find(const std::string& name) const {
-  const auto found = m_by_name.find(kmf::lower(name));
-  return found != m_by_name.end() ? std::optional(found->second) : std::nullopt;
 }
 
 /// What the graph keeps apart stays so, whatever the drawing says.

@@ -72,4 +72,18 @@ std::string UniqueNames::make(const std::string& wanted) {
   return name;
 }
 
+void Aliases::add(const std::string& alias, const std::string& written) {
+  m_exact.emplace(alias, written);
+  m_lower.emplace(kmf::lower(alias), written);
+}
+
+std::optional<std::string> Aliases::find(const std::string& alias) const {
+  const auto exact = m_exact.find(alias);
+  if (exact != m_exact.end()) {
+    return exact->second;
+  }
+  const auto lower = m_lower.find(kmf::lower(alias));
+  return lower != m_lower.end() ? std::optional(lower->second) : std::nullopt;
+}
+
 }  // namespace kinemo::formats::spice

@@ -1,6 +1,7 @@
 // Names in a netlist that is written: which texts can be one, and a place that keeps them apart.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -26,6 +27,18 @@ class UniqueNames {
  private:
   std::unordered_set<std::string> m_taken;
   std::unordered_map<std::string, std::size_t> m_next;
+};
+
+/// What things of a diagram are named in the netlist, for texts that name them. Letters count in any case, but a name
+/// that is written in the same way goes first.
+class Aliases {
+ public:
+  void add(const std::string& alias, const std::string& written);
+  std::optional<std::string> find(const std::string& alias) const;
+
+ private:
+  std::unordered_map<std::string, std::string> m_exact;
+  std::unordered_map<std::string, std::string> m_lower;
 };
 
 }  // namespace kinemo::formats::spice
