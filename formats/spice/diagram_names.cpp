@@ -39,9 +39,14 @@ const gtPort* inner_port(const gtPort& outer) {
 DiagramNames::DiagramNames(const host::Diagram& diagram, std::string file)
     : m_diagram(diagram), m_file(std::move(file)) {}
 
+/// A path is as long as the model is deep, so it is looked up once.
 const GTBlock* DiagramNames::block_of(const gl::core::Component& component) const {
-  const ustring path = gl::core::object(gl::core::GraphEntry(component));
-  return m_diagram.findBlock(kmf::utf8_string_to_ustring(views::relative_path(path)));
+  const auto [entry, is_new] = m_blocks.try_emplace(&component);
+  if (is_new) {
+    const ustring path = gl::core::object(gl::core::GraphEntry(component));
+    entry->second = m_diagram.findBlock(kmf::utf8_string_to_ustring(views::relative_path(path)));
+  }
+  return entry->second;
 }
 
 const DiagramNames::PortsByName& DiagramNames::ports_by_name(const GTBlock& block) const {
@@ -91,15 +96,20 @@ std::vector<SourcePort> DiagramNames::ports(const gl::core::Component& subgraph)
   return result;
 }
 
-std::string DiagramNames::definition_name(const std::string& object) const {
-  const ustring path = kmf::utf8_string_to_ustring(object);
-  const GTBlock* block = m_diagram.findBlock(kmf::utf8_string_to_ustring(views::relative_path(path)));
+std::string DiagramNames::definition_name(const gl::core::Component& subgraph) const {
+  const GTBlock* block = block_of(subgraph);
   const auto mask = block != nullptr ? MaskInterface::mask(block) : nullptr;
   return mask != nullptr ? mask->type : std::string();
 }
 
-SourcePlace DiagramNames::place(const std::string& object) const {
-  return views::place_of(object, &m_diagram, m_file);
+SourcePlace DiagramNames::place(const gl::core::Component& component) const {
+  const GTBlock* block = block_of(component);
+  const host::SourcePlace place = block != nullptr ? host::sourcePlace(*block) : host::SourcePlace();
+  if (place.line <= 0) {
+    return views::place_of(block_path(component), &m_diagram, m_file);
+  }
+  return {place.file != nullptr ? *place.file : m_file, static_cast<std::size_t>(place.line),
+          static_cast<std::size_t>(place.column)};
 }
 
 }  // namespace kinemo::formats::spice

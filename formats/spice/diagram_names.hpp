@@ -27,8 +27,8 @@ class DiagramNames : public SourceNames {
   SourceNetNames names(SourceNet net) const override;
   std::vector<SourcePort> ports(const gl::core::Component& subgraph) const override;
   /// The type of the block's mask.
-  std::string definition_name(const std::string& object) const override;
-  SourcePlace place(const std::string& object) const override;
+  std::string definition_name(const gl::core::Component& subgraph) const override;
+  SourcePlace place(const gl::core::Component& component) const override;
 
  private:
   using PortsByName = std::unordered_map<std::string, const gtPort*>;
@@ -38,6 +38,7 @@ class DiagramNames : public SourceNames {
 
   const embedded::block_diagram::Diagram& m_diagram;
   std::string m_file;
+  mutable std::unordered_map<const gl::core::Component*, const GTBlock*> m_blocks;  ///< those that were asked for
   mutable const GTBlock* m_last_block = nullptr;  ///< whose ports are held by name: connectors are asked in a row
   mutable PortsByName m_ports;
 };

@@ -26,6 +26,7 @@ struct SourcePort {
   SourceNet inside = nullptr;
 };
 
+/// All components that are asked for belong to one model and stay where they are.
 class SourceNames {
  public:
   virtual ~SourceNames() = default;
@@ -34,12 +35,14 @@ class SourceNames {
   virtual SourceNetNames names(SourceNet net) const;
   /// The ports of the subsystem that a subgraph stands for, in their order.
   virtual std::vector<SourcePort> ports(const gl::core::Component& subgraph) const;
-  /// The name of what a subgraph is an instance of; `object` is the path of its block. Empty where it has none.
-  virtual std::string definition_name(const std::string& object) const;
-  /// The name of the block of that path, the last one of the path.
-  virtual std::string block_name(const std::string& object) const;
-  /// The place where the block of that path was written.
-  virtual SourcePlace place(const std::string& object) const;
+  /// The name of what a subgraph is an instance of. Empty where it has none.
+  virtual std::string definition_name(const gl::core::Component& subgraph) const;
+  /// The place where the component's block was written.
+  virtual SourcePlace place(const gl::core::Component& component) const;
 };
+
+/// The path of the component's block, and the last name in it.
+std::string block_path(const gl::core::Component& component);
+std::string block_name(const gl::core::Component& component);
 
 }  // namespace kinemo::formats::spice

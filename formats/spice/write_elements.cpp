@@ -9,7 +9,6 @@
 #include "formats/spice/write_values.hpp"
 #include "platform/foundation/strings.hpp"
 #include "platform/units/units.hpp"
-#include "views/graph_access.hpp"
 
 namespace kinemo::formats::spice {
 
@@ -198,8 +197,8 @@ void ElementWriter::problem(const std::string& text) const {
 }
 
 void ElementWriter::report(const char* rule, const std::string& text) const {
-  const std::string object = views::object_text(gl::core::GraphEntry(m_component));
-  m_context.diagnostics.error(rule, m_context.source.place(object), "block '" + object + "': " + text)
+  const std::string object = block_path(m_component);
+  m_context.diagnostics.error(rule, m_context.source.place(m_component), "block '" + object + "': " + text)
       .notes.push_back({"in " + object, {}});
 }
 

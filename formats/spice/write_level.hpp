@@ -94,7 +94,7 @@ class LevelNodes {
 /// The elements of one level, as above.
 class LevelElements {
  public:
-  LevelElements(const gl::core::Graph& level, const SourceNames& source);
+  explicit LevelElements(const gl::core::Graph& level);
 
   /// The element of a component; empty for those that are no element.
   const std::string& of(const kmf::VnId& component) const;

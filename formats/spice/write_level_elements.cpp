@@ -1,14 +1,13 @@
 #include "formats/spice/write_elements.hpp"
 #include "formats/spice/write_level.hpp"
 #include "platform/foundation/strings.hpp"
-#include "views/graph_access.hpp"
 
 namespace kinemo::formats::spice {
 
 using gl::core::Component;
 
 /// Names that stay as they are go first.
-LevelElements::LevelElements(const gl::core::Graph& level, const SourceNames& source) {
+LevelElements::LevelElements(const gl::core::Graph& level) {
   struct Other {
     kmf::VnId id;
     std::string block;
@@ -24,7 +23,7 @@ LevelElements::LevelElements(const gl::core::Graph& level, const SourceNames& so
     if (letter == '\0') {
       continue;
     }
-    const std::string block = source.block_name(views::object_text(gl::core::GraphEntry(component)));
+    const std::string block = block_name(component);
     const std::string name = legal_name(block.empty() ? std::string(id) : block);
     const bool leads = kmf::lower(name).front() == letter;
     if (leads && m_taken.claim(name)) {

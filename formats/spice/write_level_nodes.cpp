@@ -162,7 +162,7 @@ void LevelNodes::name_points() {
   std::map<std::string, kmf::VnId> calls;
   for (const auto& [id, component] : m_graph.components()) {
     if (component.isSubgraph()) {
-      calls.emplace(kmf::lower(m_source.block_name(views::object_text(gl::core::GraphEntry(component)))), id);
+      calls.emplace(kmf::lower(block_name(component)), id);
     }
   }
   for (Point& point : m_points) {

@@ -10,7 +10,6 @@
 #include "formats/spice/write_ground.hpp"
 #include "formats/spice/write_parameters.hpp"
 #include "formats/spice/write_text.hpp"
-#include "views/graph_access.hpp"
 
 namespace kinemo::formats::spice {
 
@@ -75,7 +74,7 @@ class NetlistWriter {
   std::vector<const Entry*> written_order(const Graph& graph) const {
     std::vector<std::pair<SourcePlace, const Entry*>> placed;
     for (const Entry& entry : graph.components()) {
-      placed.emplace_back(m_source.place(views::object_text(gl::core::GraphEntry(entry.second))), &entry);
+      placed.emplace_back(m_source.place(entry.second), &entry);
     }
     std::stable_sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) {
       return std::tie(a.first.file, a.first.line, a.first.column) <
@@ -94,7 +93,7 @@ class NetlistWriter {
     level->owner = owner;
     level->id = id;
     level->text = std::make_unique<LevelText>(LevelNodes(owner, graph, grounded, open, m_grounds, m_ports, m_source),
-                                              LevelElements(graph, m_source));
+                                              LevelElements(graph));
     level->order = written_order(graph);
     if (owner != nullptr) {
       level->parameters = m_parameters.enter(*owner);
@@ -141,9 +140,8 @@ class NetlistWriter {
   }
 
   std::string definition_name(const Component& owner) {
-    const std::string object = views::object_text(gl::core::GraphEntry(owner));
-    std::string name = legal_identifier(m_source.definition_name(object));
-    name = name.empty() ? legal_identifier(m_source.block_name(object)) : name;
+    std::string name = legal_identifier(m_source.definition_name(owner));
+    name = name.empty() ? legal_identifier(block_name(owner)) : name;
     return m_names.make(name.empty() ? "part" : name);
   }
 
