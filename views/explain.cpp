@@ -1,6 +1,7 @@
 #include "views/explain.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/paths.hpp"
 #include "formats/names.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
@@ -17,26 +18,36 @@ namespace {
 namespace host = embedded::block_diagram;
 
 const GTBlock* find_block(const host::Diagram& diagram, const std::string& path) {
-  if (const GTBlock* block = diagram.findBlock(kmf::utf8_string_to_ustring(path))) return block;
+  return diagram.findBlock(kmf::utf8_string_to_ustring(path));
+}
+
+/// The path without the model's name in front, unless it leads to a block as it stands.
+std::string inner_path(const host::Diagram& diagram, const std::string& path) {
   const std::string head = diagram.name() + "/";
-  if (path.compare(0, head.size(), head) != 0) return nullptr;
-  return diagram.findBlock(kmf::utf8_string_to_ustring(path.substr(head.size())));
+  if (path.compare(0, head.size(), head) != 0 || find_block(diagram, path) != nullptr) return path;
+  const std::string inner = path.substr(head.size());
+  return find_block(diagram, inner) != nullptr || find_block(diagram, diagram.name()) == nullptr ? inner : path;
+}
+
+std::string in_path(const ustring& name) {
+  return kmf::ustring_to_utf8_string(host::escapedName(name));
 }
 
 /// The innermost system of the path that there is, and the first name that it lacks.
 void tell_unknown_block(const host::Diagram& diagram, const std::string& path, const formats::SourcePlace& place,
                         formats::DiagnosticList& list) {
+  const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
   const host::System* system = &diagram.root();
-  std::size_t begin = 0;
-  for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', end + 1)) {
-    const GTBlock* block = diagram.findBlock(kmf::utf8_string_to_ustring(path.substr(0, end)));
+  auto name = names.begin();
+  for (; name + 1 != names.end(); ++name) {
+    const GTBlock* block = system->find(*name);
     if (block == nullptr || host::contents(*block) == nullptr) break;
     system = host::contents(*block);
-    begin = end + 1;
   }
   std::vector<std::string> known;
-  for (const GTBlock* block : system->blocks()) known.push_back(kmf::ustring_to_utf8_string(block->getGrName()));
-  const std::string missing = path.substr(begin);
+  for (const GTBlock* block : system->blocks()) known.push_back(in_path(block->getGrName()));
+  std::string missing = in_path(*name);
+  while (++name != names.end()) missing += "/" + in_path(*name);
   list.error("explain:unknown-block", place,
              "'" + kmf::ustring_to_utf8_string(system->path()) + "' has no block '" + missing + "'" +
                  formats::did_you_mean(missing, known))
@@ -89,8 +100,12 @@ CompiledParameter compiled_of(const gl::core::Model& model, const GTBlock& block
 std::string told(const Origin& origin) {
   std::string text;
   const bool variable = origin.text.empty() && origin.block.empty();
-  const std::string value = origin.value ? parameter_text(*origin.value) : "(no numbers)";
-  if (variable) {
+  const std::string value = origin.value       ? parameter_text(*origin.value)
+                            : origin.evaluated ? "(no numbers)"
+                                               : "(not evaluated)";
+  if (origin.follows_setting()) {
+    text = "follows a setting of the model";
+  } else if (variable) {
     text = value;
   } else {
     text = origin.text.empty() ? "''" : origin.text;
@@ -160,6 +175,7 @@ void write_origin(JsonWriter& json, const Origin& origin) {
   if (!origin.block.empty()) json.member("text", origin.text);
   if (!origin.unit.empty()) json.member("unit", origin.unit);
   if (!origin.conf.empty()) json.member("conf", origin.conf);
+  if (!origin.from.empty()) json.member("from", origin.from);
   if (origin.value) {
     json.key("value");
     write_parameter(json, *origin.value);
@@ -175,9 +191,10 @@ boost::optional<Explanation> explain(const gl::core::Model& model, host::Diagram
                                      const std::string& parameter, const std::string& file,
                                      formats::DiagnosticList& list) {
   const formats::SourcePlace place{file, 0, 0};
-  const GTBlock* found = find_block(diagram, block);
+  const std::string path = inner_path(diagram, block);
+  const GTBlock* found = find_block(diagram, path);
   if (found == nullptr) {
-    tell_unknown_block(diagram, block, place, list);
+    tell_unknown_block(diagram, path, place, list);
     return boost::none;
   }
   Explanation explanation;
@@ -191,8 +208,8 @@ boost::optional<Explanation> explain(const gl::core::Model& model, host::Diagram
         .notes.push_back({"valid: " + formats::list_names(known, known.size()), {}});
     return boost::none;
   }
-  explanation.trace = trace_parameter(diagram, *found, parameter, file);
   explanation.compiled = compiled_of(model, *found, parameter);
+  explanation.trace = trace_parameter(diagram, *found, parameter, explanation.compiled.value, file);
   explanation.tunability = tunability(explanation.trace, explanation.compiled);
   return explanation;
 }

@@ -38,8 +38,13 @@ class Tracer {
  public:
   Tracer(host::Diagram& diagram, const std::string& file) : diagram_(diagram), file_(file), variables_(diagram) {}
 
-  ParameterTrace run(const GTBlock& block, const std::string& parameter) {
+  ParameterTrace run(const GTBlock& block, const std::string& parameter,
+                     const boost::optional<ParameterVariant>& compiled) {
     of_mask(block, parameter, OriginKind::dialog);
+    if (trace_.origins.front().follows_setting()) {
+      follow_setting(compiled);
+      return std::move(trace_);
+    }
     for (std::size_t next = 0; next < trace_.origins.size(); ++next) follow(next);
     return std::move(trace_);
   }
@@ -81,8 +86,10 @@ class Tracer {
     if (kind == OriginKind::dialog) {
       origin.unit = text_of(mask, name + "_unit");
       origin.conf = text_of(mask, name + "_conf");
+      origin.from = text_of(mask, name + "_from");
     }
-    if (!mask.values.empty()) origin.value = value_of(mask.values[static_cast<std::size_t>(index)].get());
+    origin.evaluated = !mask.values.empty();
+    if (origin.evaluated) origin.value = value_of(mask.values[static_cast<std::size_t>(index)].get());
     return added(key, std::move(origin));
   }
 
@@ -113,6 +120,15 @@ class Tracer {
     return cvUniquePtr(cvGetProperty(variable, 0, "Value"));
   }
 
+  /// The block takes an expression of a setting over names that mean the same at the top of the model.
+  void follow_setting(const boost::optional<ParameterVariant>& compiled) {
+    const auto* expression = compiled ? boost::get<data2::core::Expr>(&*compiled) : nullptr;
+    if (expression == nullptr) return;
+    std::vector<std::size_t> names;
+    for (const kmf::VnId& name : data2::core::UsedIds()(*expression)) names.push_back(of_variable(std::string(name)));
+    trace_.origins.front().names = std::move(names);
+  }
+
   void follow(std::size_t index) {
     const GTBlock* block = blocks_[index];
     if (block == nullptr || !trace_.origins[index].is_expression) return;
@@ -137,9 +153,13 @@ class Tracer {
 
 }  // namespace
 
+bool Origin::follows_setting() const {
+  return kmf::lower(from) == "model";
+}
+
 ParameterTrace trace_parameter(host::Diagram& diagram, const GTBlock& block, const std::string& parameter,
-                               const std::string& file) {
-  return Tracer(diagram, file).run(block, parameter);
+                               const boost::optional<ParameterVariant>& compiled, const std::string& file) {
+  return Tracer(diagram, file).run(block, parameter, compiled);
 }
 
 std::string place_text(const Origin& origin) {

@@ -9,6 +9,12 @@ namespace kinemo::views {
 
 namespace {
 
+/// Why a variable can't be a run-time parameter of a graph; empty when it can.
+std::string non_value_reason(const Origin& origin) {
+  if (!origin.has_numbers()) return "isn't an array of real numbers";
+  return boost::get<data2::core::Value>(*origin.value).data().elements().empty() ? "is empty" : "";
+}
+
 /// Judges every origin once, those that stand furthest outside first.
 class Judge {
  public:
@@ -32,12 +38,12 @@ class Judge {
 
   /// Why the value of the parameter is fixed before it comes to its block; empty when it isn't.
   const std::string& reason() const { return judged_[0].reason; }
-  /// A name in the parameter's text that is marked as run-time and has no numbers; empty for none.
-  std::string offender() const {
+  /// A name in the parameter's text that is marked as run-time and has no numbers; null for none.
+  const Origin* offender() const {
     for (const std::size_t name : origins_[0].names) {
-      if (is_non_value(origins_[name])) return origins_[name].name;
+      if (is_non_value(origins_[name])) return &origins_[name];
     }
-    return {};
+    return nullptr;
   }
   std::vector<std::string> through() const {
     std::set<std::string> names;
@@ -57,7 +63,7 @@ class Judge {
   static bool is_variable(const Origin& origin) {
     return origin.kind != OriginKind::dialog && origin.kind != OriginKind::mask;
   }
-  static bool is_non_value(const Origin& origin) { return origin.runtime && !origin.has_numbers(); }
+  static bool is_non_value(const Origin& origin) { return origin.runtime && !non_value_reason(origin).empty(); }
   static bool in_subset(const std::string& text) {
     return static_cast<bool>(
         data2::cvi::CorvaneParser()(kmf::ustring_to_local_encoded_string(kmf::utf8_string_to_ustring(text))));
@@ -74,11 +80,19 @@ class Judge {
   static std::string reason_of_variable(const Origin& origin) {
     const std::string name = "'" + origin.name + "' of " + place_text(origin);
     if (!origin.runtime) return name + " isn't marked as a run-time parameter";
-    return origin.has_numbers() ? std::string() : name + " is marked as run-time, but isn't an array of real numbers";
+    const std::string reason = non_value_reason(origin);
+    return reason.empty() ? reason : name + " is marked as run-time, but " + reason;
+  }
+
+  static std::string reason_of_setting(const Origin& origin) {
+    if (!origin.names.empty()) return {};
+    return "it follows a setting of the model, since " + origin.name + "_from is '" + origin.from +
+           "', and that isn't an expression over run-time parameters alone";
   }
 
   std::string reason_of_text(std::size_t index) const {
     const Origin& origin = origins_[index];
+    if (origin.follows_setting()) return reason_of_setting(origin);
     const std::string text = "the text '" + origin.text + "' in " + place_text(origin);
     if (!origin.is_expression) return text + " is taken as it stands";
     if (!origin.has_numbers()) return text + " doesn't give an array of real numbers";
@@ -109,13 +123,17 @@ class Judge {
   std::vector<Judgement> judged_;
 };
 
+/// Empty where the block lets the parameter change at run time.
+std::string fixed_by_conf(const Origin& origin) {
+  if (origin.conf.empty() || kmf::lower(origin.conf) == "runtime") return {};
+  return origin.name + "_conf is '" + origin.conf + "', not 'runtime'";
+}
+
 std::string fixed_by_block(const Origin& origin, const Judge& judge, const CompiledParameter& compiled) {
   if (compiled.opaque) return "the block is opaque, and opaque blocks keep numbers";
-  if (!origin.conf.empty() && kmf::lower(origin.conf) != "runtime") {
-    return origin.name + "_conf is '" + origin.conf + "', not 'runtime'";
-  }
-  const std::string offender = judge.offender();
-  if (!offender.empty()) return "'" + offender + "' is marked as run-time, but isn't an array of real numbers";
+  if (std::string reason = fixed_by_conf(origin); !reason.empty()) return reason;
+  const Origin* offender = judge.offender();
+  if (offender != nullptr) return "'" + offender->name + "' is marked as run-time, but " + non_value_reason(*offender);
   if (compiled.subsystem && !compiled.value) return "nothing inside of the subsystem depends on it";
   if (!compiled.value || boost::get<data2::core::Expr>(&*compiled.value) == nullptr) {
     return "the block doesn't take it as a run-time parameter";
@@ -123,13 +141,20 @@ std::string fixed_by_block(const Origin& origin, const Judge& judge, const Compi
   return {};
 }
 
+std::string reason_of(const Origin& origin, const Judge& judge, const CompiledParameter& compiled) {
+  if (!compiled.in_model) return "the block has no part in the compiled model";
+  if (origin.follows_setting()) {  // the setting of a fixed parameter isn't known as an expression
+    if (std::string reason = fixed_by_conf(origin); !reason.empty()) return reason;
+  }
+  return judge.reason().empty() ? fixed_by_block(origin, judge, compiled) : judge.reason();
+}
+
 }  // namespace
 
 Tunability tunability(const ParameterTrace& trace, const CompiledParameter& compiled) {
   const Judge judge(trace);
   Tunability result;
-  result.reason = !compiled.in_model ? "the block has no part in the compiled model" : judge.reason();
-  if (result.reason.empty()) result.reason = fixed_by_block(trace.origins.front(), judge, compiled);
+  result.reason = reason_of(trace.origins.front(), judge, compiled);
   result.tunable = result.reason.empty();
   if (result.tunable) result.through = judge.through();
   return result;
