@@ -315,6 +315,22 @@ TEST_F(Propagation, VariablesMayHideConstantsAndFunctions) {
   EXPECT_EQ(propagate_component(leaf(u"m/B"), entries, {"eps"}, {}, true).used, IdSet{"eps"});
 }
 
+TEST_F(Propagation, WhatStaysIsShared) {
+  entry(u"m/S");
+  entry(u"m/S/B").value("m", 7, u"5");
+  entry(u"m/T");
+  entry(u"m/T/B").value("m", 7, u"x");
+  Graph graph;
+  graph.insert(kmf::VnId("S"), subgraph(u"m/S", leaf(u"m/S/B"), {}));
+  graph.insert(kmf::VnId("T"), subgraph(u"m/T", leaf(u"m/T/B"), {}));
+  const Graph none = propagate_graph(graph, entries, {"y"}, {}, true).graph;
+  EXPECT_EQ(&none.components(), &graph.components());
+  const Graph made = propagate_graph(graph, entries, {"x"}, {}, true).graph;
+  EXPECT_EQ(&made.components().at("S").graph().components(), &graph.components().at("S").graph().components());
+  EXPECT_EQ(valueOf(made.components().at("T").graph().components().at("B"), "m"), "x");
+  EXPECT_EQ(valueOf(graph.components().at("T").graph().components().at("B"), "m"), "7");
+}
+
 TEST_F(Propagation, NamesReachThroughManyLevels) {
   constexpr int depth = 10000;
   entry(u"m/S").value("k", 6, u"k+1");

@@ -60,6 +60,35 @@ class VisibleNames {
   IdSet nonValue_;
 };
 
+/// The components of a level that come out of it changed, in the order of their ids.
+using Changes = std::vector<std::pair<kmf::VnId, Component>>;
+
+/// A graph with changed leaves. All but their parameters stays shared with the old graph or is copied as a whole.
+Graph withParameters(const Graph& old, const Changes& leaves) {
+  Component around(old, {});
+  for (const auto& [id, leaf] : leaves) {
+    const std::map<kmf::VnId, Parameter>& before = old.components().at(id).parameters();
+    for (const auto& [parameter, held] : leaf.parameters()) {
+      if (held == before.at(parameter)) continue;
+      around.set(kmf::VnIdPath(std::vector<kmf::VnId>{id, parameter}), held.get(root));
+    }
+  }
+  return around.graph();
+}
+
+/// A graph with changed components of any kind, built anew.
+Graph withComponents(const Graph& old, const Changes& changes) {
+  Graph made;
+  auto change = changes.begin();
+  for (const auto& [id, component] : old.components()) {
+    const bool changed = change != changes.end() && change->first == id;
+    made.insert(id, changed ? (change++)->second : component);
+  }
+  for (const auto& [id, node] : old.nodes()) made.insert(id, node);
+  for (const gl::core::Connection& connection : old.connections(root)) made.insert(connection, root);
+  return made;
+}
+
 /// A single pass over a graph and all levels below it, with a stack of its own, so that depth is no matter.
 class Walk {
  public:
@@ -70,7 +99,8 @@ class Walk {
     Level level;
     level.graph = &graph;
     level.next = graph.components().begin();
-    return run(std::move(level)).rewrite;
+    Level done = run(std::move(level));
+    return {done.rewritten(), std::move(done.used)};
   }
 
   ComponentRewrite subgraph(const Component& subgraph) {
@@ -82,12 +112,19 @@ class Walk {
   struct Level {
     const Graph* graph = nullptr;
     std::map<kmf::VnId, Component>::const_iterator next;
-    GraphRewrite rewrite;
+    Changes changed;
+    bool changesSubgraphs = false;
+    IdSet used;  ///< inside
     // Of the subgraph around this level; null and empty where the walk begins with a graph.
     const Component* owner = nullptr;
     kmf::VnId ownerId;
     ParameterRewrites masks;  ///< of its parameters, over the names outside
-    VisibleNames::Changes changes;
+    VisibleNames::Changes names;
+
+    Graph rewritten() const {
+      if (changed.empty()) return *graph;
+      return changesSubgraphs ? withComponents(*graph, changed) : withParameters(*graph, changed);
+    }
   };
 
   Level run(Level first) {
@@ -98,11 +135,10 @@ class Walk {
         step(level);
         continue;
       }
-      finish(level);
       Level done = std::move(level);
       levels_.pop_back();
       if (levels_.empty()) return done;
-      add(levels_.back(), done.ownerId, rebuilt(done));
+      addSubgraph(levels_.back(), done);
     }
   }
 
@@ -111,7 +147,7 @@ class Walk {
     if (component.isSubgraph()) {
       levels_.push_back(levelIn(id, component));
     } else {
-      add(level, id, propagate_component(component, entries_, names_.runtime(), names_.nonValue(), warn_));
+      addLeaf(level, id, component);
     }
   }
 
@@ -122,41 +158,52 @@ class Walk {
     level.owner = &subgraph;
     level.ownerId = id;
     level.masks = parameter_rewrites(subgraph, entries_, names_.runtime(), names_.nonValue(), noUnit);
-    level.changes = names_.enter(subgraph);
+    level.names = names_.enter(subgraph);
     return level;
   }
 
-  static void add(Level& level, const kmf::VnId& id, ComponentRewrite rewrite) {
-    level.rewrite.graph.insert(id, std::move(rewrite.component));
-    merge(level.rewrite.used, std::move(rewrite.used));
+  void addLeaf(Level& level, const kmf::VnId& id, const Component& leaf) {
+    ComponentRewrite rewrite = propagate_component(leaf, entries_, names_.runtime(), names_.nonValue(), warn_);
+    // A component that was written has a set of parameters of its own.
+    if (&rewrite.component.parameters() != &leaf.parameters())
+      level.changed.emplace_back(id, std::move(rewrite.component));
+    merge(level.used, std::move(rewrite.used));
   }
 
-  static void finish(Level& level) {
-    for (const auto& [id, node] : level.graph->nodes()) level.rewrite.graph.insert(id, node);
-    for (const gl::core::Connection& connection : level.graph->connections(root)) {
-      level.rewrite.graph.insert(connection, root);
+  void addSubgraph(Level& level, Level& inner) {
+    ComponentRewrite rewrite = rebuilt(inner);
+    if (&rewrite.component.parameters() != &inner.owner->parameters() || !inner.changed.empty()) {
+      level.changed.emplace_back(inner.ownerId, std::move(rewrite.component));
+      level.changesSubgraphs = true;
     }
+    merge(level.used, std::move(rewrite.used));
   }
 
   /// The subgraph around a finished level, seen from outside again.
   ComponentRewrite rebuilt(Level& inner) {
-    names_.leave(inner.changes);
+    names_.leave(inner.names);
     const std::map<kmf::VnId, Parameter> kept = keptParameters(inner);
-    Component made(inner.rewrite.graph, kept);
-    copyExports(*inner.owner, made);
-    for (const kmf::VnId& tag : inner.owner->tags()) made.tag(tag, inner.owner->tag(tag));
+    const bool stays = inner.changed.empty() && kept == inner.owner->parameters();
+    Component made = stays ? *inner.owner : around(inner, kept);
 
-    IdSet used = std::move(inner.rewrite.used);
+    IdSet used = std::move(inner.used);
     for (const auto& entry : kept) used.erase(entry.first);
     merge(used, used_runtime_ids(made, names_.runtime()));
     return {std::move(made), std::move(used)};
+  }
+
+  static Component around(const Level& inner, const std::map<kmf::VnId, Parameter>& parameters) {
+    Component made(inner.rewritten(), parameters);
+    copyExports(*inner.owner, made);
+    for (const kmf::VnId& tag : inner.owner->tags()) made.tag(tag, inner.owner->tag(tag));
+    return made;
   }
 
   /// Those that an expression inside uses, as expressions over the names outside where that is allowed.
   std::map<kmf::VnId, Parameter> keptParameters(const Level& inner) const {
     std::map<kmf::VnId, Parameter> kept;
     for (const auto& [id, parameter] : inner.owner->parameters()) {
-      if (inner.rewrite.used.count(id) == 0) continue;
+      if (inner.used.count(id) == 0) continue;
       const auto mask = inner.masks.find(id);
       const bool changes = mask != inner.masks.end() && mayUse(*inner.owner, id, mask->second);
       kept.emplace(id, changes ? Parameter(mask->second) : parameter);
