@@ -19,9 +19,11 @@ ustring wide(const std::string& text) {
   return kmf::utf8_string_to_ustring(text);
 }
 
-/// Names of blocks, ports, parameters and variables are drawn from lists that overlap, so that they clash.
-const std::vector<std::string> block_names{"x", "y", "k", "R", "v", "a", "S1", "B1", "n"};
-const std::vector<std::string> mask_names{"k", "j", "R", "x", "y", "v", "t", "z", "c", "a", "S1", "B1", "n", "p"};
+/// Names of blocks, ports, parameters and variables are drawn from lists that overlap, so that they clash; a few are
+/// those of constants and functions, which parameters hide.
+const std::vector<std::string> block_names{"x", "eps", "max", "y", "k", "R", "v", "a", "S1", "B1", "n"};
+const std::vector<std::string> mask_names{"k", "eps", "max", "j", "R",  "x",  "y", "v",
+                                          "t", "z",   "c",   "a", "S1", "B1", "n", "p"};
 const std::vector<std::string> port_names{"a", "k", "p", "x", "R"};
 
 /// Units that convert to each other, the declared one of a kind's parameter first.
