@@ -45,6 +45,20 @@ kmf::VnId unitPartner(const kmf::VnId& id) {
   return std::string(name) + "_unit";
 }
 
+ParameterRewrites rewritesOf(const BlockEntryData& entry, const IdSet& runtimeIds, const IdSet& nonValueIds,
+                             const UnitLookup& unitLookup) {
+  const std::map<kmf::VnId, ParameterValue>& parameters = entry.data().parameters();
+  const data2::cvi::CorvaneParser parse;
+  ParameterRewrites rewrites;
+  for (const auto& [id, value] : parameters) {
+    if (value.expression().empty() || isText(value)) continue;
+    const boost::optional<Expr> expression = parse(kmf::ustring_to_local_encoded_string(value.expression()));
+    if (!expression || !refersTo(*expression, runtimeIds, nonValueIds)) continue;
+    rewrites.emplace(id, bound(*expression, unitLookup(id, parameters)));
+  }
+  return rewrites;
+}
+
 /// Works on `component`, and is used up by the time the component is returned.
 ParameterSetter setterOf(Component& component, const IdSet& nonValueIds, bool warn) {
   return [&component, &nonValueIds, warn](const kmf::VnIdPath1& path, const ParameterVariant& value) {
@@ -67,16 +81,7 @@ BlockEntryData& find_block_entry(const Component& component, const BlockEntryMap
 
 ParameterRewrites parameter_rewrites(const Component& component, const BlockEntryMap& entries, const IdSet& runtimeIds,
                                      const IdSet& nonValueIds, const UnitLookup& unitLookup) {
-  const std::map<kmf::VnId, ParameterValue>& parameters = find_block_entry(component, entries).data().parameters();
-  const data2::cvi::CorvaneParser parse;
-  ParameterRewrites rewrites;
-  for (const auto& [id, value] : parameters) {
-    if (value.expression().empty() || isText(value)) continue;
-    const boost::optional<Expr> expression = parse(kmf::ustring_to_local_encoded_string(value.expression()));
-    if (!expression || !refersTo(*expression, runtimeIds, nonValueIds)) continue;
-    rewrites.emplace(id, bound(*expression, unitLookup(id, parameters)));
-  }
-  return rewrites;
+  return rewritesOf(find_block_entry(component, entries), runtimeIds, nonValueIds, unitLookup);
 }
 
 boost::optional<std::string> unit_of_parameter(const kmf::VnId& id,
@@ -109,11 +114,9 @@ IdSet used_runtime_ids(const Component& component, const IdSet& runtimeIds) {
 
 ComponentRewrite propagate_component(Component component, const BlockEntryMap& entries, const IdSet& runtimeIds,
                                      const IdSet& nonValueIds, bool warn) {
-  const ParameterRewrites rewrites = parameter_rewrites(component, entries, runtimeIds, nonValueIds, unit_of_parameter);
-  if (!rewrites.empty()) {
-    const ParameterSetter setter = setterOf(component, nonValueIds, warn);
-    find_block_entry(component, entries).applyRuntimeParameters(setter, rewrites);
-  }
+  BlockEntryData& entry = find_block_entry(component, entries);
+  const ParameterRewrites rewrites = rewritesOf(entry, runtimeIds, nonValueIds, unit_of_parameter);
+  if (!rewrites.empty()) entry.applyRuntimeParameters(setterOf(component, nonValueIds, warn), rewrites);
   IdSet used = used_runtime_ids(component, runtimeIds);
   return {std::move(component), std::move(used)};
 }
