@@ -12,7 +12,7 @@ namespace {
 double binary_value(Operation operation, double left, double right) {
   switch (operation) {
     case Operation::power:
-      return std::pow(left, right);
+      return std::pow(std::fabs(left), right);  // as the simulator has it
     case Operation::multiply:
       return left * right;
     case Operation::divide:

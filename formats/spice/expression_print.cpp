@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "formats/spice/expression.hpp"
 
 namespace kinemo::formats::spice {
@@ -113,7 +115,21 @@ class Printer {
                              choice_level};
   }
 
+  /// The simulator takes the magnitude of the base, which makes a difference but for even exponents.
+  Part host_power(std::size_t first) {
+    const auto number_at = [this](std::size_t i) { return parse_number(m_stack[i].text); };
+    const std::optional<double> base = number_at(first);
+    const std::optional<double> exponent = number_at(first + 1);
+    const bool is_positive = (base && *base >= 0) || (exponent && std::fmod(*exponent, 2) == 0);
+    const std::string text =
+        is_positive ? bracketed(std::move(m_stack[first]), power_level) : "abs(" + std::move(m_stack[first].text) + ")";
+    return {text + "^" + bracketed(std::move(m_stack[first + 1]), atom_level), power_level};
+  }
+
   Part binary(const ExpressionStep& step, std::size_t first) {
+    if (m_for_host && step.operation == Operation::power) {
+      return host_power(first);
+    }
     const BinarySymbols symbols = binary_symbols(step.operation);
     if (m_for_host && symbols.host.empty()) {
       const bool divides = step.operation == Operation::integer_divide;

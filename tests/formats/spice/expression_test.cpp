@@ -37,6 +37,7 @@ std::string in_host_language(const std::string& text) {
 TEST(NetlistExpression, HasTheValueOfTheSimulator) {
   const std::vector<std::pair<std::string, double>> cases{{"-2**2", -4},
                                                           {"2**3**2", 64},
+                                                          {"(-2)**3", 8},
                                                           {"2^-1", 0.5},
                                                           {"2**-2*3", 0.75},
                                                           {"7-3-2", 2},
@@ -110,13 +111,14 @@ TEST(NetlistExpression, IsWrittenInTheLanguageOfTheHost) {
                                                                {"(a-b)-c", "a - b - c"},
                                                                {"-a**2", "-a^2"},
                                                                {"(-a)**2", "(-a)^2"},
+                                                               {"(a-1)**b + 2**a", "abs(a - 1)^b + 2^a"},
                                                                {"a>0 ? 1k : b", "ternary_fcn(a > 0, 1000, b)"},
                                                                {"!a && b != 2", "~a && b ~= 2"},
                                                                {"pwr(a,b)*int(c)", "abs(a)^(b)*fix(c)"},
                                                                {"a%2 + a\\2", "rem(a, 2) + fix(a/2)"},
                                                                {"ln(a)+sgn(b)", "log(a) + sign(b)"},
-                                                               {"a^b^c", "a^b^c"},
-                                                               {"a^(b^c)", "a^(b^c)"}};
+                                                               {"a^b^c", "abs(abs(a)^b)^c"},
+                                                               {"a^(b^c)", "abs(a)^(abs(b)^c)"}};
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(in_host_language(text), expected) << text;
   }
