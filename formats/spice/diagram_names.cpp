@@ -77,14 +77,20 @@ SourceNetNames DiagramNames::names(SourceNet net) const {
   if (ports == nullptr || ports->empty()) {
     return {};
   }
-  std::set<std::string> names;
+  std::set<std::string> lines;
+  std::set<std::string> io_ports;
   for (const gtPort* port : *ports) {
     for (const host::Line* line : host::linesAt(*port)) {
-      names.insert(kmf::ustring_to_utf8_string(line->name));
+      lines.insert(kmf::ustring_to_utf8_string(line->name));
+    }
+    if (host::isIoPort(*port->getGrOwnerBlock())) {
+      io_ports.insert(views::port_name(*port));
     }
   }
-  names.erase(std::string());
-  return {depth_of(*ports->front()), {names.begin(), names.end()}};
+  lines.erase(std::string());
+  SourceNetNames names{depth_of(*ports->front()), {lines.begin(), lines.end()}};
+  names.names.insert(names.names.end(), io_ports.begin(), io_ports.end());
+  return names;
 }
 
 std::vector<SourcePort> DiagramNames::ports(const gl::core::Component& subgraph) const {

@@ -23,7 +23,7 @@ class DiagramNames : public SourceNames {
   DiagramNames(const embedded::block_diagram::Diagram& diagram, std::string file);
 
   SourceNet net(const gl::core::Component& component, const kmf::VnId& connector) const override;
-  /// The names of the net's lines.
+  /// The names of the net's lines, then those of the I/O ports at it.
   SourceNetNames names(SourceNet net) const override;
   std::vector<SourcePort> ports(const gl::core::Component& subgraph) const override;
   /// The type of the block's mask.

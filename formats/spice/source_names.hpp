@@ -13,7 +13,7 @@ namespace kinemo::formats::spice {
 /// A net that the user drew in one system of the diagram; null where none is known.
 using SourceNet = const void*;
 
-/// The names of a net, in order, and how many levels down its system is.
+/// The names of a net, the best one first, and how many levels down its system is.
 struct SourceNetNames {
   std::size_t depth = 0;
   std::vector<std::string> names;

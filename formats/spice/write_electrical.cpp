@@ -185,7 +185,7 @@ const WrittenKind* find_electrical_kind(std::string_view type) {
 std::string electrical_kind_names() {
   std::string names;
   for (const WrittenKind& kind : electrical_kinds) {
-    names += (names.empty() ? "physical/" : ", physical/") + std::string(kind.type);
+    names += (names.empty() ? "" : ", ") + std::string(kind.type);
   }
   return names;
 }

@@ -192,14 +192,16 @@ void ElementWriter::card(std::initializer_list<std::string> words) const {
   m_level.card(text);
 }
 
-void ElementWriter::problem(const std::string& text) const {
-  report("spice:not_written", text);
+Diagnostic& ElementWriter::problem(const std::string& text) const {
+  return report("spice:not_written", text);
 }
 
-void ElementWriter::report(const char* rule, const std::string& text) const {
+Diagnostic& ElementWriter::report(const char* rule, const std::string& text) const {
   const std::string object = block_path(m_component);
-  m_context.diagnostics.error(rule, m_context.source.place(m_component), "block '" + object + "': " + text)
-      .notes.push_back({"in " + object, {}});
+  Diagnostic& diagnostic =
+      m_context.diagnostics.error(rule, m_context.source.place(m_component), "block '" + object + "': " + text);
+  diagnostic.notes.push_back({"in " + object, {}});
+  return diagnostic;
 }
 
 // --- all kinds
@@ -234,8 +236,11 @@ void write_element(WriteContext& context, LevelText& level, const kmf::VnId& id,
   } else if (const WrittenKind* other = find_electrical_kind(element.type())) {
     other->write(element);
   } else if (!is_reference(component)) {
-    element.problem("the type " + element.type() +
-                    " has no counterpart in a netlist; written are physical/spice/..., " + electrical_kind_names());
+    Diagnostic& refused = element.problem("the type " + element.type() + " has no counterpart in a netlist");
+    if (!context.has_told_kinds) {
+      refused.notes.push_back({"written are blocks of physical/: spice/..., " + electrical_kind_names(), {}});
+    }
+    context.has_told_kinds = true;
   }
 }
 

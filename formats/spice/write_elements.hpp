@@ -50,6 +50,7 @@ struct WriteContext {
   const LevelNodes* top = nullptr;     ///< null while the top is named
   std::set<std::string> global_nodes;  ///< nodes of the top that texts of inner levels name
   ModelCards models;
+  bool has_told_kinds = false;  ///< which kinds of blocks can be written
 };
 
 /// One component on its way into a netlist. What can't be said is reported and leaves the card incomplete.
@@ -87,13 +88,13 @@ class ElementWriter {
 
   /// Adds a card of these words; empty ones are left out.
   void card(std::initializer_list<std::string> words) const;
-  void problem(const std::string& text) const;
+  Diagnostic& problem(const std::string& text) const;
 
  private:
   const ParameterVariant* find(const char* parameter) const;
   std::string plain_text(const char* parameter) const;
   void check_model(const std::string& name, const std::string& card) const;
-  void report(const char* rule, const std::string& text) const;
+  Diagnostic& report(const char* rule, const std::string& text) const;
   std::optional<WrittenExpression> written(const char* parameter, const char* unit) const;
   std::optional<std::string> node_in_text(const std::string& name) const;
 

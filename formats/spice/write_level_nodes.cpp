@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 #include "formats/spice/write_level.hpp"
 #include "platform/foundation/strings.hpp"
@@ -115,14 +116,15 @@ void LevelNodes::collect_inner_ends(const std::vector<OpenPort>& open) {
 
 /// `call.node` is the simulator's name for a node inside of a call, so that another node can't have it.
 void LevelNodes::find_names(Point& point, const std::map<std::string, kmf::VnId>& calls) const {
-  std::set<std::pair<std::size_t, std::string>> ranked;
+  std::vector<std::tuple<std::size_t, std::size_t, std::string>> ranked;
   for (const SourceNet net : point.nets) {
     const SourceNetNames names = m_source.names(net);
-    for (const std::string& name : names.names) {
-      ranked.emplace(names.depth, name);
+    for (std::size_t i = 0; i < names.names.size(); ++i) {
+      ranked.emplace_back(names.depth, i, names.names[i]);
     }
   }
-  for (const auto& [depth, wanted] : ranked) {
+  std::sort(ranked.begin(), ranked.end());
+  for (const auto& [depth, rank, wanted] : ranked) {
     std::string name = legal_name(wanted);
     const auto call = calls.find(kmf::lower(name.substr(0, name.find('.'))));
     const bool clashes = name.find('.') != std::string::npos && call != calls.end() &&

@@ -39,7 +39,7 @@ class NetlistWriter {
         m_grounds(model.graph()),
         m_ports(model.graph(), source),
         m_parameters(model, m_names),
-        m_context{m_parameters, source, diagnostics, nullptr, {}, {}} {}
+        m_context{m_parameters, source, diagnostics, nullptr, {}, {}, false} {}
 
   /// The whole netlist but its title.
   std::string write() {
