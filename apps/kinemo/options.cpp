@@ -24,6 +24,7 @@ Examples:
   kinemo compile examples/rc_lowpass.yaml
   kinemo check --format sarif motor_drive.yaml > findings.sarif
   kinemo nets amplifier.cir --format json
+  kinemo export rc_lowpass.yaml --to spice -o rc_lowpass.cir
   kinemo blocks physical/resistor)";
 
 const std::map<std::string, When> when_names{

@@ -1,0 +1,50 @@
+// `kinemo export`: what it writes, and that it writes all or nothing.
+
+#include "tests/apps/program.hpp"
+
+#include <gmock/gmock.h>
+
+namespace kinemo::tests {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Export : public ProgramTest {
+ protected:
+  Export() {
+    write("divider.cir", "divider\n.param r=2k\nv1 in 0 5\nr1 in out {r}\nr2 out 0 1k\n.end\n");
+    write("drive.yaml", "kinemo: 1\nblocks:\n  J: {type: physical/inertia}\n  D: {type: physical/diode}\n");
+  }
+};
+
+TEST_F(Export, WritesANetlistWithRunTimeParameters) {
+  const char* const with_parameters = "divider\n.param r=2000\nv1 in 0 dc 5\nr1 in out {r}\nr2 out 0 1000\n.end\n";
+  const ProgramRun shown = run({"export", "divider.cir", "--to", "spice"});
+  EXPECT_EQ(0, shown.exit_code) << shown.errors;
+  EXPECT_EQ(with_parameters, shown.output);
+  EXPECT_EQ("", shown.errors);
+  EXPECT_EQ(0, run({"export", "divider.cir", "--to", "spice", "-o", "out.cir"}).exit_code);
+  EXPECT_EQ(with_parameters, read("out.cir"));
+  EXPECT_EQ("divider\nv1 in 0 dc 5\nr1 in out 2000\nr2 out 0 1000\n.end\n",
+            run({"export", "divider.cir", "--to", "spice", "--runtime-parameters", "off"}).output);
+  EXPECT_THAT(run({"export", "divider.cir", "--to", "spice", "-D", "r=3"}).output, HasSubstr(".param r=3\n"));
+}
+
+TEST_F(Export, LeavesTheFileAloneWhereSomethingHasNoCounterpart) {
+  write("out.cir", "as before");
+  const ProgramRun refused = run({"export", "drive.yaml", "--to", "spice", "-o", "out.cir"});
+  EXPECT_EQ(1, refused.exit_code);
+  EXPECT_EQ("as before", read("out.cir"));
+  EXPECT_THAT(refused.errors, HasSubstr("drive.yaml:3:3: error: block 'drive/J'"));
+  EXPECT_THAT(refused.errors, HasSubstr("drive.yaml:4:3: error: block 'drive/D'"));
+}
+
+TEST_F(Export, NeedsALanguageThatItKnows) {
+  EXPECT_EQ(2, run({"export", "divider.cir"}).exit_code);
+  EXPECT_EQ(2, run({"export", "divider.cir", "--to", "verilog"}).exit_code);
+  EXPECT_EQ(2, run({"export", "--to", "spice"}).exit_code);
+  EXPECT_THAT(run({"export", "--help"}).output, HasSubstr("kinemo export"));
+}
+
+}  // namespace
+}  // namespace kinemo::tests
