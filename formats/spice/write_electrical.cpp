@@ -104,13 +104,21 @@ void write_op_amp(const ElementWriter& e) {
   e.card({e.new_element('f', "n"), e.node("n"), "0", sensor, "1"});
 }
 
+std::string limited(const ElementWriter& e, const char* function, const std::string& text, const char* limit) {
+  return e.is_infinite(limit) ? text : std::string(function) + "(" + text + "," + e.value(limit, "V") + ")";
+}
+
+/// The limits are those of the source behind the output resistance.
 void write_finite_gain_op_amp(const ElementWriter& e) {
-  const std::string inner = e.new_node("o");
-  e.card({e.new_element('r', "in"), e.node("p"), e.node("n"), e.value("R_in", "Ohm")});
-  e.card({e.name(), inner, e.node("ref"),
-          "v=min(max(" + e.value("A", "1") + "*v(" + e.node("p") + "," + e.node("n") + ")," + e.value("V_min", "V") +
-              ")," + e.value("V_max", "V") + ")"});
-  e.card({e.new_element('r', "out"), inner, e.node("o"), e.value("R_out", "Ohm")});
+  if (!e.is_infinite("R_in")) {
+    e.card({e.new_element('r', "in"), e.node("p"), e.node("n"), e.value("R_in", "Ohm")});
+  }
+  const std::string source = e.is_zero("R_out") ? e.node("o") : e.new_node("o");
+  const std::string gained = e.value("A", "1") + "*v(" + e.node("p") + "," + e.node("n") + ")";
+  e.card({e.name(), source, e.node("ref"), "v=" + limited(e, "min", limited(e, "max", gained, "V_min"), "V_max")});
+  if (!e.is_zero("R_out")) {
+    e.card({e.new_element('r', "out"), source, e.node("o"), e.value("R_out", "Ohm")});
+  }
 }
 
 void write_nothing(const ElementWriter&) {}

@@ -1,6 +1,7 @@
 #include "formats/spice/write_elements.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "formats/spice/element_kinds.hpp"
@@ -66,10 +67,16 @@ bool ElementWriter::has(const char* parameter) const {
   return find(parameter) != nullptr;
 }
 
-bool ElementWriter::is_zero(const char* parameter) const {
+std::optional<double> ElementWriter::constant(const char* parameter) const {
   const ParameterVariant* value = find(parameter);
   const auto* number = value != nullptr ? boost::get<data2::core::Value>(value) : nullptr;
-  return number != nullptr && number->data().isScalar() && number->data().elements().front() == 0;
+  const bool is_number = number != nullptr && number->data().isScalar();
+  return is_number ? std::optional(number->data().elements().front()) : std::nullopt;
+}
+
+bool ElementWriter::is_infinite(const char* parameter) const {
+  const std::optional<double> value = constant(parameter);
+  return value && std::isinf(*value);
 }
 
 std::optional<WrittenExpression> ElementWriter::written(const char* parameter, const char* unit) const {

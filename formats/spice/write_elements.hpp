@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -69,7 +70,9 @@ class ElementWriter {
 
   bool has(const char* parameter) const;
   /// Whether the parameter is the number 0 and stays it.
-  bool is_zero(const char* parameter) const;
+  bool is_zero(const char* parameter) const { return constant(parameter) == 0.0; }
+  /// Whether the parameter is infinite, so that what it limits has no limit.
+  bool is_infinite(const char* parameter) const;
   /// The value in the unit as a card has it.
   std::string value(const char* parameter, const char* unit) const;
   /// The value in the unit as an operand of an expression.
@@ -92,6 +95,7 @@ class ElementWriter {
 
  private:
   const ParameterVariant* find(const char* parameter) const;
+  std::optional<double> constant(const char* parameter) const;
   std::string plain_text(const char* parameter) const;
   void check_model(const std::string& name, const std::string& card) const;
   Diagnostic& report(const char* rule, const std::string& text) const;

@@ -268,6 +268,19 @@ TEST_F(WriteNetlist, ElectricalPartsBecomeElements) {
   }
 }
 
+TEST_F(WriteNetlist, LimitsThatAreInfiniteArentWritten) {
+  const auto op_amp = [this](const std::string& parameters) {
+    return write(read("kinemo: 1\nname: part\nblocks:\n  X: {type: physical/finite_gain_op_amp, parameters: {" +
+                      parameters +
+                      "}}\n  G: {type: physical/electrical_reference}\nlines:\n  - {name: p, ports: [X.p, "
+                      "X.o]}\n  - [X.n, X.ref, G.g]\n"));
+  };
+  expect_lines(op_amp("A: 5"), {"rbX_in p 0 1e+06", "bX bX_o 0 v=min(max(5*v(p,0),-15),15)", "rbX_out bX_o p 100"});
+  const std::string unlimited = op_amp("A: 5, R_in: Inf, R_out: 0, V_min: -Inf, V_max: Inf");
+  expect_lines(unlimited, {"bX p 0 v=5*v(p,0)"});
+  EXPECT_EQ(count(unlimited, "rbX"), 0U) << unlimited;
+}
+
 TEST_F(WriteNetlist, WhatHasNoCounterpartIsToldAtOnce) {
   const std::string problems = problems_of(R"yaml(
 kinemo: 1
