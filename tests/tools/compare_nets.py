@@ -8,9 +8,7 @@ the same nodes, and node 0 must have the same pins. Netlists that ngspice refuse
 netlist of ours may have, are left out: they are counted, and with --list named with the reason.
 Exit: 0 all equal, 1 some differ, 2 nothing to compare.
 """
-import argparse
 import collections
-import concurrent.futures
 import json
 import os
 import re
@@ -18,14 +16,11 @@ import subprocess
 import sys
 import tempfile
 
-SUFFIXES = ('.cir', '.sp', '.spice', '.net', '.ckt', '.cdl')
+from netlist_judge import LeftOut, judge, parser_of
+
 FIXED_PINS = dict(b=2, c=2, e=4, f=2, g=4, h=2, i=2, j=3, k=0, l=2, o=4, r=2, s=4, t=4, u=3, v=2, w=2, y=4, z=3)
 PINS_TO_MODEL = dict(d=2, m=3, q=3)  # fewest pins; the model's name ends them
 ENCODING = 'latin-1'
-
-
-class LeftOut(Exception):
-    """Why a netlist can't be compared."""
 
 
 # --- ngspice
@@ -199,49 +194,21 @@ def differences(ours, theirs):
 # --- all netlists
 
 def compare(kinemo, domain, path):
-    """('equal' | 'differs' | 'left out', reason)"""
+    """('equal' | 'differs' | 'left out', reason, count)"""
     try:
         theirs = nodes_of_ngspice(path)
     except LeftOut as reason:
-        return 'left out', str(reason)
+        return 'left out', str(reason), 0
     try:
         found = differences(nodes_of_kinemo(kinemo, domain, path), theirs)
     except (RuntimeError, subprocess.TimeoutExpired) as reason:
-        return 'differs', str(reason)
-    return ('differs', '; '.join(found[:3])) if found else ('equal', '')
-
-
-def netlists_below(paths):
-    for path in paths:
-        if not os.path.isdir(path):
-            yield path
-        for folder, _, names in sorted(os.walk(path)):
-            for name in sorted(names):
-                if name.lower().endswith(SUFFIXES):
-                    yield os.path.join(folder, name)
+        return 'differs', str(reason), 0
+    return ('differs', '; '.join(found[:3]), 1) if found else ('equal', '', 1)
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument('kinemo')
-    parser.add_argument('paths', nargs='+')
-    parser.add_argument('--environment', help='variable of the environment that names one more folder')
-    parser.add_argument('--domain')
-    parser.add_argument('--jobs', type=int, default=os.cpu_count())
-    parser.add_argument('--list', action='store_true', help='name those left out')
-    options = parser.parse_args()
-    more = os.environ.get(options.environment or '')
-    paths = list(netlists_below(options.paths + ([more] if more else [])))
-    counts = collections.Counter()
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        results = pool.map(lambda path: compare(options.kinemo, options.domain, path), paths)
-        for path, (result, reason) in zip(paths, results):
-            counts[result] += 1
-            if result == 'differs' or (result == 'left out' and options.list):
-                print('%s: %s: %s' % (path, result, reason))
-    print('%d netlists: %d equal, %d differ, %d left out' %
-          (len(paths), counts['equal'], counts['differs'], counts['left out']))
-    return 1 if counts['differs'] else 0 if counts['equal'] else 2
+    options = parser_of(__doc__).parse_args()
+    return judge(options, lambda path: compare(options.kinemo, options.domain, path))
 
 
 if __name__ == '__main__':

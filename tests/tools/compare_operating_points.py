@@ -14,16 +14,15 @@ Netlists that ngspice refuses or finds no operating point of, and those with ele
 are left out: they are counted, and with --list named with the reason.
 Exit: 0 all equal, 1 some differ, 2 nothing to compare.
 """
-import argparse
 import collections
-import concurrent.futures
 import os
 import re
 import subprocess
 import sys
 import tempfile
 
-SUFFIXES = ('.cir', '.sp', '.spice', '.net', '.ckt', '.cdl')
+from netlist_judge import LeftOut, judge, parser_of
+
 ENCODING = 'latin-1'
 RELATIVE = 1e-6
 FLOORS = {'voltage': 1e-9, 'current': 1e-12}  # and the same share of the greatest value of that kind
@@ -35,10 +34,6 @@ REFUSED = tuple('[spice:%s]' % rule
                 for rule in ('unsupported_element', 'unsupported_form', 'numerical_model', 'binned_model'))
 RANDOM = re.compile(r'(?<!\w)(a?gauss|a?unif|rnd|random|sgauss|sunif)\s*\(', re.I)
 MOST_CHANGES = 4
-
-
-class LeftOut(Exception):
-    """Why a netlist can't be compared."""
 
 
 # --- netlists as cards
@@ -229,39 +224,11 @@ def again(exported, parameters, folder, options):
         raise RuntimeError('the export: ' + str(reason)) from None
 
 
-def netlists_below(paths):
-    for path in paths:
-        if not os.path.isdir(path):
-            yield path
-        for folder, _, names in sorted(os.walk(path)):
-            for name in sorted(names):
-                if name.lower().endswith(SUFFIXES):
-                    yield os.path.join(folder, name)
-
-
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument('kinemo')
-    parser.add_argument('paths', nargs='+')
-    parser.add_argument('--environment', help='variable of the environment that names one more folder')
-    parser.add_argument('--domain')
-    parser.add_argument('--jobs', type=int, default=os.cpu_count())
+    parser = parser_of(__doc__)
     parser.add_argument('--timeout', type=float, default=20, help='seconds that a simulation may take')
-    parser.add_argument('--list', action='store_true', help='name those left out')
     options = parser.parse_args()
-    options.kinemo = os.path.abspath(options.kinemo)
-    more = os.environ.get(options.environment or '')
-    paths = list(netlists_below(options.paths + ([more] if more else [])))
-    counts = collections.Counter()
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        for path, (result, reason, compared) in zip(paths, pool.map(lambda path: compare(options, path), paths)):
-            counts[result] += 1
-            counts['points'] += compared
-            if result == 'differs' or (result == 'left out' and options.list):
-                print('%s: %s: %s' % (path, result, reason))
-    print('%d netlists: %d equal, %d differ, %d left out; %d operating points' %
-          (len(paths), counts['equal'], counts['differs'], counts['left out'], counts['points']))
-    return 1 if counts['differs'] else 0 if counts['equal'] else 2
+    return judge(options, lambda path: compare(options, path))
 
 
 if __name__ == '__main__':
