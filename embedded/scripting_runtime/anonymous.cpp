@@ -13,6 +13,8 @@ class AnonymousFunction : public Callable {
  public:
   AnonymousFunction(const expression::Tree& tree, Workspace captured, std::string source)
       : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)) {
+    const std::size_t end = source_.find(')');
+    if (tree->offset() == 0 && end != std::string::npos) head_ = end + 1;
     count_ = tree->children().size() - 1;
     for (std::size_t i = 0; i < count_; ++i) {
       if (tree->child(i).text() != "~") positions_[tree->child(i).text()] = i;
@@ -26,7 +28,7 @@ class AnonymousFunction : public Callable {
     const Scope scope({&captured_, &base_workspace()});
     const Parameters parameters{&positions_, inputs, static_cast<std::size_t>(nIn)};
     Outputs outputs;
-    for (Value& value : Evaluator(scope, source_, &parameters).run(*body_, nOut)) {
+    for (Value& value : Evaluator(scope, source_, &parameters, head_).run(*body_, nOut)) {
       outputs.push_back(std::move(value).release());
     }
     if (outputs.size() < static_cast<std::size_t>(nOut)) {
@@ -42,6 +44,7 @@ class AnonymousFunction : public Callable {
   std::size_t count_ = 0;
   Workspace captured_;
   std::string source_;
+  std::size_t head_ = 0;  ///< up to the end of the names, where the function is all of the text
 };
 
 }  // namespace

@@ -29,6 +29,8 @@ Numbers matrix_product(const Numbers& a, const Numbers& b);
 Numbers left_division(const Numbers& a, const Numbers& b);
 Numbers right_division(const Numbers& a, const Numbers& b);
 Numbers matrix_power(const Numbers& a, const Numbers& b);
+/// Of a square matrix; 1 of one without elements. @throws "NotMatrix", "NotSquare" (shape)
+Numbers determinant(const Numbers& a);
 /// Rows and columns exchanged, without conjugation.
 Numbers transposed_numbers(const Numbers& a);
 

@@ -37,6 +37,13 @@ std::vector<Value> one(Value value) {
   return result;
 }
 
+/// A function handle, also one that a parameter object holds; a number for everything else.
+Value function_in(const Value& value) {
+  if (value.is_number()) return 0;
+  cvUniquePtr contents = parameter_contents(value.array());
+  return cvGetClassID(contents.get()) == cvFUNCTION_CLASS ? Value(std::move(contents)) : Value(0);
+}
+
 }  // namespace
 
 std::vector<Value> Evaluator::run(const Node& tree, int wanted) {
@@ -51,9 +58,13 @@ std::vector<Value> Evaluator::run(const Node& tree, int wanted) {
 
 void Evaluator::add_place(kmf::AttributedException& error) const {
   if (placed_ || at_ == nullptr || source_.empty()) return;
-  const expression::Place place = expression::place_of(source_, at_->offset());
+  const expression::Place place = place_of(*at_);
   error.addCause(kmf::MessageException(kmf::Message(kmf::MessageId(
       "kinemo:scripting:runtime", "Where", std::to_string(place.line), std::to_string(place.column), place.excerpt))));
+}
+
+expression::Place Evaluator::place_of(const Node& node) const {
+  return expression::place_of(source_.substr(head_), std::max(node.offset(), head_) - head_);
 }
 
 std::vector<Value> Evaluator::outputs(const Node& node, int wanted) {
@@ -242,10 +253,10 @@ std::vector<Value> Evaluator::index(const Node& node, int wanted) {
     }
   }
   const Value indexed_value = value(base);
-  if (!indexed_value.is_number() && cvGetClassID(indexed_value.array()) == cvFUNCTION_CLASS) {
+  if (const Value function = function_in(indexed_value); !function.is_number()) {
     const std::vector<Value> inputs = arguments(node);
     at_ = &node;
-    return call_value(indexed_value, inputs, wanted);
+    return call_value(function, inputs, wanted);
   }
   const std::vector<Subscript> places = subscripts(node, indexed_value.array());
   at_ = &node;
@@ -254,9 +265,10 @@ std::vector<Value> Evaluator::index(const Node& node, int wanted) {
 
 std::vector<Value> Evaluator::cell_index(const Node& node) {
   const Value base = value(node.child(0));
-  const std::vector<Subscript> places = subscripts(node, base.array());
+  const cvUniquePtr cell = parameter_contents(base.array());
+  const std::vector<Subscript> places = subscripts(node, cell.get());
   at_ = &node;
-  return cell_contents(base.array(), places);
+  return cell_contents(cell.get(), places);
 }
 
 std::vector<Value> Evaluator::fields(const Node& node) {
@@ -277,8 +289,9 @@ std::vector<Value> Evaluator::fields_of(const Value& base, const std::string& fi
   const cvArray_tag* array = base.array();
   if (cvGetClassID(array) == cvOBJECT_CLASS) {
     cvUniquePtr property(cvGetProperty(array, 0, field.c_str()));
-    if (!property) throw_runtime_error("NoSuchProperty", field, cvGetClassName(array));
-    return one(std::move(property));
+    if (property) return one(std::move(property));
+    if (!is_parameter_object(array)) throw_runtime_error("NoSuchProperty", field, cvGetClassName(array));
+    return fields_of(parameter_contents(array), field);
   }
   if (!cvIsStruct(array)) throw_runtime_error("NoFields", field, cvGetClassName(array));
   if (cvGetFieldNumber(array, field.c_str()) < 0) throw_runtime_error("NoSuchField", field);
@@ -332,8 +345,7 @@ std::vector<Value> Evaluator::call_value(const Value& function, const std::vecto
 }
 
 void Evaluator::fail_undefined(const Node& node, const std::string& name) const {
-  const std::string text = source_.empty() ? expression::print(node) : std::string(source_);
-  const expression::Place place = expression::place_of(text, source_.empty() ? 0 : node.offset());
+  const expression::Place place = source_.empty() ? expression::place_of(expression::print(node), 0) : place_of(node);
   kmf::MessageException error(
       kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "UndefinedName", name, std::to_string(place.line),
                                   std::to_string(place.column), place.excerpt)));

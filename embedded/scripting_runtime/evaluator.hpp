@@ -2,6 +2,7 @@
 
 // The walk over one tree that gives its value. It lives for one evaluation and refers to scope, parameters and source.
 
+#include "embedded/expression/parse.hpp"
 #include "embedded/expression/tree.hpp"
 #include "embedded/scripting_runtime/indexing.hpp"
 #include "embedded/scripting_runtime/value.hpp"
@@ -24,9 +25,9 @@ struct Parameters {
 
 class Evaluator {
  public:
-  /// `source` is the text of the tree, or empty.
-  Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr)
-      : scope_(scope), source_(source), parameters_(parameters) {}
+  /// `source` is the text of the tree, or empty. Errors leave out its first `head` bytes.
+  Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr, std::size_t head = 0)
+      : scope_(scope), source_(source), head_(head), parameters_(parameters) {}
 
   /// The values that a tree gives when `wanted` are asked for; with 0 a call may give none.
   std::vector<Value> run(const expression::Node& tree, int wanted);
@@ -67,9 +68,12 @@ class Evaluator {
   std::string function_name(const Node& node) const;
   [[noreturn]] void fail_undefined(const Node& node, const std::string& name) const;
   void add_place(kmf::AttributedException& error) const;
+  /// In the source, which isn't empty.
+  expression::Place place_of(const Node& node) const;
 
   const Scope& scope_;
   std::string_view source_;
+  std::size_t head_;
   const Parameters* parameters_;
   std::vector<EndPlace> ends_;
   const Node* at_ = nullptr;  ///< what is computed just now, for the places of errors
@@ -77,6 +81,8 @@ class Evaluator {
 };
 
 /// An anonymous function: it keeps the tree, the variables that its body names at this moment, and for errors the text.
+/// Where the text is nothing but the function, errors tell places in its body: programs put heads before what users
+/// type.
 cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source);
 
 /// The nearest of the known names; empty when none is near.

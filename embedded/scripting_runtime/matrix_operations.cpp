@@ -149,6 +149,15 @@ Numbers right_division(const Numbers& a, const Numbers& b) {
   return transposed_numbers(left_division(transposed_numbers(b), transposed_numbers(a)));
 }
 
+Numbers determinant(const Numbers& a) {
+  check_square(a);
+  if (a.size() == 0) return Numbers::scalar(1);
+  if (!a.is_complex()) return Numbers::scalar(matrix_of<double>(a).determinant());
+  Numbers result = Numbers::zeros({1, 1}, cvDOUBLE_CLASS, true);
+  result.set(0, matrix_of<Complex>(a).determinant());
+  return result;
+}
+
 Numbers matrix_power(const Numbers& a, const Numbers& b) {
   if (b.is_scalar()) {
     check_square(a);

@@ -57,6 +57,26 @@ void as_it_is(const Builtin& builtin, Call& call) {
   builtin.run(call);
 }
 
+/// The function itself says in which unit of angles numbers are, so one with a unit would be converted twice.
+void plain_numbers_alone(const Builtin& builtin, Call& call) {
+  for (std::size_t i = 0; i < call.size(); ++i) {
+    const Quantity quantity = quantity_of(call[i]);
+    if (quantity.has_unit()) throw_runtime_error("UnitNotTaken", std::string(call.name), unit_text(quantity.unit));
+  }
+  run_on_numbers(builtin, call);
+}
+
+/// An angle: plain numbers are told in degrees, others are converted to that.
+void in_degrees(const Builtin& builtin, Call& call) {
+  static const Unit degrees = core::parse("deg");
+  Quantity angle = quantity_of(call[0]);
+  if (angle.has_unit() && !core::commensurable(angle.unit, degrees))
+    throw_runtime_error("UnitNotTaken", std::string(call.name), unit_text(angle.unit));
+  std::vector<Value> inputs;
+  inputs.push_back(told_in(std::move(angle), degrees, call.name));
+  run_on(builtin, call, inputs);
+}
+
 /// Plain or dimensionless numbers.
 void numbers_alone(const Builtin& builtin, Call& call) {
   std::vector<Value> inputs;
@@ -142,7 +162,40 @@ void product(const Builtin& builtin, Call& call) {
   call.outputs[0] = std::move(value_of(simplified(std::move(result)))).release();
 }
 
-void scalar_product(const Builtin& builtin, Call& call) {
+/// interp1(x, v, xq, method, outside): x and xq in one unit, the result and what lies outside in that of v.
+void interpolation(const Builtin& builtin, Call& call) {
+  std::vector<Value> places;
+  places.push_back(Value::of(call[0]));
+  places.push_back(Value::of(call[2]));
+  to_common_unit(places, call.name);
+  Quantity values = quantity_of(call[1]);
+  std::vector<Value> inputs;
+  inputs.push_back(std::move(places[0]));
+  inputs.push_back(std::move(values.numbers));
+  inputs.push_back(std::move(places[1]));
+  for (std::size_t i = 3; i < call.size(); ++i) {
+    inputs.push_back(cvIsChar(call[i]) ? Value::of(call[i]) : told_in(quantity_of(call[i]), values.unit, call.name));
+  }
+  run_on(builtin, call, inputs);
+  give_unit(call, values.unit);
+}
+
+/// The unit to the power of the number of rows.
+void determinant_of(const Builtin& builtin, Call& call) {
+  refuse_offset_of(call, 0);
+  Quantity matrix = quantity_of(call[0]);
+  const auto rows = static_cast<double>(cvGetDimensions(matrix.numbers.array()).front());
+  run_on_numbers(builtin, call);
+  if (!matrix.has_unit()) return;
+  Quantity result{Value(std::move(call.outputs[0])), power_of_unit(matrix, rows)};
+  call.outputs[0] = std::move(value_of(simplified(std::move(result)))).release();
+}
+
+void inverse(const Builtin&, Call& call) {
+  call.give(std::move(binary_with_units(Operator::power, Value::of(call[0]), -1.0)).release());
+}
+
+void product_of_two(const Builtin& builtin, Call& call) {
   refuse_offset_of(call, 0);
   refuse_offset_of(call, 1);
   Quantity a = quantity_of(call[0]);
@@ -253,7 +306,16 @@ const std::unordered_map<std::string_view, Rule>& rules() {
       {"diff", difference},
       {"sqrt", square_root},
       {"prod", product},
-      {"dot", scalar_product},
+      {"dot", product_of_two},
+      {"cross", product_of_two},
+      {"det", determinant_of},
+      {"inv", inverse},
+      {"interp1", interpolation},
+      {"sind", in_degrees},
+      {"cosd", in_degrees},
+      {"tand", in_degrees},
+      {"deg2rad", plain_numbers_alone},
+      {"rad2deg", plain_numbers_alone},
   };
   return table;
 }

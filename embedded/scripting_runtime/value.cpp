@@ -32,7 +32,18 @@ cvUniquePtr Value::release() && {
 }
 
 bool is_value_object(const cvArray_tag* array) {
-  return cvGetClassID(array) == cvOBJECT_CLASS && (cvIsA(array, "kinemo.Value") || cvIsA(array, "Gantrel.Parameter"));
+  return cvGetClassID(array) == cvOBJECT_CLASS && (cvIsA(array, "kinemo.Value") || is_parameter_object(array));
+}
+
+bool is_parameter_object(const cvArray_tag* array) {
+  return cvGetClassID(array) == cvOBJECT_CLASS && cvIsA(array, "Gantrel.Parameter");
+}
+
+cvUniquePtr parameter_contents(const cvArray_tag* array) {
+  if (is_parameter_object(array)) {
+    if (cvArray_tag* value = cvGetProperty(array, 0, "Value")) return cvUniquePtr(value);
+  }
+  return cvUniquePtr(cvCreateSharedCopy(array));
 }
 
 }  // namespace embedded::scripting_runtime

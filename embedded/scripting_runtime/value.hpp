@@ -30,6 +30,10 @@ class Value {
 /// Whether an array is an object that counts as a value in computations: one with a unit, or a parameter object. What
 /// it counts as is told in quantity.hpp.
 bool is_value_object(const cvArray_tag* array);
+/// Whether it is an object of the class "Gantrel.Parameter".
+bool is_parameter_object(const cvArray_tag* array);
+/// The "Value" of a parameter object, which may be anything; any other array as it is. Shares the contents.
+cvUniquePtr parameter_contents(const cvArray_tag* array);
 inline bool is_value_object(const Value& value) {
   return !value.is_number() && is_value_object(value.array());
 }

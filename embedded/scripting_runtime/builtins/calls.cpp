@@ -1,5 +1,6 @@
 // Functions that call functions, evaluate texts and raise errors.
 
+#include "embedded/expression/parse.hpp"
 #include "embedded/scripting_runtime/builtin.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
@@ -37,8 +38,17 @@ std::shared_ptr<Workspace> workspace_behind(const cvArray_tag* object) {
   return std::static_pointer_cast<Workspace>(native);
 }
 
+/// Where the text is a function, faults of its body are told at their places in the body, since programs put heads
+/// before what users type.
+void check_body(const std::string& text) {
+  if (text.compare(0, 2, "@(") != 0 || expression::parse_cached(text)) return;
+  const std::size_t end = text.find(')');
+  if (end != std::string::npos) expression::parse_or_throw(text.substr(end + 1));
+}
+
 void evaluate_in(Call& call) {
   const std::string text = call.text(1);
+  check_body(text);
   std::shared_ptr<Workspace> held;  // lives on when the evaluation closes the object
   const Workspace* workspace = &base_workspace();
   if (cvIsChar(call[0])) {

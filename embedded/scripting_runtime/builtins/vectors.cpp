@@ -76,6 +76,31 @@ void scalar_product(Call& call) {
   call.give(array_of(std::move(result)));
 }
 
+/// Of vectors of three elements, in the direction of the first.
+void vector_product(Call& call) {
+  constexpr std::size_t dimensions = 3;
+  const Numbers a = numbers_of(call[0]);
+  const Numbers b = numbers_of(call[1]);
+  if (!is_vector(a) || !is_vector(b) || a.size() != dimensions || b.size() != dimensions) {
+    throw_runtime_error("SizeMismatch", std::string(call.name), shape_text(a.shape), shape_text(b.shape));
+  }
+  Numbers result = Numbers::zeros(a.shape, arithmetic_class(a.class_id, b.class_id), true);
+  for (std::size_t i = 0; i < dimensions; ++i) {
+    const std::size_t j = (i + 1) % dimensions;
+    const std::size_t k = (i + 2) % dimensions;
+    result.set(i, a.at(j) * b.at(k) - a.at(k) * b.at(j));
+  }
+  call.give(array_of(std::move(result)));
+}
+
+void determinant_of(Call& call) {
+  call.give(array_of(determinant(numbers_of(call[0]))));
+}
+
+void inverse(Call& call) {
+  call.give(array_of(matrix_power(numbers_of(call[0]), Numbers::scalar(-1))));
+}
+
 /// Scaled by the largest, so that squares neither overflow nor vanish.
 double euclidean_norm(const Numbers& x) {
   double largest = 0;
@@ -115,7 +140,10 @@ void norm(Call& call) {
 }  // namespace
 
 std::vector<Builtin> vector_builtins() {
-  return {{"diag", 1, 1, diagonal}, {"diff", 1, 1, differences}, {"dot", 2, 2, scalar_product}, {"norm", 1, 2, norm}};
+  return {{"diag", 1, 1, diagonal},      {"diff", 1, 1, differences},
+          {"dot", 2, 2, scalar_product}, {"cross", 2, 2, vector_product},
+          {"det", 1, 1, determinant_of}, {"inv", 1, 1, inverse},
+          {"norm", 1, 2, norm}};
 }
 
 }  // namespace embedded::scripting_runtime

@@ -190,6 +190,25 @@ TEST_F(Evaluate, ErrorsOfOperationsShowThePlace) {
   }
 }
 
+TEST_F(Evaluate, PlacesInAFunctionThatIsAllOfATextAreThoseInItsBody) {
+  const auto place = [](const kmf::ErrorData& error) {
+    return error.arguments.at(error.arguments.size() - 2) + ": " + error.arguments.back();
+  };
+  const auto error_of_call = [](const char* text) {
+    try {
+      evaluate(text, Scope());
+    } catch (const kmf::Exception& error) {
+      return error.data();
+    }
+    return kmf::ErrorData();
+  };
+  EXPECT_EQ(place(error_of_call("feval(evalin('base', '@(a,b)2*nix'), 1, 2)")), "3: 2*nix\n  ^");
+  EXPECT_EQ(place(error_of_call("feval(evalin('base', '@(a,b) [1 2]*{b}'), 1, 2)").causes.at(0)),
+            "7:  [1 2]*{b}\n      ^");
+  EXPECT_EQ(place(error_of_call("evalin('base', '@(a)2*(')")), "4: 2*(\n   ^");
+  EXPECT_EQ(place(error_of_call("feval(@(a)2*nix, 1)")), "13: feval(@(a)2*nix, 1)\n            ^") << "not all of it";
+}
+
 TEST_F(Evaluate, SingularMatricesGiveAWarning) {
   kmf::embedded::WarningCapture warnings;
   EXPECT_EQ(value_of("size([1 2;2 4]\\[1;2])"), "[2 1]");

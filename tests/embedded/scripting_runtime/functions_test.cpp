@@ -70,6 +70,72 @@ TEST_F(Functions, ComputeWithNumbers) {
          {"sum(int8([100 100]))", "int8(127)"}});
 }
 
+TEST_F(Functions, OfAnglesInDegreesAreExactAtTheAxes) {
+  check({{"sind([0 30 90 150 180 270 -30 -450 390])", "[0 0.5 1 0.5 0 -1 -0.5 -1 0.5]"},
+         {"cosd([0 60 90 120 180 270 -60 420])", "[1 0.5 0 -0.5 -1 0 0.5 0.5]"},
+         {"tand([0 45 135 225 -45])", "[0 1 -1 1 -1]"},
+         {"tand([90 -90]) == [inf -inf]", "logical([1 1])"},
+         {"sind(1e9*360 + 30)", "0.5"},
+         {"isnan(sind([inf nan]))", "logical([1 1])"},
+         {"abs(sind(20) - 0.3420201433256687) < 1e-16", "logical(1)"},
+         {"abs(cosd(20) - 0.9396926207859084) < 1.2e-16", "logical(1)"},
+         {"abs(tand(20) - 0.36397023426620234) < 1e-16", "logical(1)"},
+         {"abs(sind(1i) - 1i*sinh(pi/180)) < 1e-17", "logical(1)"},
+         {"[deg2rad(180) == pi, rad2deg(pi) == 180]", "logical([1 1])"}});
+}
+
+TEST_F(Functions, NearZeroAndFactorials) {
+  check({{"abs(expm1(1e-10) - 1.00000000005e-10) < 3e-26", "logical(1)"},
+         {"abs(log1p(1e-10) - 9.9999999995e-11) < 3e-26", "logical(1)"},
+         {"log1p([-1 0]) == [-inf 0]", "logical([1 1])"},
+         {"abs(log1p(-2) - pi*1i) < 1e-15", "logical(1)"},
+         {"abs(expm1(1i*pi) + 2) < 1e-15", "logical(1)"},
+         {"factorial([0 1 5 20])", "[1 1 120 2432902008176640000]"},
+         {"factorial(170)", "7.257415615307999e306"},
+         {"isinf(factorial([171 inf]))", "logical([1 1])"}});
+  EXPECT_EQ(error_of("factorial(-1)"), "NotACount(factorial, -1)");
+  EXPECT_EQ(error_of("factorial(2.5)"), "NotACount(factorial, 2.5)");
+  EXPECT_EQ(error_of("factorial(nan)"), "NotACount(factorial, NaN)");
+  EXPECT_EQ(error_of("factorial(1i)"), "NotACount(factorial, a complex number)");
+}
+
+TEST_F(Functions, OfMatrices) {
+  check({{"cross([1 0 0],[0 1 0])", "[0 0 1]"},
+         {"cross([1;2;3],[4 5 6])", "[-3;6;-3]"},
+         {"cross([1i 0 0],[0 1 0])", "[0+0i 0+0i 0+1i]"},
+         {"det([1 2;3 4]) + 2 < 1e-15", "logical(1)"},
+         {"det([2 0 0;0 3 0;0 0 4])", "24"},
+         {"det([])", "1"},
+         {"det([1i 0;0 1])", "0+1i"},
+         {"det([1 2;2 4]) == 0", "logical(1)"},
+         {"inv([2 0;0 4])", "[0.5 0;0 0.25]"},
+         {"inv(4)", "0.25"},
+         {"inv([1 2;3 4])*[1 2;3 4] - eye(2) < 1e-15", "logical([1 1;1 1])"}});
+  EXPECT_EQ(error_of("cross([1 2],[3 4])"), "SizeMismatch(cross, 1x2, 1x2)");
+  EXPECT_EQ(error_of("det([1 2])"), "NotSquare(1x2)");
+  EXPECT_EQ(error_of("inv([1 2])"), "NotSquare(1x2)");
+}
+
+TEST_F(Functions, LookUpInTables) {
+  check({{"interp1([1 2 4],[10 20 0],[1 1.5 2 3 4])", "[10 15 20 10 0]"},
+         {"interp1([4 1 2],[0 10 20],[1.5;3])", "[15;10]"},
+         {"interp1([1 2],[10 20],[0 3 nan])", "[nan nan nan]"},
+         {"interp1([1 2],[10 20],[0 3],'linear','extrap')", "[0 30]"},
+         {"interp1([1 2],[10 20],[0 1.5],'linear',7)", "[7 15]"},
+         {"interp1([1 2 3],[10 20 30],[1.4 1.5 2.6],'nearest')", "[10 20 30]"},
+         {"interp1([1 2 3],[10 20 30],[1 1.9 2 3],'previous')", "[10 10 20 30]"},
+         {"interp1([1 2 3],[10 20 30],[1 1.1 2 3],'next')", "[10 20 20 30]"},
+         {"interp1([0 1],[1e308 -1e308],1)", "-1e308"}});
+  EXPECT_EQ(error_of("interp1([1 1],[2 3],1)"), "TooFewPoints(interp1)");
+  EXPECT_EQ(error_of("interp1([1 nan],[2 3],1)"), "TooFewPoints(interp1)");
+  EXPECT_EQ(error_of("interp1(1,2,1)"), "TooFewPoints(interp1)");
+  EXPECT_EQ(error_of("interp1([1 2],[2 3 4],1)"), "SizeMismatch(interp1, 1x2, 1x3)");
+  EXPECT_EQ(error_of("interp1([1 2;3 4],[2 3 4 5],1)"), "NotRealVector(interp1, 1)");
+  EXPECT_EQ(error_of("interp1([1 2],[2 3],1,'cubic')"),
+            "UnknownMethod(cubic, 'linear', 'nearest', 'previous', 'next')");
+  EXPECT_EQ(error_of("interp1([1 2],[2 3],1,'linear','keep')"), "UnknownMethod(keep, 'extrap', a number)");
+}
+
 TEST_F(Functions, WorkWithTexts) {
   check({{"num2str(pi)", "'3.1416'"},
          {"num2str(pi,8)", "'3.1415927'"},

@@ -58,6 +58,8 @@ TEST_F(Units, TheClassMakesConvertsAndTellsItsParts) {
          {"R.unit", "'kOhm'"},
          {"kinemo.Value(R, 'Ohm').value", "2000"},
          {"P.Value", "2 kOhm"},
+         {"P.value", "2"},
+         {"P.unit", "'kOhm'"},
          {"class(R)", "'kinemo.Value'"},
          {"isa(R, 'kinemo.Value')", "logical(1)"},
          {"kinemo.Value(int8(3), 'kOhm')", "int8(3) kOhm"},
@@ -68,6 +70,21 @@ TEST_F(Units, TheClassMakesConvertsAndTellsItsParts) {
                 {"kinemo.Value(1, 'quark')", "core:InvalidUnit(quark)"},
                 {"kinemo.Value(1)", "TooFewInputs(1, 2)"},
                 {"R.Value", "NoSuchProperty(Value, kinemo.Value)"}});
+}
+
+TEST_F(Units, AParameterObjectIsWorthWhatItHolds) {
+  parameter("fields", "struct('a', 3, 'b', {{4, 5}})");
+  parameter("cells", "{1, 'two'}");
+  parameter("doubled", "@(x) 2*x");
+  check({{"fields.a", "3"},
+         {"fields.b{2}", "5"},
+         {"cells{2}", "'two'"},
+         {"cells{end}", "'two'"},
+         {"doubled(R)", "4 kOhm"},
+         {"plain(2)", "4"}});
+  check_errors({{"fields.c", "NoSuchField(c)"},
+                {"plain{1}", "NotCell(double)"},
+                {"R.nix", "NoSuchProperty(nix, kinemo.Value)"}});
 }
 
 TEST_F(Units, SumsAndComparisonsAreInTheUnitOfTheFirst) {
@@ -237,6 +254,16 @@ TEST_F(Units, FunctionsDoWhatTheyMean) {
          {"isequal(R, C)", "logical(0)"},
          {"isequal(R, 2)", "logical(1)"},
          {"sin(a)", "1"},
+         {"sind(a)", "1"},
+         {"cosd(kinemo.Value(pi/3, 'rad')) - 0.5 < 1e-15", "logical(1)"},
+         {"sind(90)", "1"},
+         {"expm1(R/R) == expm1(1)", "logical(1)"},
+         {"cross(v, [1 0 0])", "[0 2 -1] V"},
+         {"det(R*[1 0;0 5])", "20 kOhm^2"},
+         {"inv(R)", "0.5 1/kOhm"},
+         {"interp1([1 2]*R, [10 20], kinemo.Value(3000, 'Ohm'))", "15"},
+         {"interp1([20 30]*kinemo.Value(1, 's'), v(1:2), 25)", "2 V"},
+         {"interp1([1 2], v(1:2), 0, 'linear', kinemo.Value(5000, 'mV'))", "5 V"},
          {"sin(kinemo.Value(30, 'deg')) - 0.5 < 1e-12", "logical(1)"},
          {"exp(R/R) == exp(1)", "logical(1)"},
          {"log10(R/kinemo.Value(20,'Ohm'))", "2"},
@@ -252,6 +279,12 @@ TEST_F(Units, FunctionsDoWhatTheyMean) {
   check_errors({{"exp(R)", "UnitNotTaken(exp, kOhm)"},
                 {"sin(v)", "UnitNotTaken(sin, V)"},
                 {"num2str(R)", "UnitNotTaken(num2str, kOhm)"},
+                {"sind(v)", "UnitNotTaken(sind, V)"},
+                {"deg2rad(a)", "UnitNotTaken(deg2rad, deg)"},
+                {"factorial(v)", "UnitNotTaken(factorial, V)"},
+                {"interp1(R*[1 2], v(1:2), C)", "UnitsDiffer(interp1, kOhm, uF)"},
+                {"inv(T)", "OffsetUnit(^, degC)"},
+                {"det(T)", "OffsetUnit(det, degC)"},
                 {"sprintf('%g', R)", "UnitNotTaken(sprintf, kOhm)"},
                 {"cumprod(v)", "UnitNotTaken(cumprod, V)"},
                 {"zeros(1, R)", "UnitNotTaken(zeros, kOhm)"},
