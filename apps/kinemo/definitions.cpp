@@ -2,10 +2,10 @@
 
 #include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
+#include "formats/diagram/variables.hpp"
 #include "formats/names.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/foundation/vn_id.hpp"
 
 namespace kinemo::app {
 
@@ -43,8 +43,9 @@ void define(const Definition& definition, host::Diagram& diagram, const formats:
 
 std::string definition_fault(const std::string& definition) {
   const auto [name, value] = split(definition);
-  if (!kmf::VnId::isLegal(name) || name.empty()) {
-    return "'" + name + "' can't be the name of a variable; a name is a letter, then letters, digits and underscores";
+  if (!formats::diagram::is_variable_name(name)) {
+    return "'" + name +
+           "' can't be the name of a variable; a name is a letter, then letters, digits and underscores, and not 'end'";
   }
   return value.empty() ? "'" + definition + "' gives no value; write NAME=VALUE" : std::string();
 }

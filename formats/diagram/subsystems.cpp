@@ -193,6 +193,11 @@ bool read_subsystem(Reading& reading, const Scope& scope, const YamlNode& key, c
   const std::size_t errors = scope.report.list().error_count();
   const bool linked = is_link(node);
   if (!expect_object(scope, node, linked ? ObjectKind::linked : ObjectKind::subsystem)) return false;
+  if (!key.text.empty() &&
+      key.text.back() == '/') {  // the path of a block inside reads as that of a block whose name begins with a slash
+    scope.error(key, "diagram:bad-value", "the name of a subsystem can't end with '/'", "a name that ends otherwise");
+    return false;
+  }
   const Definition definition = find_definition(reading, scope, node);
   if (definition.node == nullptr) return false;
   GTBlock* block = nullptr;

@@ -44,14 +44,18 @@ host::DictionaryVariables read_dictionary_file(const std::string& file) {
 
 }  // namespace
 
+bool is_variable_name(const std::string& name) {
+  return !name.empty() && name != "end" && kmf::VnId::isLegal(name);
+}
+
 void read_variables(const Scope& scope, const YamlNode& variables, const std::string& what,
                     const DefineVariable& define) {
   if (!expect_mapping(scope, variables, what)) return;
   for (std::size_t i = 0; i < variables.entry_count(); ++i) {
     const YamlNode& key = variables.key(i);
-    if (!kmf::VnId::isLegal(key.text) || key.text.empty()) {
+    if (!is_variable_name(key.text)) {
       scope.error(key, "diagram:bad-value", "'" + key.text + "' can't be the name of a variable",
-                  "a letter, then letters, digits and underscores");
+                  "a letter, then letters, digits and underscores; 'end' means something else");
       continue;
     }
     read_variable(scope, key.text, variables.value(i), define);

@@ -9,6 +9,9 @@
 
 namespace kinemo::formats::diagram {
 
+/// Whether expressions can name a variable so.
+bool is_variable_name(const std::string& name);
+
 /// Takes one variable: its expression, the unit or nothing, and whether it is a run-time parameter. What it raises is
 /// told as an error at the value.
 using DefineVariable =

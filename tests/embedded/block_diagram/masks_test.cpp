@@ -204,10 +204,21 @@ TEST_F(MasksTest, VariablesKeepTheirUnits) {
   diagram.setVariable("text", u"'abc'", "", true);
   EXPECT_EQ(shown("text"), "abc");
   EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"R", "F", true); }),
-            "kinemo:scripting:runtime:UnitsDiffer(unit, F, kOhm)");
+            "kinemo:host:parameters:UnitOfVariable(kOhm, F)");
   EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"1", "quark", true); }), "kinemo:units:core:InvalidUnit(quark)");
   EXPECT_EQ(errorOf([&] { diagram.setVariable("x", u"'abc'", "V", true); }),
-            "kinemo:scripting:runtime:NotNumeric(char)");
+            "kinemo:host:parameters:UnitOfNoNumbers(V, char)");
+}
+
+/// As in the compiled graph, so that an expression over it is worth the same before and after.
+TEST_F(MasksTest, RuntimeVariablesAreDoubles) {
+  Diagram& diagram = newDiagram();
+  diagram.setVariable("fixed", u"int8(100)", "", false);
+  diagram.setVariable("tuned", u"int8(100)", "", true);
+  diagram.setVariable("fixedTriple", u"3*fixed", "", false);
+  diagram.setVariable("tunedTriple", u"3*tuned", "", false);
+  EXPECT_EQ(embedded::scripting_runtime::display_text(diagram.workspace().get("fixedTriple")), "127");
+  EXPECT_EQ(embedded::scripting_runtime::display_text(diagram.workspace().get("tunedTriple")), "300");
 }
 
 TEST_F(MasksTest, RuntimeParametersResolveToValuesWithUnits) {
