@@ -32,6 +32,12 @@ formats::SourcePlace to_place(const host::SourcePlace& place, const std::string&
           static_cast<std::size_t>(std::max(place.column, 0))};
 }
 
+/// Of the setting that an error is about; line 0 for other errors.
+host::SourcePlace place_of_setting(const kmf::ErrorData& error, const host::Diagram* diagram) {
+  if (diagram == nullptr || rule_of(error) != "kinemo:common:gl:gti:compile:ConfigSetEvalErr") return {};
+  return diagram->parameterPlace(error.arguments.at(1));
+}
+
 /// The first object of the error, or of the nearest cause that has one: the block that an error without objects of its
 /// own is about.
 std::string first_object(const kmf::ErrorData& error) {
@@ -63,8 +69,10 @@ class Adder {
 
  private:
   void add_one(const kmf::ErrorData& error) {
-    formats::Diagnostic& diagnostic =
-        list_.error(rule_of(error), place_of(first_object(error), diagram_, file_), error.text);
+    const host::SourcePlace setting = place_of_setting(error, diagram_);
+    formats::Diagnostic& diagnostic = list_.error(
+        rule_of(error), setting.line != 0 ? to_place(setting, file_) : place_of(first_object(error), diagram_, file_),
+        error.text);
     add_objects(diagnostic, error);
     std::vector<const kmf::ErrorData*> causes;
     push_causes(error, causes);

@@ -3,6 +3,7 @@
 #include "apps/kinemo/definitions.hpp"
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/model_input.hpp"
+#include "apps/kinemo/setting_names.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/foundation/warnings.hpp"
@@ -113,6 +114,9 @@ boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram
         diagram,
         [this](const char* stage, std::size_t done, std::size_t total) { console_.progress(stage, done, total); });
     model = pick_model(result, model_file(), list);
+    std::vector<std::string> domains;
+    for (const auto& entry : result.values()) domains.push_back(entry.first);
+    warn_of_setting_names(diagram, domains, model_file(), list);
     if (!model) {
       list.error("kinemo:no-blocks", {model_file(), 0, 0}, "no domain has blocks in the model, so there is no graph");
     }

@@ -81,6 +81,25 @@ ustring text_of_setting(const std::string& modelName, const std::string& setting
   return kmf::cvarray_to_ustring(ask(cleaner, setting));
 }
 
+/// Names that mean something else in the text of a setting than in the compiled model: a setting is evaluated in the
+/// model's dictionary alone where there is one, and the workspace goes before the dictionary in the model.
+std::set<kmf::VnId> ambiguous_names(const std::string& modelName) {
+  kmf::CvCleaner cleaner;
+  const auto call = [&cleaner](const char* function, std::vector<cvArray_tag*> inputs) {
+    cvArray_tag* output = nullptr;
+    kmf::call_internal_corvane(1, &output, static_cast<int>(inputs.size()), inputs.data(), function);
+    return cleaner.addCvArray(output);
+  };
+  cvArray_tag* model = cleaner.createString(modelName);
+  std::set<kmf::VnId> names;
+  if (cvIsEmpty(call("get_param", {model, cleaner.createString(std::string("DataDictionary"))}))) return names;
+  const cvArray_tag* variables =
+      call("data", {call("get_param", {model, cleaner.createString(std::string("ModelWorkspace"))})});
+  for (std::size_t i = 0; i < cvGetNumberOfElements(variables); ++i)
+    names.insert(kmf::cvarray_to_string(kmf::cvarray_get_field(variables, i, "Name")));
+  return names;
+}
+
 /// The text as an expression, if run-time parameters with values are all the variables that it uses.
 boost::optional<Expr> tunable_expression(const std::string& modelName, const ustring& text) {
   const boost::optional<Expr> expression = data2::cvi::CorvaneParser()(kmf::ustring_to_local_encoded_string(text));
@@ -88,7 +107,8 @@ boost::optional<Expr> tunable_expression(const std::string& modelName, const ust
   const auto used = data2::core::UsedIds()(*expression);
   const std::set<kmf::VnId> tunable =
       gl::gti::toplevel_runtime_parameters(kmf::local_encoded_string_to_ustring(modelName)).runtimeParameters();
-  const auto known = [&tunable](const kmf::VnId& name) { return tunable.count(name) != 0; };
+  const std::set<kmf::VnId> ambiguous = ambiguous_names(modelName);
+  const auto known = [&](const kmf::VnId& name) { return tunable.count(name) != 0 && ambiguous.count(name) == 0; };
   if (used.empty() || !std::all_of(used.begin(), used.end(), known)) return boost::none;
   if (data2::core::bound_unit(*expression).unit().id() != 0) return expression;
   return Expr(data2::core::UnitBindExpr(*expression, kelvin()));

@@ -6,6 +6,7 @@
 #include <boost/optional.hpp>
 
 #include <cmath>
+#include <iomanip>
 #include <sstream>
 
 namespace kinemo::physical {
@@ -13,6 +14,12 @@ namespace kinemo::physical {
 namespace {
 
 constexpr char group[] = "kinemo:physical:settings";
+
+std::string text_of_number(double number) {
+  std::ostringstream text;
+  text << std::setprecision(12) << number;
+  return text.str();
+}
 
 /// The variable that a text names, if it is nothing but its name.
 boost::optional<ustring> named_variable(const ustring& text) {
@@ -63,7 +70,7 @@ data2::core::Value temperature_of(const std::string& setting, const ustring& tex
     kmf::throw_message(group, "NotATemperature", setting, text, unit.text());
   const double temperature = units2::core::convert(value->data().elements().front(), unit.unit(), kelvin);
   if (!std::isfinite(temperature) || temperature < 0)
-    kmf::throw_message(group, "NoSuchTemperature", setting, text, std::to_string(temperature));
+    kmf::throw_message(group, "NoSuchTemperature", setting, text, text_of_number(temperature));
   return data2::core::Value(data2::core::ValueData(temperature, kelvin));
 }
 

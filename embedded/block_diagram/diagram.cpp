@@ -93,9 +93,15 @@ double Diagram::handle() const {
   return object_->object.getHandle();
 }
 
-void Diagram::setParameter(const std::string& name, const ustring& value) {
+void Diagram::setParameter(const std::string& name, const ustring& value, const SourcePlace& place) {
   if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidSetting", name, name_);
   parameters_[name] = value;
+  parameterPlaces_[name] = place;
+}
+
+SourcePlace Diagram::parameterPlace(const std::string& name) const {
+  const auto found = parameterPlaces_.find(name);
+  return found == parameterPlaces_.end() ? SourcePlace{} : found->second;
 }
 
 void Diagram::setVariable(const std::string& name, const ustring& expression, const std::string& unit, bool runtime) {

@@ -116,7 +116,9 @@ class Diagram {
 
   /// Model parameters ("settings"), texts by name; a few standing ones exist from the start
   /// ("InitializeInteractiveRuns" = "off", "DataDictionary" = "").
-  void setParameter(const std::string& name, const ustring& value);
+  void setParameter(const std::string& name, const ustring& value, const SourcePlace& place = {});
+  /// Where the setting was written; line 0 where nobody said.
+  SourcePlace parameterPlace(const std::string& name) const;
   const std::map<std::string, ustring>& parameters() const { return parameters_; }
 
   /// The model workspace. Variables with a unit or marked as run-time are "Gantrel.Parameter" objects with the
@@ -139,6 +141,7 @@ class Diagram {
   std::string name_;
   std::unique_ptr<System> root_;
   std::map<std::string, ustring> parameters_;
+  std::map<std::string, SourcePlace> parameterPlaces_;
   std::unique_ptr<scripting_runtime::Workspace> workspace_;
   std::size_t blockCount_ = 0;
   struct Object;

@@ -42,7 +42,8 @@ core::Value numbers_of(const cvArray_tag* array, const units2::core::ExprString&
 }
 
 [[noreturn]] void refuse(const cvArray_tag* array) {
-  const std::string className = array == nullptr ? std::string("null") : cvGetClassName(array);
+  const std::string kind = array != nullptr && cvIsComplex(array) ? "complex " : "";
+  const std::string className = array == nullptr ? std::string("null") : kind + cvGetClassName(array);
   kmf::throw_message("kinemo:data:cvi", "CannotConvert", className);
 }
 

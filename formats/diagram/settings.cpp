@@ -23,7 +23,9 @@ void read_parameters(Reading& reading, const Scope& scope, const YamlNode& setti
     if (!near.empty()) {
       scope.warning(key, "diagram:unknown-setting", "the host has no setting '" + key.text + "'" + near);
     }
-    scope.guarded(key, [&] { reading.diagram->setParameter(key.text, kmf::utf8_string_to_ustring(*text)); });
+    scope.guarded(key, [&] {
+      reading.diagram->setParameter(key.text, kmf::utf8_string_to_ustring(*text), scope.host_place(settings.value(i)));
+    });
   }
 }
 

@@ -146,6 +146,23 @@ TEST_F(Parameters, OfSettingsThatAreBadAreToldWithSettingTextAndModel) {
   }
 }
 
+TEST_F(Parameters, OfSettingsAreToldAtTheirPlace) {
+  write("m.yaml",
+        "kinemo: 1\n"
+        "settings:\n"
+        "  RefrenceTemperature: 300\n"
+        "  Solver: fast\n"
+        "  ReferenceTemperature: T0 + nix\n"
+        "workspace: {T0: 300}\n"
+        "blocks: {D: {type: physical/exponential_diode}}\n");
+  EXPECT_THAT(run({"compile", "m.yaml"}).errors,
+              AllOf(HasSubstr("m.yaml:5:25: error:"), HasSubstr("Line 1, column 6")));
+  const ProgramRun good = run({"compile", "m.yaml", "-D", "nix=1"});
+  EXPECT_EQ(good.exit_code, 0);
+  EXPECT_THAT(good.errors, AllOf(HasSubstr("m.yaml:3:24: warning:"), HasSubstr("did you mean 'ReferenceTemperature'?"),
+                                 Not(HasSubstr("Solver"))));
+}
+
 TEST_F(Parameters, ThatHaveNoEffectAreAWarning) {
   write("m.yaml", "kinemo: 1\nblocks: {D: {type: physical/exponential_diode, parameters: {T: 350}}}\n");
   const ProgramRun run = this->run({"compile", "m.yaml"});

@@ -2,6 +2,8 @@
 
 #include "common/gl/gti/export/translation_manager.hpp"
 #include "domains/physical/temperature_setting.hpp"
+#include "embedded/block_diagram/data_dictionary.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
 #include "platform/block_diagram/mask.hpp"
 #include "platform/data/data.hpp"
 #include "tests/domains/physical/physical_fixture.hpp"
@@ -72,11 +74,11 @@ TEST_F(ModelSettings, WhatIsNoTemperatureIsRefusedWithSettingAndText) {
            Case{u"[1 2]", "NotScalar(" + name + ", [1 2], 1x2)"},
            Case{u"[]", "NotScalar(" + name + ", [], 0x0)"},
            Case{u"R", "NotATemperature(" + name + ", R, Ohm)"},
-           Case{u"-1", "NoSuchTemperature(" + name + ", -1, -1.000000)"},
+           Case{u"-1", "NoSuchTemperature(" + name + ", -1, -1)"},
            Case{u"NaN", "NoSuchTemperature(" + name + ", NaN, nan)"},
            Case{u"1e400", "NoSuchTemperature(" + name + ", 1e400, inf)"},
            Case{u"{1}", "CannotConvert(cell)"},
-           Case{u"1+2i", "CannotConvert(double)"},
+           Case{u"1+2i", "CannotConvert(complex double)"},
        }) {
     diagram->setParameter(name, c.text);
     EXPECT_THAT(errors(), ElementsAre(c.cause));
@@ -179,6 +181,22 @@ TEST_F(ModelSettings, StayNumbersWhereAMaskHidesTheirVariable) {
   };
   EXPECT_EQ(number_of(inside("x_1"), "T").first, 320);
   EXPECT_EQ(expression(inside("y"), "T"), "x K");
+}
+
+/// The setting means the dictionary's x, an expression in the model would mean the workspace's.
+TEST_F(ModelSettings, StayNumbersWhereTheWorkspaceHidesTheirVariableOfADictionary) {
+  const auto dictionary = std::make_shared<embedded::scripting_runtime::Workspace>();
+  for (const char* name : {"x", "y"})
+    dictionary->set(name, embedded::block_diagram::parameterObject(cvUniquePtr(cvCreateDoubleScalar(300)), "", true));
+  embedded::block_diagram::keepDictionary("shared.dd.yaml", dictionary);
+  diagram->setParameter("DataDictionary", u"shared.dd.yaml");
+  diagram->setParameter("PropagateRuntimeParameters", u"on");
+  embedded::block_diagram::setParameter(diode, "T_conf", u"runtime");
+  diagram->setParameter("ReferenceTemperature", u"x");
+  EXPECT_EQ(diodeTemperature(), std::make_pair(300.0, std::string("K")));
+  diagram->setParameter("ReferenceTemperature", u"y");
+  EXPECT_EQ(expression(component(u"m/D"), "T"), "y K");
+  embedded::block_diagram::closeDictionaries();
 }
 
 TEST_F(ModelSettings, AreThoseOfTheLastCompileForWhoAsksForTheGraph) {
