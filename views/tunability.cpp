@@ -84,8 +84,8 @@ class Judge {
     return reason.empty() ? reason : name + " is marked as run-time, but " + reason;
   }
 
-  static std::string reason_of_setting(const Origin& origin) {
-    if (!origin.names.empty()) return {};
+  std::string reason_of_setting(const Origin& origin) const {
+    if (!origin.names.empty()) return reason_of_names(origin, "the setting");
     return "it follows a setting of the model, since " + origin.name + "_from is '" + origin.from +
            "', and that isn't an expression over run-time parameters alone";
   }

@@ -1,8 +1,10 @@
-// Run-time parameters of a model: variables of its workspace and of its dictionary that are marked so.
+// Run-time parameters of a model: variables of its workspace and of its dictionary that are marked so, and what their
+// expressions need besides.
 
 #include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/expression_names.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
@@ -35,21 +37,35 @@ struct Resolved {
   std::vector<ustring> nonValue;
 };
 
-Resolved resolve(Diagram& diagram, const std::vector<std::string>& names) {
-  const VariableScope variables(diagram);
-  Resolved resolved;
-  for (const std::string& name : names) {
-    const cvArray_tag* variable = variables.find(name);
-    if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram.name());
+class Resolver {
+ public:
+  explicit Resolver(Diagram& diagram) : diagram_(diagram), variables_(diagram) {}
+
+  Resolved operator()(const std::vector<std::string>& marked) {
+    for (const std::string& name : marked) add(name, variables_.find(name));
+    const CompanionNames more = companionNames(diagram_, variables_, {marked.begin(), marked.end()});
+    for (const std::string& name : more.variables) add(name, variables_.scope().find(name));
+    for (const std::string& name : more.withoutNumbers) addWithoutValue(name);
+    return std::move(resolved_);
+  }
+
+ private:
+  void add(const std::string& name, const cvArray_tag* variable) {
+    if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram_.name());
     cvUniquePtr value = parameterValue(variable);  // a "kinemo.Value" where there is a unit, which reaches the graph
     if (holdsNumbers(value.get())) {
-      resolved.map.emplace_back(name, std::move(value));
+      resolved_.map.emplace_back(name, std::move(value));
     } else {
-      resolved.nonValue.push_back(kmf::utf8_string_to_ustring(name));
+      addWithoutValue(name);
     }
   }
-  return resolved;
-}
+
+  void addWithoutValue(const std::string& name) { resolved_.nonValue.push_back(kmf::utf8_string_to_ustring(name)); }
+
+  Diagram& diagram_;
+  VariableScope variables_;
+  Resolved resolved_;
+};
 
 cvUniquePtr mapArray(std::vector<std::pair<std::string, cvUniquePtr>> map) {
   cvUniquePtr array(cvCreateStructMatrix(map.size(), map.empty() ? 0 : 1, {"Name", "Value"}));
@@ -77,7 +93,7 @@ void runtimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
 void resolveRuntimeParameters(int, Arguments outputs, int nIn, Arguments inputs) {
   kmf::check_num_inputs(2, 2, nIn);
   Diagram& diagram = diagramFrom(inputs[0]);
-  Resolved resolved = resolve(diagram, kmf::cvarray_to_string_vector(inputs[1]));
+  Resolved resolved = Resolver(diagram)(kmf::cvarray_to_string_vector(inputs[1]));
   cvUniquePtr structure(cvCreateStructMatrix(1, 1, {"Map", "NonValue"}));
   cvSetField(structure.get(), 0, "Map", mapArray(std::move(resolved.map)).release());
   cvSetField(structure.get(), 0, "NonValue", kmf::string_vector_to_cvarray(resolved.nonValue, 1));

@@ -4,6 +4,7 @@
 #include "embedded/expression/parse.hpp"
 #include "embedded/expression/walk.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
+#include "embedded/scripting_runtime/numbers.hpp"
 #include "platform/foundation/strings.hpp"
 
 #include <algorithm>
@@ -24,6 +25,15 @@ cvUniquePtr share(const cvUniquePtr& value) {
   return lasting(cvUniquePtr(cvCreateSharedCopy(value.get())));
 }
 
+/// A mask's value as blocks inside compute with it: as doubles, which is what the compiled graph has of it.
+cvUniquePtr asSeenInside(const cvUniquePtr& value) {
+  const bool isNarrow = cvIsNumeric(value.get()) && cvGetClassID(value.get()) != cvDOUBLE_CLASS;
+  if (!isNarrow || cvIsComplex(value.get())) return share(value);
+  scripting_runtime::Numbers numbers = scripting_runtime::numbers_of(value.get());
+  numbers.class_id = cvDOUBLE_CLASS;
+  return lasting(scripting_runtime::array_of(std::move(numbers)));
+}
+
 /// @throws "kinemo:host:compile" "InvalidChoice" (text, what is valid)
 void checkChoice(const ustring& text, const std::vector<std::string>& choices) {
   if (choices.empty() || std::count(choices.begin(), choices.end(), kmf::ustring_to_utf8_string(text)) != 0) return;
@@ -41,7 +51,7 @@ MaskFrame::MaskFrame(const MaskFrame& outer, const GTMask& mask) : outer_(&outer
   for (std::size_t i = 0; i < mask.size(); ++i) {
     const std::string& name = mask.kind->parameters()[i].name;
     if (mask.values[i]) {
-      workspace_.set(name, share(mask.values[i]));
+      workspace_.set(name, asSeenInside(mask.values[i]));
     } else {
       failed_.insert(name);
     }

@@ -16,7 +16,7 @@ using ::testing::HasSubstr;
 /// Run-time: R0 in kOhm, T0, and without numbers `word` and `none`. In F a mask of several parameters, in it G with one
 /// more.
 constexpr const char* model_text = R"yaml(kinemo: 1
-settings: {PropagateRuntimeParameters: "on", ReferenceTemperature: T0 + 5, InitialTemperature: 2*fixed}
+settings: {PropagateRuntimeParameters: "on", ReferenceTemperature: T0 + 5, InitialTemperature: 300 + 10}
 workspace:
   R0: {value: 1, unit: kOhm, runtime: on}
   word: {value: "'ten'", runtime: on}

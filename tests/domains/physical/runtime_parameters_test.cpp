@@ -6,6 +6,9 @@
 #include "tests/domains/physical/expressions.hpp"
 #include "tests/domains/physical/physical_fixture.hpp"
 
+#include <set>
+#include <sstream>
+
 namespace kinemo::physical::test {
 namespace {
 
@@ -54,6 +57,45 @@ TEST_F(RuntimeParameters, StayNumbersUnlessTheModelAsks) {
   EXPECT_EQ(silent, compiled(u"3", u"off"));
   EXPECT_EQ(silent.runtimeParameters().runtimeParameters().size(), 2u);
   EXPECT_FALSE(silent == compiled(u"3", u"on"));
+}
+
+TEST_F(RuntimeParameters, BringAlongWhatTheirExpressionsNeed) {
+  diagram->setVariable("c", u"int8(4)", "", false);
+  diagram->setVariable("d", u"5", "", false);
+  diagram->setVariable("word", u"'abc'", "", false);
+  GTBlock& around =
+      masked(diagram->root(), u"Around", {maskParameter("text", u"'ab'"), maskParameter("whole", u"int8(7)")});
+  const auto resistor = [&](const char16_t* name, const ustring& text) {
+    GTBlock& made = bd::contents(around)->addBlock(name, "physical/resistor");
+    bd::setParameter(made, "R", text);
+    bd::setParameter(made, "R_conf", u"runtime");
+  };
+  resistor(u"Needs", u"x*c");
+  resistor(u"Plain", u"2*d");
+  resistor(u"Half", u"whole/2");
+  resistor(u"Long", u"numel(word)*x");
+  resistor(u"Short", u"numel(text)*x");
+  const gl::core::Model off = compiled(u"3", u"off");
+  const gl::core::Model on = compiled(u"3", u"on");
+  const auto inside = [](const gl::core::Model& model, const char* id) {
+    return value(at(at(model.graph(), "Around").graph(), id), "R");
+  };
+  const auto shown = [](const ParameterVariant& variant) {
+    std::ostringstream text;
+    if (const auto* expression = boost::get<data2::core::Expr>(&variant)) data2::core::out(text, 0, 0, *expression);
+    if (const auto* number = boost::get<data2::core::Value>(&variant)) text << number->data().elements().at(0);
+    return text.str();
+  };
+  EXPECT_EQ(shown(inside(on, "Needs")), "kinemo.Value(x*c, 'Ohm')");
+  EXPECT_EQ(on.runtimeParameters().runtimeParameters(), (std::set<kmf::VnId>{"c", "x"}));
+  EXPECT_EQ(shown(inside(on, "Plain")), "10") << "nothing that may change";
+  EXPECT_EQ(shown(inside(off, "Half")), "3.5") << "a graph knows doubles only";
+  EXPECT_EQ(shown(inside(on, "Half")), "kinemo.Value(whole/2, 'Ohm')");
+  for (const char* refused : {"Long", "Short"}) EXPECT_EQ(shown(inside(on, refused)), shown(inside(off, refused)));
+  EXPECT_TRUE(take_warnings().empty());
+  diagram->setParameter("InitializeInteractiveRuns", u"on");
+  compile();
+  EXPECT_EQ(take_warnings(), (std::vector<std::string>(2, "kinemo:common:gl:gti:rtp:InvalidNonValueReference")));
 }
 
 TEST_F(RuntimeParameters, ReachBlocksThroughMasks) {
