@@ -1,6 +1,7 @@
 #include "embedded/block_diagram/host_functions.hpp"
 
 #include "embedded/block_diagram/data_dictionary.hpp"
+#include "embedded/block_diagram/icons.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 namespace embedded::block_diagram {
@@ -39,6 +40,7 @@ void registerHostFunctions() {
 void unregisterHostFunctions() {
   for (const HostFunction& entry : functions) kmf::unregister_corvane_function(entry.name);
   closeDictionaries();
+  forgetIcons();
 }
 
 }  // namespace embedded::block_diagram

@@ -64,5 +64,6 @@ std::vector<Builtin> value_builtins();             // kinemo.Value
 std::vector<Builtin> vector_builtins();            // diag diff dot cross det inv norm
 std::vector<Builtin> special_function_builtins();  // sind expm1 factorial …
 std::vector<Builtin> interpolation_builtins();     // interp1
+std::vector<Builtin> image_builtins();             // imread
 
 }  // namespace embedded::scripting_runtime

@@ -2,10 +2,12 @@
 
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
+#include "platform/scripting_runtime/interrupt_mode.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <atomic>
 #include <cmath>
+#include <utility>
 
 namespace embedded::scripting_runtime {
 
@@ -26,6 +28,12 @@ Running& running() {
 }
 
 std::atomic<bool> stop_requested{false};
+
+utInterruptMode::Mode interrupt_mode = utInterruptMode::ON;
+
+bool must_stop() {
+  return interrupt_mode == utInterruptMode::ON && stop_requested;
+}
 
 }  // namespace
 
@@ -77,8 +85,7 @@ void count_step() {
   ++state.steps;
   const std::size_t allowed = limits().steps;
   if (allowed != 0 && state.steps > allowed) throw_runtime_error("TooManySteps", std::to_string(allowed));
-  if (state.interruptible && state.steps % steps_between_looks == 0 && stop_requested)
-    throw_runtime_error("Interrupted");
+  if (state.interruptible && state.steps % steps_between_looks == 0 && must_stop()) throw_runtime_error("Interrupted");
 }
 
 RunningEvaluation::RunningEvaluation() {
@@ -91,7 +98,7 @@ RunningEvaluation::~RunningEvaluation() {
 
 Interruptible::Interruptible(bool interruptible) : before_(running().interruptible) {
   running().interruptible = before_ || interruptible;
-  if (running().interruptible && stop_requested) {
+  if (running().interruptible && must_stop()) {
     running().interruptible = before_;
     throw_runtime_error("Interrupted");
   }
@@ -104,5 +111,12 @@ Interruptible::~Interruptible() {
 }  // namespace embedded::scripting_runtime
 
 bool kmf::interrupt_requested() {
-  return embedded::scripting_runtime::stop_requested;
+  return embedded::scripting_runtime::must_stop();
+}
+
+utInterruptMode::utInterruptMode(Mode mode)
+    : before_(std::exchange(embedded::scripting_runtime::interrupt_mode, mode)) {}
+
+utInterruptMode::~utInterruptMode() {
+  embedded::scripting_runtime::interrupt_mode = before_;
 }

@@ -11,10 +11,14 @@
 #include <string>
 
 struct cvArray_tag;
+struct GTBounds;
+struct GTColor;
 struct GTDialogInfo;
 struct gtParam_tag;
 struct GTBlockHostData;
+struct GTWindow;
 class GTPrmDesc;
+class IconData;
 class GTExecBlock;
 class GTBlock;
 
@@ -77,6 +81,10 @@ class KINEMO_PLATFORM_API GTBlock : public GTCompBlock {
   virtual ustring getGrRightPortUnit(int i);
   virtual GTExecBlock* createExecBlock();
   virtual GTBlock* clone() const;
+  /// Draws what the host's icon service doesn't draw.
+  virtual void drawIcon(GTWindow* window, const GTBounds& bounds) const;
+  /// Tells the labels of the ports where the icon service draws them.
+  virtual void setIconPortLabels(IconData& icon) const;
   virtual void updateGeneratedMask();
   virtual const char* getDomainName() const;
   virtual bool isPhysicalNetworkBlock() const;
@@ -89,6 +97,8 @@ class KINEMO_PLATFORM_API GTBlock : public GTCompBlock {
   virtual void checkDialogParameters(int mode);
   virtual const char* getGeneratedMaskText() const;
   virtual bool alwaysTrue() const;
+  /// The key of a registered icon, or "KinemoBlockWithBorder" or "KinemoBlockNoBorder".
+  virtual void getIconStyleName(gtsvString& out) const;
   virtual bool alwaysFalse() const;
 
   // --- name and place
@@ -120,6 +130,12 @@ class KINEMO_PLATFORM_API GTBlock : public GTCompBlock {
   /// Null where the block has no such parameter.
   const char* getGrPrmValue(const GTPrmDesc* parameter) const;
   const char* getGrParamValue(std::size_t index, bool evaluated) const;
+
+  // --- drawing
+  const GTColor* getGrForegroundColorPtr() const;
+  /// Draws a label inside of the bounds, beside the port `index` of a side.
+  void DrawLeftConnectionPortLabel(GTWindow* window, const GTBounds& bounds, int index, const ustring& label) const;
+  void DrawRightConnectionPortLabel(GTWindow* window, const GTBounds& bounds, int index, const ustring& label) const;
 
   // --- the host's flag words
   struct Flags {

@@ -29,4 +29,4 @@ struct KinemoDomainModule {
 };
 
 /// Rises with every change that a compiled module would not survive.
-constexpr std::uint32_t KINEMO_DOMAIN_ABI = 1;
+constexpr std::uint32_t KINEMO_DOMAIN_ABI = 2;

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "platform/block_diagram/dialog.hpp"
+#include "platform/scripting_array/scripting_array.hpp"
 
 #include <boost/shared_ptr.hpp>
 
 #include <string>
 #include <vector>
 
+struct GTBounds;
+struct GTWindow;
 class GTBlock;
 
 /// One dialog parameter of a mask.
@@ -40,6 +43,10 @@ class KINEMO_PLATFORM_API MaskInterface {
   /// Values of the parameter `i` of the nearest mask of `block`.
   static bool getMaskDialogValueBoolean(const GTBlock* block, int i);
   static ustring getMaskDialogValueString(const GTBlock* block, int i);
+  /// Draws a true colour image (rows x columns x 3) into the bounds, as large as its proportions allow. With `rotate`
+  /// it turns with the block. `location` is a GTImageLocation.
+  static void renderBlockImageByLocation(GTWindow* window, const GTBlock* block, const cvArray_tag* image,
+                                         const GTBounds& bounds, bool rotate, int location);
 };
 
 /// Walks from a block's own mask outward through the masks of the subsystems around it.

@@ -6,7 +6,9 @@
 // Functions that the kernel calls by name and an implementation provides:
 //   get_param(handle(s) or path(s), name)      one array for one object, a cell array for several
 //   find_system(root, 13 arguments in all)     handles as a column of doubles
-//   ones, evalin, feval, data, imread
+//   ones, evalin, feval, data
+//   imread(file)                               true colour: rows x columns x 3 of uint8; gray: rows x columns
+//   verdane.internal.enableIconStyling()       logical: vector icons take line and colour of their ports
 //   gl.gti.runtimeParameters(model)            the model's names that are marked as run-time
 //   gl.gti.resolveRuntimeParameters(model, r)  structure with "Map" (Name, Value) and "NonValue"
 //   gl.gti.internal.recursiveMaskNames(block)  cell array of names

@@ -52,6 +52,8 @@ class CoreBlock : public GTBlock {
   ustring getGrRightPortUnit(int i) override;
   GTExecBlock* createExecBlock() override;
   GTBlock* clone() const override;
+  void drawIcon(GTWindow* window, const GTBounds& bounds) const override;
+  void setIconPortLabels(IconData& icon) const override;
   void updateGeneratedMask() override;
   const char* getDomainName() const override;
   bool isPhysicalNetworkBlock() const override;
@@ -62,27 +64,35 @@ class CoreBlock : public GTBlock {
   void checkDialogParameters(int mode) override;
   const char* getGeneratedMaskText() const override;
   bool alwaysTrue() const override;
+  void getIconStyleName(gtsvString& out) const override;
   bool alwaysFalse() const override;
 
  private:
   bool holdsGeneratedMask() const;
   /// Lets the client check, then refuses logging where the kind doesn't support it.
   void checkParameters();
-  /// Brings texts, switches and ports in line with the client's descriptor.
+  /// Brings texts, switches, ports and icon in line with the client's descriptor.
   void updateFromDescriptor();
   void configurePorts(const BlockDescriptor& descriptor);
   bool portsAreAsIn(const BlockDescriptor& descriptor) const;
   void configurePort(gtPort* port, const detail::PortInfo& info);
   void fillPortNames();
+  /// Brings the icon in line with another icon file. A bad file costs a warning.
+  void updateIcon(const BlockDescriptor& descriptor);
+  void updateBitmap(const std::filesystem::path& file, bool permute);
+  /// Takes over `image`, in place of the present one.
+  void setIconImage(cvArray_tag* image);
+  bool isDrawnByIconService() const;
+  void drawPortLabels(GTWindow* window, const GTBounds& bounds) const;
 
   boost::shared_ptr<CoreBlockInfo> info_;
   std::string domain_;
   std::set<kmf::VnId> portIds_;
   std::vector<detail::PortInfo> leftPorts_;  ///< as last configured
   std::vector<detail::PortInfo> rightPorts_;
-  std::map<double, std::string> portNames_;  ///< by port handle; a cache, empty until it is asked for
-  cvArray_tag* iconImage_ = nullptr;         ///< owned, of scope 0
-  boost::optional<std::filesystem::path> iconFile_;
+  std::map<double, std::string> portNames_;          ///< by port handle; a cache, empty until it is asked for
+  cvArray_tag* iconImage_ = nullptr;                 ///< owned, of scope 0
+  boost::optional<std::filesystem::path> iconFile_;  ///< the file now in force
   ustring blockText_;
   bool rotateImage_ = false;
   bool physicalPortRotation_ = false;

@@ -66,6 +66,7 @@ void CoreBlock::updateFromDescriptor() {
   rotateImage_ = now.rotateImage();
   physicalPortRotation_ = now.physicalPortRotation();
   configurePorts(now);
+  updateIcon(now);
 }
 
 bool CoreBlock::holdsGeneratedMask() const {
