@@ -1,0 +1,112 @@
+#include "embedded/drawing/vector_icon.hpp"
+
+#include "embedded/drawing/svg_text.hpp"
+#include "embedded/foundation/read_file.hpp"
+
+#include <librsvg/rsvg.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace embedded::drawing {
+
+namespace {
+
+constexpr std::size_t file_limit = std::size_t{1} << 26;
+
+ObjectPointer<RsvgHandle> parse(const std::string& text, std::string& reason) {
+  GError* error = nullptr;
+  const auto* data = reinterpret_cast<const guint8*>(text.data());
+  ObjectPointer<RsvgHandle> handle(rsvg_handle_new_from_data(data, text.size(), &error));
+  const ErrorPointer owned(error);
+  if (!handle) reason = owned ? owned->message : "it holds no vector graphics";
+  return handle;
+}
+
+void set_style_sheet(RsvgHandle* handle, const std::string& sheet) {
+  rsvg_handle_set_stylesheet(handle, reinterpret_cast<const guint8*>(sheet.data()), sheet.size(), nullptr);
+}
+
+std::string hex(const GTColor& color) {
+  const auto part = [](double share) { return static_cast<unsigned>(std::lround(255 * std::clamp(share, 0.0, 1.0))); };
+  char text[16];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", part(color.red), part(color.green), part(color.blue));
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<VectorIcon> VectorIcon::load(const std::string& file, std::string& reason) {
+  auto text = kmf::embedded::read_regular_file(file, file_limit);
+  if (!text) {
+    reason = "there is no such file, or it can't be opened";
+    return nullptr;
+  }
+  ObjectPointer<RsvgHandle> handle = parse(*text, reason);
+  if (!handle) return nullptr;
+  return std::unique_ptr<VectorIcon>(new VectorIcon(std::move(*text), std::move(handle)));
+}
+
+VectorIcon::VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle)
+    : text_(std::move(text)), handle_(std::move(handle)) {
+  measure();
+}
+
+void VectorIcon::measure() {
+  constexpr double default_size = 100;
+  if (!rsvg_handle_get_intrinsic_size_in_pixels(handle_.get(), &page_.width, &page_.height)) {
+    gboolean has_view = FALSE;
+    RsvgRectangle view{};
+    rsvg_handle_get_intrinsic_dimensions(handle_.get(), nullptr, nullptr, nullptr, nullptr, &has_view, &view);
+    page_.width = has_view ? view.width : default_size;
+    page_.height = has_view ? view.height : default_size;
+  }
+  page_.width = page_.width > 0 ? page_.width : default_size;
+  page_.height = page_.height > 0 ? page_.height : default_size;
+  const SurfacePointer record(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+  const ContextPointer context(cairo_create(record.get()));
+  render(context.get(), handle_.get());
+  cairo_recording_surface_ink_extents(record.get(), &content_.x, &content_.y, &content_.width, &content_.height);
+}
+
+void VectorIcon::render(cairo_t* context, RsvgHandle* handle) const {
+  const RsvgRectangle viewport{0, 0, page_.width, page_.height};
+  rsvg_handle_render_document(handle, context, &viewport, nullptr);
+}
+
+RsvgHandle* VectorIcon::variant(double stroke_factor, const boost::optional<GTColor>& foreground) {
+  const std::string color = foreground ? hex(*foreground) : std::string();
+  if (stroke_factor == 1 && color.empty()) return handle_.get();
+  // Sizes that differ by less than a hundredth look alike.
+  const long hundredths = std::lround(std::log(stroke_factor) * 100);
+  ObjectPointer<RsvgHandle>& handle = variants_[std::to_string(hundredths) + color];
+  if (!handle) {
+    std::string text = with_stroke_widths(text_, stroke_factor);
+    if (!color.empty()) text = with_foreground(text, color);
+    std::string reason;
+    handle = parse(text, reason);
+    if (handle && !color.empty()) set_style_sheet(handle.get(), foreground_style_sheet(color));
+  }
+  return handle ? handle.get() : handle_.get();
+}
+
+void VectorIcon::draw(cairo_t* context, Size room, const IconLook& look, const boost::optional<GTColor>& foreground) {
+  const bool empty = content_.width <= 0 || content_.height <= 0;
+  const Rectangle& shown = look.crop && !empty ? content_ : page_;
+  double x_factor = look.fit ? room.width / shown.width : 1;
+  double y_factor = look.fit ? room.height / shown.height : 1;
+  if (look.proportional) x_factor = y_factor = std::min(x_factor, y_factor);
+  const double stroke_factor = look.thin_strokes ? 1 / std::sqrt(x_factor * y_factor) : 1;
+  const SavedContext saved(context);
+  if (look.clip) {
+    cairo_rectangle(context, 0, 0, room.width, room.height);
+    cairo_clip(context);
+  }
+  cairo_translate(context, (room.width - shown.width * x_factor) / 2, (room.height - shown.height * y_factor) / 2);
+  cairo_scale(context, x_factor, y_factor);
+  cairo_translate(context, -shown.x, -shown.y);
+  render(context, variant(stroke_factor, foreground));
+}
+
+}  // namespace embedded::drawing

@@ -1,0 +1,237 @@
+#include "embedded/drawing/draw_block.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/block_diagram/icons.hpp"
+#include "embedded/drawing/icon_look.hpp"
+#include "embedded/drawing/svg_text.hpp"
+#include "platform/block_diagram/icon.hpp"
+#include "platform/foundation/strings.hpp"
+#include "tests/embedded/drawing/picture.hpp"
+#include "tests/support/no_leaks.hpp"
+#include "tests/support/temporary_folder.hpp"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace embedded::drawing::test {
+
+namespace {
+
+/// A block with a style name, and with labels at its ports; it draws a text in its centre.
+class Part final : public GTBlock {
+ public:
+  explicit Part(int left = 1, int right = 1) : GTBlock("Part", nullptr) {
+    setGrNumLeftConnectionPorts(left, nullptr);
+    setGrNumRightConnectionPorts(right, nullptr);
+  }
+
+  void drawIcon(GTWindow* window, const GTBounds& bounds) const override {
+    if (text.empty()) return;
+    gt_wm_SetTextAlignment(window, GT_ALIGN_CENTER, GT_ALIGN_MIDDLE);
+    gt_wm_MoveTo(window, h_center(bounds), v_center(bounds));
+    gt_wm_DrawString(window, text);
+  }
+  void setIconPortLabels(IconData& icon) const override {
+    if (!label.empty()) icon.setPortLabel(GT_ICON_LEFT, 0, label, ustring());
+  }
+  void getIconStyleName(gtsvString& out) const override { out = gtsvString(style); }
+  bool usesPhysicalPortRotation() const override { return physical; }
+
+  ustring style = u"KinemoBlockNoBorder";
+  ustring text;
+  ustring label;
+  bool physical = false;
+};
+
+/// A page of 40 x 40 with a red square of 20 in its upper left quarter's inner corner, a thick line of black on its
+/// left.
+const char* const graphics =
+    "<?xml version='1.0'?>\n<!-- <svg> -->\n"
+    "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+    "<rect x='10' y='10' width='20' height='20' fill='#ff0000'/>"
+    "<path d='M11 10 V30' stroke='#000000' stroke-width='2'/></svg>";
+
+class DrawBlock : public kinemo::test::NoLeaks {
+ protected:
+  ~DrawBlock() override { block_diagram::forgetIcons(); }
+
+  void registerIcon(Part& part, const std::string& svg, std::map<ustring, ustring> styles) {
+    const ustring file = kmf::utf8_string_to_ustring(folder.write("icon.svg", svg).string());
+    GTBlockIcon::registerBlockIconFromResource(file, file, styles);
+    part.style = file;
+  }
+  static Picture drawn(const GTBlock& block, const GTBounds& bounds, Size size) {
+    Canvas canvas(Format::Png, size);
+    draw_block(canvas, block, bounds);
+    return Picture(canvas);
+  }
+
+  kinemo::test::TemporaryFolder folder;
+  const std::map<ustring, ustring> fitted{{u"Resize", u"FitToBlock"},
+                                          {u"Geometric", u"Off"},
+                                          {u"PreAdjustSize", u"CropToContent"},
+                                          {u"StrokeScalingOnResize", u"NonScaling"},
+                                          {u"Clipping", u"None"}};
+};
+
+}  // namespace
+
+TEST_F(DrawBlock, FrameFollowsTheStyleName) {
+  Part part;
+  EXPECT_EQ(drawn(part, {10, 10, 50, 30}, {60, 40}).ink().right, -1);
+  part.style = u"KinemoBlockWithBorder";
+  const Picture::Ink ink = drawn(part, {10, 10, 50, 30}, {60, 40}).ink();
+  EXPECT_NEAR(ink.left, 10, 1);
+  EXPECT_NEAR(ink.bottom, 30, 1);
+  EXPECT_EQ(drawn(part, {50, 10, 10, 30}, {60, 40}).ink().right, -1) << "empty bounds";
+}
+
+TEST_F(DrawBlock, TextIsDrawnFarFromTheOriginToo) {
+  Part part;
+  part.text = u"MM";
+  Canvas canvas(Format::Png, {40, 20});
+  canvas.drawAt({-100000, -100000}, [&] { draw_block(canvas, part, {100000, 100000, 100040, 100020}); });
+  const Picture::Ink ink = Picture(canvas).ink();
+  EXPECT_NEAR(ink.left + ink.right, 40, 3);
+  EXPECT_NEAR(ink.top + ink.bottom, 20, 3);
+}
+
+TEST_F(DrawBlock, VectorIconFillsTheBlockWithItsContent) {
+  Part part;
+  registerIcon(part, graphics, fitted);
+  const Picture picture = drawn(part, {10, 10, 110, 60}, {120, 70});
+  const Picture::Ink ink = picture.ink();
+  EXPECT_NEAR(ink.left, 10, 2);
+  EXPECT_NEAR(ink.right, 109, 1);
+  EXPECT_NEAR(ink.top, 10, 1);
+  EXPECT_NEAR(ink.bottom, 59, 1);
+  EXPECT_EQ(picture.at(60, 35), 0xFF0000u);
+}
+
+TEST_F(DrawBlock, VectorIconStaysAsItsFileSaysWithoutStyles) {
+  Part part;
+  registerIcon(part, graphics, {});
+  const Picture::Ink ink = drawn(part, {10, 10, 110, 60}, {120, 70}).ink();
+  EXPECT_NEAR(ink.left, 50, 1) << "in the centre, at its own size";
+  EXPECT_NEAR(ink.right, 69, 1);
+}
+
+TEST_F(DrawBlock, StrokesKeepTheirWidthWhereTheyDoNotScale) {
+  Part part;
+  const auto width_of_line = [&](const std::map<ustring, ustring>& styles) {
+    registerIcon(part, graphics, styles);
+    const Picture picture = drawn(part, {0, 0, 200, 200}, {200, 200});
+    int count = 0;
+    for (int x = 0; x < 200; ++x) count += picture.at(x, 100) == 0;
+    return count;
+  };
+  std::map<ustring, ustring> styles = fitted;
+  // The line stands at a twentieth of 200, two units wide, of which ten make one unit of the file.
+  EXPECT_NEAR(width_of_line(styles), 2, 1);
+  styles[u"StrokeScalingOnResize"] = u"Scaling";
+  EXPECT_NEAR(width_of_line(styles), 20, 2);
+}
+
+TEST_F(DrawBlock, VectorIconTurnsWithTheBlockWhereItsStyleSaysSo) {
+  Part part;
+  block_diagram::setProperty(part, "Rotation", u"90");
+  std::map<ustring, ustring> styles = fitted;
+  styles[u"StrokeScalingOnResize"] = u"Scaling";
+  registerIcon(part, graphics, styles);
+  EXPECT_EQ(drawn(part, {0, 0, 40, 80}, {40, 80}).at(2, 40), 0u) << "the line stays on the left";
+  styles[u"Rotate"] = u"On";
+  registerIcon(part, graphics, styles);
+  const Picture turned = drawn(part, {0, 0, 40, 80}, {40, 80});
+  EXPECT_EQ(turned.at(20, 3), 0u) << "the line of the left stands on top";
+  EXPECT_EQ(turned.at(3, 40), 0xFF0000u);
+}
+
+TEST_F(DrawBlock, BlackTakesTheColourOfMostPorts) {
+  Part part(1, 2);
+  gtSetPortDomainPortType(part.getGrLeftConnectionPort(0), "test.liquid");
+  gtSetPortDomainPortType(part.getGrRightConnectionPort(0), "test.heat");
+  gtSetPortDomainPortType(part.getGrRightConnectionPort(1), "test.heat");
+  std::map<ustring, ustring> styles = fitted;
+  styles[u"Foreground"] = u"PortStyled";
+  styles[u"StrokeScalingOnResize"] = u"Scaling";
+  registerIcon(part, graphics, styles);
+  const GTColor color = port_color("test.heat");
+  const auto byte = [](double share) { return static_cast<std::uint32_t>(std::lround(255 * share)); };
+  const Picture picture = drawn(part, {0, 0, 80, 80}, {80, 80});
+  EXPECT_EQ(picture.at(3, 40), byte(color.red) << 16 | byte(color.green) << 8 | byte(color.blue));
+  EXPECT_EQ(picture.at(40, 40), 0xFF0000u) << "other colours stay";
+  EXPECT_FALSE(majority_color(Part(0, 0)));
+}
+
+TEST_F(DrawBlock, PortsOfThePhysicalDomainsHaveDifferentColours) {
+  std::set<std::tuple<double, double, double>> colors;
+  for (const char* type : {"electrical", "rotational", "translational", "thermal"}) {
+    const GTColor color = port_color(std::string("physical.") + type);
+    colors.emplace(color.red, color.green, color.blue);
+  }
+  EXPECT_EQ(colors.size(), 4u);
+}
+
+TEST_F(DrawBlock, ServiceDrawsLabelsUnlessTheSettingIsOff) {
+  Part part;
+  part.label = u"HHH";
+  registerIcon(part, "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'/>", fitted);
+  const Picture::Ink ink = drawn(part, {0, 0, 80, 40}, {80, 40}).ink();
+  EXPECT_NEAR(ink.left, 4, 1) << "at the left port";
+  EXPECT_NEAR(ink.top + ink.bottom, 40, 3);
+  block_diagram::setIconSetting("KMDVGLabel", u"off");
+  EXPECT_EQ(drawn(part, {0, 0, 80, 40}, {80, 40}).ink().right, -1);
+}
+
+TEST_F(DrawBlock, IconThatCannotBeDrawnCostsOneWarningAndLeavesAFrame) {
+  for (const char* contents : {"no graphics", "", "<svg xmlns='http://www.w3.org/2000/svg'><g>"}) {
+    Part part;
+    registerIcon(part, contents, fitted);
+    Canvas canvas(Format::Png, {60, 80});
+    draw_block(canvas, part, {10, 10, 50, 30});
+    draw_block(canvas, part, {10, 50, 50, 70});
+    EXPECT_THAT(take_warnings(), testing::ElementsAre("kinemo:host:drawing:CannotDrawIcon")) << contents;
+    EXPECT_NEAR(Picture(canvas).ink().bottom, 70, 1);
+  }
+}
+
+TEST_F(DrawBlock, IconOfWhichTheServiceKnowsNothingLeavesAFrame) {
+  Part part;
+  part.style = u"unknown.svg";
+  EXPECT_NEAR(drawn(part, {10, 10, 50, 30}, {60, 40}).ink().right, 50, 1);
+}
+
+TEST_F(DrawBlock, SubsystemShowsTheNamesOfItsPorts) {
+  block_diagram::Diagram& diagram = block_diagram::Diagram::create("m");
+  GTBlock& subsystem = diagram.root().addSubsystem(u"s");
+  block_diagram::contents(subsystem)->addPort(u"HHH", block_diagram::Side::Right, 1);
+  const Picture picture = drawn(subsystem, {10, 10, 110, 50}, {120, 60});
+  int dark = 0;
+  for (int x = 85; x < 107; ++x) dark += picture.at(x, 30) != 0xFFFFFF;
+  EXPECT_GT(dark, 5);
+  EXPECT_EQ(picture.at(40, 30), 0xFFFFFFu);
+  block_diagram::Diagram::close(diagram);
+}
+
+TEST(SvgText, StrokeWidthsAreMultipliedWhereverTheyStand) {
+  struct Case {
+    const char* svg;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"<svg><g stroke-width='4'/></svg>", "<svg stroke-width=\"0.5\"><g stroke-width='2'/></svg>"},
+      {"<svg stroke-width=\"3px\"/>", "<svg stroke-width=\"1.5px\"/>"},
+      {"<svg><g style='fill:none; stroke-width : 1e1mm;'/></svg>",
+       "<svg stroke-width=\"0.5\"><g style='fill:none; stroke-width : 5mm;'/></svg>"},
+      {"<?xml?><!DOCTYPE svg [<!ENTITY e '>'>]><!--<svg>--><svg\n/>",
+       "<?xml?><!DOCTYPE svg [<!ENTITY e '>'>]><!--<svg>--><svg stroke-width=\"0.5\"\n/>"},
+      {"<svg><g stroke-width='inherit'/></svg>", "<svg stroke-width=\"0.5\"><g stroke-width='inherit'/></svg>"},
+      {"stroke-width", "stroke-width"},
+      {"<!-- stroke-width=", "<!-- stroke-width="},
+      {"", ""},
+  };
+  for (const Case& row : cases) EXPECT_EQ(with_stroke_widths(row.svg, 0.5), row.expected);
+}
+
+}  // namespace embedded::drawing::test
