@@ -37,7 +37,7 @@ void CoreBlock::setIconImage(cvArray_tag* image) {
 
 void CoreBlock::updateIcon(const BlockDescriptor& descriptor) {
   const utInterruptMode guard(utInterruptMode::OFF);
-  const boost::optional<std::filesystem::path> icon = descriptor.iconFile();
+  const boost::optional<std::filesystem::path>& icon = descriptor.iconFile();
   if (icon == iconFile_) return;
   if (!icon) {
     // Without an image the old path stays in force, and with it the style name.
