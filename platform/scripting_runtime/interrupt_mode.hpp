@@ -2,8 +2,8 @@
 
 #include "platform/foundation/export.hpp"
 
-/// Switches the handling of the user's interrupt for a scope: while one with OFF lives, no call is ended by it and
-/// `kmf::interrupt_requested` is false. A request that came meanwhile counts afterwards.
+/// Switches the handling of the user's interrupt on or off for a scope; the innermost one counts. While it is off no call
+/// is ended by an interrupt and `kmf::interrupt_requested` is false. A request that came meanwhile counts afterwards.
 class KINEMO_PLATFORM_API utInterruptMode {
  public:
   enum Mode { OFF, ON };
