@@ -1,5 +1,7 @@
 #include "embedded/data/expr_node.hpp"
 
+#include <unordered_map>
+
 namespace data2::core {
 
 namespace ex = embedded::expression;
@@ -14,6 +16,16 @@ bool is_value_class(const ex::Node& node) {
          node.child(0).text() == package;
 }
 
+/// The text of a unit as a tree. A model binds few units to many expressions, which share their trees.
+const ex::Tree& unit_tree(const std::string& unit) {
+  static auto& known = *new std::unordered_map<std::string, ex::Tree>;
+  constexpr std::size_t most_units = 1000;
+  if (known.size() > most_units) known.clear();
+  ex::Tree& tree = known[unit];
+  if (!tree) tree = ex::make_text(unit);
+  return tree;
+}
+
 }  // namespace
 
 Binding binding_of(const ex::Node& tree) {
@@ -23,7 +35,8 @@ Binding binding_of(const ex::Node& tree) {
 }
 
 ex::Tree bind(const ex::Tree& expression, const std::string& unit) {
-  return ex::make_index(ex::make_field(ex::make_name(package), value_class), {expression, ex::make_text(unit)});
+  static const ex::Tree& maker = *new ex::Tree(ex::make_field(ex::make_name(package), value_class));
+  return ex::make_index(maker, {expression, unit_tree(unit)});
 }
 
 const ex::Node* unbound(const Expr& expression) {
