@@ -1,9 +1,9 @@
 #include "embedded/block_diagram/expression_names.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/expression/parse.hpp"
 #include "embedded/expression/walk.hpp"
-#include "embedded/scripting_runtime/quantity.hpp"
 #include "platform/foundation/strings.hpp"
 
 #include <algorithm>
@@ -13,12 +13,6 @@
 namespace embedded::block_diagram {
 
 namespace {
-
-bool holdsRealNumbers(const cvArray_tag* array) {
-  const scripting_runtime::Quantity quantity = scripting_runtime::quantity_of(array);
-  const cvArray_tag* value = quantity.numbers.array();
-  return (cvIsNumeric(value) || cvIsLogical(value)) && !cvIsComplex(value);
-}
 
 /// Calls `visit(block, mask)` for every block with a mask, at all levels.
 template <class Visit>

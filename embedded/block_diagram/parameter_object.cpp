@@ -59,6 +59,12 @@ cvUniquePtr parameterValue(const cvArray_tag* array) {
   return sr::parameter_contents(array);
 }
 
+bool holdsRealNumbers(const cvArray_tag* array) {
+  const sr::Quantity quantity = sr::quantity_of(array);
+  const cvArray_tag* value = quantity.numbers.array();
+  return holdsNumbers(value) && !cvIsComplex(value) && !cvIsEmpty(value);
+}
+
 std::string unitOf(const cvArray_tag* parameter) {
   if (!isParameterObject(parameter)) return {};
   const cvUniquePtr unit(cvGetProperty(parameter, 0, "Unit"));

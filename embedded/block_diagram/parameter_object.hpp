@@ -19,6 +19,8 @@ cvUniquePtr parameterObject(cvUniquePtr value, const std::string& unit, bool run
 bool isParameterObject(const cvArray_tag* array);
 /// What expressions compute with: the "Value" of a parameter object, any other array as it is. Shares the contents.
 cvUniquePtr parameterValue(const cvArray_tag* array);
+/// Whether a graph can hold the array: real numbers, one at least, with a unit or without.
+bool holdsRealNumbers(const cvArray_tag* array);
 /// Empty for none.
 std::string unitOf(const cvArray_tag* parameter);
 bool isRuntime(const cvArray_tag* array);

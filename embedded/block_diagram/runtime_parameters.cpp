@@ -7,7 +7,6 @@
 #include "embedded/block_diagram/expression_names.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
-#include "embedded/scripting_runtime/quantity.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -23,13 +22,6 @@ Diagram& diagramFrom(const cvArray_tag* array) {
   auto* object = dynamic_cast<GTBlockDiagram*>(&objectFrom(array));
   if (!object) kmf::throw_message("kinemo:host:parameters", "NotADiagram", kmf::cvarray_to_ustring(array));
   return object->diagram();
-}
-
-/// Real numbers, with a unit or without, which a graph can hold.
-bool holdsNumbers(const cvArray_tag* array) {
-  const scripting_runtime::Quantity quantity = scripting_runtime::quantity_of(array);
-  const cvArray_tag* value = quantity.numbers.array();
-  return (cvIsNumeric(value) || cvIsLogical(value)) && !cvIsComplex(value) && !cvIsEmpty(value);
 }
 
 struct Resolved {
@@ -53,7 +45,7 @@ class Resolver {
   void add(const std::string& name, const cvArray_tag* variable) {
     if (!variable) kmf::throw_message("kinemo:host:parameters", "UnknownVariable", name, diagram_.name());
     cvUniquePtr value = parameterValue(variable);  // a "kinemo.Value" where there is a unit, which reaches the graph
-    if (holdsNumbers(value.get())) {
+    if (holdsRealNumbers(value.get())) {
       resolved_.map.emplace_back(name, std::move(value));
     } else {
       addWithoutValue(name);
