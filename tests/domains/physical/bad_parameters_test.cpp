@@ -163,7 +163,7 @@ class ExpressionUnits : public BadParameters {
     bd::setParameter(resistor, "R_conf", u"runtime");
   }
   std::string boundUnit() {
-    const auto& value = compiled().parameters().at("R").get({});
+    const ParameterVariant value = compiled().parameters().at("R").get({});
     return data2::core::bound_unit(boost::get<data2::core::Expr>(value)).text();
   }
 };
