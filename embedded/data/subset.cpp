@@ -9,19 +9,7 @@ namespace ex = embedded::expression;
 
 namespace {
 
-// In the order of the alphabet, for the search. Functions of one number or several, element by element or over a
-// matrix.
-constexpr std::array<std::string_view, 79> functions{
-    "abs",   "acos",    "acosh",   "all",      "and",   "any",   "asin",      "asinh",     "atan",    "atan2",
-    "atanh", "ceil",    "cos",     "cosd",     "cosh",  "cross", "cumprod",   "cumsum",    "deg2rad", "det",
-    "diag",  "diff",    "dot",     "double",   "exp",   "expm1", "eye",       "factorial", "fix",     "floor",
-    "hypot", "interp1", "inv",     "isfinite", "isinf", "isnan", "length",    "linspace",  "log",     "log10",
-    "log1p", "log2",    "logical", "max",      "mean",  "min",   "minus",     "mod",       "mtimes",  "norm",
-    "not",   "numel",   "ones",    "or",       "plus",  "power", "prod",      "rad2deg",   "rdivide", "real",
-    "rem",   "repmat",  "reshape", "round",    "sign",  "sin",   "sind",      "sinh",      "size",    "sort",
-    "sqrt",  "sum",     "tan",     "tand",     "tanh",  "times", "transpose", "uminus",    "zeros"};
-static_assert(std::is_sorted(functions.begin(), functions.end()));
-
+// In the order of the alphabet, for the search.
 constexpr std::array<std::string_view, 8> constants{"Inf", "NaN", "eps", "false", "inf", "nan", "pi", "true"};
 static_assert(std::is_sorted(constants.begin(), constants.end()));
 
@@ -48,10 +36,6 @@ bool is_allowed(const ex::Node& node) {
 }
 
 }  // namespace
-
-bool is_function_of_numbers(std::string_view name) {
-  return std::binary_search(functions.begin(), functions.end(), name);
-}
 
 bool is_constant(std::string_view name) {
   return std::binary_search(constants.begin(), constants.end(), name);

@@ -9,8 +9,6 @@
 
 namespace data2::core {
 
-/// Whether `name(…)` is a call of a function of numbers; otherwise it is the indexing of a variable.
-bool is_function_of_numbers(std::string_view name);
 /// Whether the name stands for a number in every workspace, unless a variable hides it.
 bool is_constant(std::string_view name);
 bool is_in_subset(const embedded::expression::Node& tree);
