@@ -6,8 +6,8 @@ packages=(
   build-essential cmake ninja-build ccache pkg-config
   libboost-dev libboost-locale-dev libboost-filesystem-dev libboost-system-dev
   libeigen3-dev libudunits2-dev tao-pegtl-dev libyaml-dev nlohmann-json3-dev libcli11-dev libfmt-dev
-  libcairo2-dev libpango1.0-dev librsvg2-dev libgdk-pixbuf-2.0-dev fontconfig fonts-dejavu-core
-  gettext
+  libcairo2-dev libpango1.0-dev librsvg2-dev libgdk-pixbuf-2.0-dev libgraphviz-dev fontconfig fonts-dejavu-core
+  libedit-dev gettext
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 ngspice
 )
