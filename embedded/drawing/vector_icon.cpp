@@ -14,6 +14,7 @@ namespace embedded::drawing {
 namespace {
 
 constexpr std::size_t file_limit = std::size_t{1} << 26;
+constexpr double pixels_per_inch = 96;
 
 ObjectPointer<RsvgHandle> parse(const std::string& text, std::string& reason) {
   GError* error = nullptr;
@@ -21,6 +22,7 @@ ObjectPointer<RsvgHandle> parse(const std::string& text, std::string& reason) {
   ObjectPointer<RsvgHandle> handle(rsvg_handle_new_from_data(data, text.size(), &error));
   const ErrorPointer owned(error);
   if (!handle) reason = owned ? owned->message : "it holds no vector graphics";
+  if (handle) rsvg_handle_set_dpi(handle.get(), pixels_per_inch);
   return handle;
 }
 
@@ -50,24 +52,33 @@ std::unique_ptr<VectorIcon> VectorIcon::load(const std::string& file, std::strin
 
 VectorIcon::VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle)
     : text_(std::move(text)), handle_(std::move(handle)) {
-  measure();
+  measurePage();
+  measureContent();
 }
 
-void VectorIcon::measure() {
+void VectorIcon::measurePage() {
   constexpr double default_size = 100;
   if (!rsvg_handle_get_intrinsic_size_in_pixels(handle_.get(), &page_.width, &page_.height)) {
     gboolean has_view = FALSE;
     RsvgRectangle view{};
     rsvg_handle_get_intrinsic_dimensions(handle_.get(), nullptr, nullptr, nullptr, nullptr, &has_view, &view);
-    page_.width = has_view ? view.width : default_size;
-    page_.height = has_view ? view.height : default_size;
+    page_.width = has_view ? view.width : 0;
+    page_.height = has_view ? view.height : 0;
   }
-  page_.width = page_.width > 0 ? page_.width : default_size;
-  page_.height = page_.height > 0 ? page_.height : default_size;
+  has_size_ = page_.width > 0 && page_.height > 0;
+  if (!has_size_) page_.width = page_.height = default_size;
+}
+
+void VectorIcon::measureContent() {
   const SurfacePointer record(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
   const ContextPointer context(cairo_create(record.get()));
   render(context.get(), handle_.get());
   cairo_recording_surface_ink_extents(record.get(), &content_.x, &content_.y, &content_.width, &content_.height);
+}
+
+boost::optional<Size> VectorIcon::pageSize() const {
+  if (!has_size_) return boost::none;
+  return Size{page_.width, page_.height};
 }
 
 void VectorIcon::render(cairo_t* context, RsvgHandle* handle) const {

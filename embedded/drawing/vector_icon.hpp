@@ -17,6 +17,8 @@ class VectorIcon {
   /// Null, with the reason, for a file that can't be read.
   static std::unique_ptr<VectorIcon> load(const std::string& file, std::string& reason);
 
+  /// The size that the file gives its page, in pixels; none where it gives none.
+  boost::optional<Size> pageSize() const;
   /// Draws into the rectangle of a size at the origin. Without a colour the file's own stay.
   void draw(cairo_t* context, Size room, const IconLook& look, const boost::optional<GTColor>& foreground);
 
@@ -29,7 +31,8 @@ class VectorIcon {
   };
 
   VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle);
-  void measure();
+  void measurePage();
+  void measureContent();
   /// The graphics in a colour and with strokes of a share of their width. Blocks of one size share it.
   RsvgHandle* variant(double stroke_factor, const boost::optional<GTColor>& foreground);
   void render(cairo_t* context, RsvgHandle* handle) const;
@@ -37,8 +40,9 @@ class VectorIcon {
   std::string text_;
   ObjectPointer<RsvgHandle> handle_;
   std::map<std::string, ObjectPointer<RsvgHandle>> variants_;
-  Rectangle page_;     ///< the whole page, at the origin
-  Rectangle content_;  ///< what is drawn on it
+  Rectangle page_;         ///< the whole page, at the origin
+  bool has_size_ = false;  ///< whether the file gives the page its size
+  Rectangle content_;      ///< what is drawn on it
 };
 
 }  // namespace embedded::drawing

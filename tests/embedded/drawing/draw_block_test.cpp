@@ -3,6 +3,7 @@
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/icons.hpp"
 #include "embedded/drawing/icon_look.hpp"
+#include "embedded/drawing/icon_size.hpp"
 #include "embedded/drawing/svg_text.hpp"
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
@@ -115,6 +116,21 @@ TEST_F(DrawBlock, VectorIconStaysAsItsFileSaysWithoutStyles) {
   const Picture::Ink ink = drawn(part, {10, 10, 110, 60}, {120, 70}).ink();
   EXPECT_NEAR(ink.left, 50, 1) << "in the centre, at its own size";
   EXPECT_NEAR(ink.right, 69, 1);
+}
+
+TEST_F(DrawBlock, NaturalSizeIsThatOfThePage) {
+  Part part;
+  EXPECT_FALSE(natural_size(part)) << "no registered icon";
+  const auto size_of = [&](const std::string& attributes) -> std::pair<double, double> {
+    registerIcon(part, "<svg xmlns='http://www.w3.org/2000/svg' " + attributes + "/>", fitted);
+    const auto size = natural_size(part);
+    return size ? std::pair(size->width, size->height) : std::pair(0.0, 0.0);
+  };
+  EXPECT_EQ(size_of("width='60' height='40px' viewBox='0 0 6 4'"), std::pair(60.0, 40.0));
+  EXPECT_EQ(size_of("width='1in' height='48pt'"), std::pair(96.0, 64.0));
+  EXPECT_EQ(size_of("viewBox='5 5 30 20'"), std::pair(30.0, 20.0));
+  EXPECT_EQ(size_of("width='0' height='40'"), std::pair(0.0, 0.0)) << "none";
+  EXPECT_EQ(size_of("><g"), std::pair(0.0, 0.0)) << "not readable; that is told when it is drawn";
 }
 
 TEST_F(DrawBlock, StrokesKeepTheirWidthWhereTheyDoNotScale) {
