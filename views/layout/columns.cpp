@@ -1,0 +1,127 @@
+#include "views/layout/columns.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace kinemo::views::layout {
+
+namespace {
+
+double snapped(double it) {
+  return std::round(it / grid_step) * grid_step;
+}
+
+class Columns {
+ public:
+  Columns(const Problem& problem, const std::vector<Rectangle>& footprints, const Part& part,
+          const std::vector<Cell>& cells)
+      : problem_(problem), footprints_(footprints), part_(part), cells_(cells), corners_(cells.size()) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      if (cells[i].column >= columns_.size()) columns_.resize(cells[i].column + 1);
+      columns_[cells[i].column].push_back(i);
+    }
+  }
+
+  std::vector<Point> run() {
+    for (auto& column : columns_) set_heights(column);
+    set_widths();
+    return corners_;
+  }
+
+ private:
+  const Rectangle& footprint(std::size_t box) const { return footprints_[part_.boxes[box]]; }
+  const Box& box(std::size_t it) const { return problem_.boxes[part_.boxes[it]]; }
+
+  void set_heights(std::vector<std::size_t>& column) {
+    std::stable_sort(column.begin(), column.end(),
+                     [&](std::size_t a, std::size_t b) { return cells_[a].top < cells_[b].top; });
+    double free = 0;
+    for (std::size_t i : column) {
+      double y = snapped(cells_[i].top - footprint(i).y);
+      if (i != column.front()) y = std::max(y, std::ceil((free - footprint(i).y) / grid_step) * grid_step);
+      corners_[i].y = y;
+      free = y + bottom(footprint(i)) + grid_step;
+    }
+  }
+
+  void set_widths() {
+    const std::vector<std::size_t> lines = lines_between_columns();
+    double x = 0;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      if (i > 0) x += std::max(2 * grid_step, static_cast<double>(lines[i] + 1) * grid_step);
+      x = set_column(columns_[i], x);
+    }
+  }
+
+  /// The boxes' middles stand above each other. Returns where the column ends.
+  double set_column(const std::vector<std::size_t>& column, double x) {
+    double before = 0;
+    double after = 0;
+    for (std::size_t i : column) {
+      corners_[i].x = -snapped(box(i).size.width / 2);
+      before = std::max(before, -corners_[i].x - footprint(i).x);
+      after = std::max(after, corners_[i].x + right(footprint(i)));
+    }
+    const double middle = std::ceil((x + before) / grid_step) * grid_step;
+    for (std::size_t i : column) corners_[i].x += middle;
+    return std::ceil((middle + after) / grid_step) * grid_step;
+  }
+
+  /// By channel (the one before the first column is 0): how many vertical lines it must hold side by side.
+  std::vector<std::size_t> lines_between_columns() const {
+    std::vector<std::vector<std::pair<double, int>>> ends(columns_.size() + 1);
+    for (const auto& net : part_.nets) add_ends(net, ends);
+    std::vector<std::size_t> result;
+    for (auto& channel : ends) result.push_back(most_at_once(channel));
+    return result;
+  }
+
+  void add_ends(const std::vector<PinRef>& net, std::vector<std::vector<std::pair<double, int>>>& ends) const {
+    std::map<std::size_t, std::pair<double, double>> spans;
+    std::vector<double> heights;
+    for (PinRef it : net) {
+      const Pin& pin = box(it.box).pins[it.pin];
+      const double y = corners_[it.box].y + pin.at.y;
+      const std::size_t channel = cells_[it.box].column + (pin.away == Direction::right ? 1 : 0);
+      const auto span = spans.try_emplace(channel, y, y).first;
+      span->second = {std::min(span->second.first, y), std::max(span->second.second, y)};
+      heights.push_back(y);
+    }
+    std::nth_element(heights.begin(), heights.begin() + static_cast<std::ptrdiff_t>(heights.size() / 2), heights.end());
+    const double trunk = heights[heights.size() / 2];
+    for (auto& [channel, span] : spans) {
+      if (spans.size() > 1) span = {std::min(span.first, trunk), std::max(span.second, trunk)};
+      if (span.first == span.second) continue;
+      ends[channel].emplace_back(span.first, -1);
+      ends[channel].emplace_back(span.second, 1);
+    }
+  }
+
+  static std::size_t most_at_once(std::vector<std::pair<double, int>>& ends) {
+    std::sort(ends.begin(), ends.end());
+    int now = 0;
+    int most = 0;
+    for (const auto& [y, end] : ends) {
+      now -= end;
+      most = std::max(most, now);
+    }
+    return static_cast<std::size_t>(most);
+  }
+
+  const Problem& problem_;
+  const std::vector<Rectangle>& footprints_;
+  const Part& part_;
+  const std::vector<Cell>& cells_;
+  std::vector<std::vector<std::size_t>> columns_;
+  std::vector<Point> corners_;
+};
+
+}  // namespace
+
+std::vector<Point> corners_in_columns(const Problem& problem, const std::vector<Rectangle>& footprints,
+                                      const Part& part, const std::vector<Cell>& cells) {
+  return Columns(problem, footprints, part, cells).run();
+}
+
+}  // namespace kinemo::views::layout

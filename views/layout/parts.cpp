@@ -1,0 +1,91 @@
+#include "views/layout/parts.hpp"
+
+#include <numeric>
+
+namespace kinemo::views::layout {
+
+namespace {
+
+/// Boxes joined by nets. A set's representative is its smallest box.
+class BoxSets {
+ public:
+  explicit BoxSets(std::size_t count) : parent_(count) { std::iota(parent_.begin(), parent_.end(), std::size_t{0}); }
+
+  std::size_t find(std::size_t it) {
+    while (parent_[it] != it) it = parent_[it] = parent_[parent_[it]];
+    return it;
+  }
+
+  void merge(std::size_t a, std::size_t b) {
+    a = find(a);
+    b = find(b);
+    parent_[std::max(a, b)] = std::min(a, b);
+  }
+
+ private:
+  std::vector<std::size_t> parent_;
+};
+
+std::vector<std::vector<PinRef>> movable_nets(const Problem& problem) {
+  const StubRule stubs(problem);
+  std::vector<std::vector<PinRef>> result;
+  for (const Net& net : problem.nets) {
+    if (stubs(net)) continue;
+    std::vector<PinRef> pins = net.pins;
+    std::erase_if(pins, [&](PinRef it) { return problem.boxes[it.box].fixed; });
+    if (pins.size() > 1) result.push_back(std::move(pins));
+  }
+  return result;
+}
+
+Rectangle of_stub(const Pin& pin, Size label) {
+  const Point end = moved(pin.at, pin.away, stub_length);
+  return united(spanned(pin.at, end), stub_label(end, pin.away, label));
+}
+
+}  // namespace
+
+std::vector<Rectangle> footprints(const Problem& problem) {
+  std::vector<Rectangle> result;
+  for (const Box& box : problem.boxes) result.push_back(extent(box));
+  const StubRule stubs(problem);
+  for (const Net& net : problem.nets) {
+    if (net.pins.size() < 2) continue;
+    for (PinRef it : net.pins) {
+      const Pin& pin = pin_of(problem, it);
+      const Rectangle room =
+          stubs(net) ? of_stub(pin, net.label) : spanned(pin.at, moved(pin.at, pin.away, leg_length));
+      result[it.box] = united(result[it.box], room);
+    }
+  }
+  return result;
+}
+
+std::vector<Part> parts_of(const Problem& problem) {
+  const std::vector<std::vector<PinRef>> nets = movable_nets(problem);
+  BoxSets sets(problem.boxes.size());
+  for (const auto& net : nets) {
+    for (PinRef it : net) sets.merge(net.front().box, it.box);
+  }
+  std::vector<Part> parts;
+  std::vector<std::size_t> part_of(problem.boxes.size());
+  std::vector<std::size_t> place_in_part(problem.boxes.size());
+  for (std::size_t box = 0; box < problem.boxes.size(); ++box) {
+    if (problem.boxes[box].fixed) continue;
+    const std::size_t first = sets.find(box);
+    if (first == box) {
+      part_of[box] = parts.size();
+      parts.emplace_back();
+    }
+    part_of[box] = part_of[first];
+    place_in_part[box] = parts[part_of[box]].boxes.size();
+    parts[part_of[box]].boxes.push_back(box);
+  }
+  for (const auto& net : nets) {
+    std::vector<PinRef>& pins = parts[part_of[net.front().box]].nets.emplace_back();
+    for (PinRef it : net) pins.push_back({place_in_part[it.box], it.pin});
+  }
+  return parts;
+}
+
+}  // namespace kinemo::views::layout

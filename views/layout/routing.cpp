@@ -1,0 +1,159 @@
+#include <algorithm>
+#include <numeric>
+
+#include "views/layout/legs.hpp"
+#include "views/layout/net_lines.hpp"
+
+namespace kinemo::views::layout {
+
+namespace {
+
+/// A net with a name that takes more line than this is told by its name at the pins.
+constexpr double most_length = 2500;
+
+class Router {
+ public:
+  explicit Router(const Problem& problem) : problem_(problem), nets_(problem.nets.size()), stub_rule_(problem) {
+    drawing_.routes.resize(problem.nets.size());
+  }
+
+  Drawing run() {
+    add_boxes();
+    reserve();
+    const std::vector<std::size_t> order = short_ones_first();
+    for (std::size_t net : order) route(net);
+    for (std::size_t net : order) route_again(net);
+    for (std::size_t net : order) finish(net);
+    set_bounds();
+    return std::move(drawing_);
+  }
+
+ private:
+  struct NetState {
+    bool named = false;
+    std::vector<Leg> legs;
+    JoinOrder order;
+    std::vector<std::size_t> leg_things;
+    std::vector<std::size_t> line_things;
+  };
+
+  void add_boxes() {
+    for (const Box& box : problem_.boxes) {
+      drawing_.corners.push_back(box.corner);
+      scene_.add({Kind::box, outline(box)});
+      for (const Rectangle& text : box.texts) scene_.add({Kind::text, moved(text, box.corner)});
+    }
+  }
+
+  /// Legs first, as they can't be anywhere else.
+  void reserve() {
+    const Scene boxes = scene_;
+    const bool all_fixed = std::all_of(problem_.boxes.begin(), problem_.boxes.end(), [](auto& it) { return it.fixed; });
+    for (std::size_t net = 0; net < nets_.size(); ++net) {
+      const Net& it = problem_.nets[net];
+      if (it.pins.size() < 2) continue;
+      nets_[net].named = stub_rule_(it);
+      if (!nets_[net].named) make_legs(net, boxes);
+      if (nets_[net].order.length > most_length && it.label.width > 0 && !all_fixed) nets_[net].named = true;
+      if (!nets_[net].named) add_legs(net);
+    }
+    for (std::size_t net = 0; net < nets_.size(); ++net) {
+      if (nets_[net].named) add_stubs(net);
+    }
+  }
+
+  void make_legs(std::size_t net, const Scene& boxes) {
+    for (PinRef pin : problem_.nets[net].pins) {
+      nets_[net].legs.push_back({place_of(problem_, pin), leg_end(problem_, boxes, pin), pin_of(problem_, pin).away});
+    }
+    nets_[net].order = join_order(nets_[net].legs);
+  }
+
+  void add_legs(std::size_t net) {
+    for (const Leg& leg : nets_[net].legs) {
+      nets_[net].leg_things.push_back(scene_.add({Kind::leg, spanned(leg.pin, leg.end), net, leg.away}));
+    }
+  }
+
+  void add_stubs(std::size_t net) {
+    for (PinRef pin : problem_.nets[net].pins) {
+      const Stub stub = place_stub(problem_, scene_, pin, problem_.nets[net].label);
+      scene_.add({Kind::line, spanned(stub.from, stub.end), net});
+      scene_.add({Kind::text, stub.label});
+      drawing_.routes[net].stubs.push_back(stub);
+    }
+  }
+
+  std::vector<std::size_t> short_ones_first() const {
+    std::vector<std::size_t> order;
+    for (std::size_t net = 0; net < nets_.size(); ++net) {
+      if (nets_[net].legs.size() > 1 && !nets_[net].named) order.push_back(net);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return nets_[a].order.length < nets_[b].order.length; });
+    return order;
+  }
+
+  void route(std::size_t net) {
+    auto branches = find_branches(scene_, net, nets_[net].legs, nets_[net].order, effort_);
+    if (!branches) return;
+    drawing_.routes[net].lines = *std::move(branches);
+    for (const auto& line : drawing_.routes[net].lines) {
+      for (std::size_t i = 1; i < line.size(); ++i) {
+        nets_[net].line_things.push_back(scene_.add({Kind::line, spanned(line[i - 1], line[i]), net}));
+      }
+    }
+  }
+
+  /// With all others in place: lines that came first make room, and what found no way may find one now.
+  void route_again(std::size_t net) {
+    for (std::size_t it : nets_[net].line_things) scene_.remove(it);
+    nets_[net].line_things.clear();
+    drawing_.routes[net].lines.clear();
+    route(net);
+  }
+
+  void finish(std::size_t net) {
+    Route& it = drawing_.routes[net];
+    it.dots = dots_of(it.lines);
+    if (!it.lines.empty()) return;
+    for (std::size_t leg : nets_[net].leg_things) scene_.remove(leg);
+    add_stubs(net);
+  }
+
+  void set_bounds() {
+    bool any = false;
+    const auto include = [&](const Rectangle& it) {
+      drawing_.bounds = any ? united(drawing_.bounds, it) : it;
+      any = true;
+    };
+    for (const Box& box : problem_.boxes) include(moved(extent(box), box.corner));
+    for (const Route& route : drawing_.routes) {
+      for (const Stub& stub : route.stubs) include(united(spanned(stub.from, stub.end), stub.label));
+      for (const auto& line : route.lines) {
+        for (const Point& it : line) include(spanned(it, it));
+      }
+    }
+  }
+
+  const Problem& problem_;
+  Drawing drawing_;
+  Scene scene_;
+  Effort effort_;
+  std::vector<NetState> nets_;
+  StubRule stub_rule_;
+};
+
+}  // namespace
+
+Drawing route_nets(const Problem& problem) {
+  const Problem input = tidy(problem);
+  return Router(input).run();
+}
+
+Drawing lay_out(Problem problem) {
+  place_boxes(problem);
+  return route_nets(problem);
+}
+
+}  // namespace kinemo::views::layout
