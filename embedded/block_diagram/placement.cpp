@@ -57,9 +57,15 @@ int rotation(const GTBlock& block) {
   return *text == u"270" ? 270 : 0;
 }
 
+bool mirrored(const GTBlock& block) {
+  const ustring* text = property(block, "Mirror");
+  return text && *text == u"on";
+}
+
 PortPlace portPlace(const GTBlock& block, const GTBounds& bounds, bool left, int index) {
   const int count = left ? block.getGrNumLeftConnectionPorts() : block.getGrNumRightConnectionPorts();
-  PortPlace place{left ? 0.0 : 1.0, share(index, count), left ? -1 : 1, 0};
+  const bool onLeft = left != mirrored(block);
+  PortPlace place{onLeft ? 0.0 : 1.0, share(index, count), onLeft ? -1 : 1, 0};
   for (int angle = 0; angle < rotation(block); angle += 90) place = turned(place);
   if (!block.usesPhysicalPortRotation()) (place.away_x != 0 ? place.y : place.x) = share(index, count);
   place.x = bounds.left + place.x * (bounds.right - bounds.left);

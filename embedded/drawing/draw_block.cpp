@@ -13,13 +13,14 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 constexpr char16_t no_border[] = u"KinemoBlockNoBorder";
 
-/// The icon in the bounds, turned with the block where its style says so.
+/// The icon in the bounds, mirrored and turned with the block where its style says so.
 void draw_graphics(cairo_t* context, VectorIcon& icon, const IconLook& look, const GTBlock& block, Size room) {
   const int angle = look.rotate ? block_diagram::rotation(block) : 0;
   const Size upright = angle % 180 == 0 ? room : Size{room.height, room.width};
   const SavedContext saved(context);
   cairo_translate(context, room.width / 2, room.height / 2);
   cairo_rotate(context, angle * pi / 180);
+  if (look.rotate && block_diagram::mirrored(block)) cairo_scale(context, -1, 1);
   cairo_translate(context, -upright.width / 2, -upright.height / 2);
   icon.draw(context, upright, look, look.port_color ? majority_color(block) : boost::none);
 }

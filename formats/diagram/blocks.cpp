@@ -114,6 +114,13 @@ bool read_rotation(const Scope& scope, GTBlock& block, const YamlNode& rotate) {
   return true;
 }
 
+bool read_mirror(const Scope& scope, GTBlock& block, const YamlNode& mirror) {
+  const auto on = expect_switch(scope, mirror, "'mirror'");
+  if (!on) return false;
+  host::setProperty(block, "Mirror", *on ? u"on" : u"off");
+  return true;
+}
+
 /// A name that the system doesn't have yet.
 bool is_free(const Scope& scope, const YamlNode& key) {
   const GTBlock* other = scope.system->find(kmf::utf8_string_to_ustring(key.text));
@@ -142,8 +149,10 @@ std::set<std::string> read_blocks(Reading& reading, const Scope& scope, const Ya
 bool read_place(const Scope& scope, GTBlock& block, const YamlNode& node) {
   const YamlNode* at = node.find("at");
   const YamlNode* rotate = node.find("rotate");
+  const YamlNode* mirror = node.find("mirror");
   const bool placed = at == nullptr || read_position(scope, block, *at);
-  return (rotate == nullptr || read_rotation(scope, block, *rotate)) && placed;
+  const bool turned = rotate == nullptr || read_rotation(scope, block, *rotate);
+  return (mirror == nullptr || read_mirror(scope, block, *mirror)) && placed && turned;
 }
 
 bool read_block(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {

@@ -61,7 +61,7 @@ bool read_block(Reading& reading, const Scope& scope, const YamlNode& key, const
 bool read_subsystem(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node);
 /// The choices of a variant block, in place of blocks and lines.
 void read_variant(Reading& reading, const PendingSystem& at, const YamlNode& variant);
-/// Position and rotation, kept as properties "Position" and "Rotation".
+/// Position, rotation and mirroring, kept as properties "Position", "Rotation" and "Mirror".
 bool read_place(const Scope& scope, GTBlock& block, const YamlNode& node);
 /// `broken` names blocks that already have faults: lines to them say nothing more.
 void read_lines(const Scope& scope, const YamlNode& lines, const std::set<std::string>& broken);

@@ -27,9 +27,10 @@ std::string place(const GTBlock& block, bool left, int index) {
 
 }  // namespace
 
-TEST(Placement, PortsTurnWithTheClock) {
+TEST(Placement, PortsAreMirroredAndTurnWithTheClock) {
   struct Case {
     const char16_t* rotation;
+    const char16_t* mirror;
     bool physical;
     const char* first;
     const char* second;
@@ -37,17 +38,21 @@ TEST(Placement, PortsTurnWithTheClock) {
   };
   // Two ports divide the left edge in quarters.
   const Case cases[] = {
-      {u"0", true, "10 40 left", "10 80 left", "50 60 right"},
-      {u"90", true, "40 20 up", "20 20 up", "30 100 down"},
-      {u"90", false, "20 20 up", "40 20 up", "30 100 down"},
-      {u"180", true, "50 80 right", "50 40 right", "10 60 left"},
-      {u"180", false, "50 40 right", "50 80 right", "10 60 left"},
-      {u"270", true, "20 100 down", "40 100 down", "30 20 up"},
-      {u"45", true, "10 40 left", "10 80 left", "50 60 right"},
+      {u"0", u"off", true, "10 40 left", "10 80 left", "50 60 right"},
+      {u"90", u"off", true, "40 20 up", "20 20 up", "30 100 down"},
+      {u"90", u"off", false, "20 20 up", "40 20 up", "30 100 down"},
+      {u"180", u"off", true, "50 80 right", "50 40 right", "10 60 left"},
+      {u"180", u"off", false, "50 40 right", "50 80 right", "10 60 left"},
+      {u"270", u"off", true, "20 100 down", "40 100 down", "30 20 up"},
+      {u"0", u"on", true, "50 40 right", "50 80 right", "10 60 left"},
+      {u"90", u"on", true, "40 100 down", "20 100 down", "30 20 up"},
+      {u"90", u"on", false, "20 100 down", "40 100 down", "30 20 up"},
+      {u"45", u"off", true, "10 40 left", "10 80 left", "50 60 right"},
   };
   for (const Case& row : cases) {
     Placed block(row.physical);
     setProperty(block, "Rotation", row.rotation);
+    setProperty(block, "Mirror", row.mirror);
     EXPECT_EQ(place(block, true, 0), row.first);
     EXPECT_EQ(place(block, true, 1), row.second);
     EXPECT_EQ(place(block, false, 0), row.right);
