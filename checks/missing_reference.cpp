@@ -89,6 +89,7 @@ void tell(const Island& island, const views::FlatNetwork& network, const CheckIn
   formats::Diagnostic& finding =
       findings.add(rule.severity, std::string(rule.id), views::place_of(path, &input.diagram, input.file), text);
   finding.notes.push_back({"in " + path, {}});
+  for (const std::string& block : blocks) finding.objects.push_back({input.diagram.name() + "/" + block, {}, false});
   finding.notes.push_back({"valid: a reference block of the domain, joined to one of its nets", {}});
 }
 

@@ -24,6 +24,7 @@ void tell(const FirstOfType& types, const CheckInput& input, const Rule& rule, f
   for (const auto& [type, port] : types) {
     const GTBlock& at = *port->getGrOwnerBlock();
     finding.notes.push_back({"in " + kmf::ustring_to_utf8_string(at.getFullPath(false)), block_place(at, input.file)});
+    finding.objects.push_back(object_of(*port, true));
   }
 }
 

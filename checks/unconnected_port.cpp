@@ -21,6 +21,7 @@ void tell(const gtPort& port, const CheckInput& input, const Rule& rule, formats
   formats::Diagnostic& finding =
       findings.add(rule.severity, std::string(rule.id), block_place(block, input.file), text);
   finding.notes.push_back({"in " + kmf::ustring_to_utf8_string(block.getFullPath(false)), {}});
+  finding.objects.push_back(object_of(port));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ Diagnostic& DiagnosticList::add(Severity severity, std::string rule, const Sourc
     ++m_errors;
   }
   return m_all.emplace_back(
-      Diagnostic{severity, std::move(rule), place.file, place.line, place.column, std::move(text), {}});
+      Diagnostic{severity, std::move(rule), place.file, place.line, place.column, std::move(text), {}, {}});
 }
 
 void DiagnosticList::sort() {

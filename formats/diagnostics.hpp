@@ -25,6 +25,13 @@ struct DiagnosticNote {
   SourcePlace place;  ///< without a line where the note has no place of its own
 };
 
+/// What a diagnostic is about in a diagram, so that a picture can point at it.
+struct DiagnosticObject {
+  std::string block;  ///< full path
+  std::string port;   ///< of the block; empty where the whole block is meant
+  bool net = false;   ///< the net of the port is meant, through all levels
+};
+
 struct Diagnostic {
   Severity severity = Severity::error;
   std::string rule;  ///< stable id, `area:name`
@@ -33,6 +40,7 @@ struct Diagnostic {
   std::size_t column = 0;
   std::string text;
   std::vector<DiagnosticNote> notes;
+  std::vector<DiagnosticObject> objects;
 };
 
 class DiagnosticList {

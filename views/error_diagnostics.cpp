@@ -91,6 +91,7 @@ class Adder {
 
   void add_objects(formats::Diagnostic& diagnostic, const kmf::ErrorData& error) {
     for (const std::string& object : error.objects) {
+      diagnostic.objects.push_back({object, {}, false});
       const std::string text = "in " + object;
       const bool told = std::any_of(diagnostic.notes.begin(), diagnostic.notes.end(),
                                     [&](const formats::DiagnosticNote& note) { return note.text == text; });

@@ -1,10 +1,10 @@
 #include "views/explain.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
-#include "embedded/block_diagram/paths.hpp"
 #include "formats/names.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
+#include "views/find_block.hpp"
 #include "views/graph_access.hpp"
 #include "views/json_writer.hpp"
 #include "views/parameter_text.hpp"
@@ -16,43 +16,6 @@ namespace kinemo::views {
 namespace {
 
 namespace host = embedded::block_diagram;
-
-const GTBlock* find_block(const host::Diagram& diagram, const std::string& path) {
-  return diagram.findBlock(kmf::utf8_string_to_ustring(path));
-}
-
-/// The path without the model's name in front, unless it leads to a block as it stands.
-std::string inner_path(const host::Diagram& diagram, const std::string& path) {
-  const std::string head = diagram.name() + "/";
-  if (path.compare(0, head.size(), head) != 0 || find_block(diagram, path) != nullptr) return path;
-  const std::string inner = path.substr(head.size());
-  return find_block(diagram, inner) != nullptr || find_block(diagram, diagram.name()) == nullptr ? inner : path;
-}
-
-std::string in_path(const ustring& name) {
-  return kmf::ustring_to_utf8_string(host::escapedName(name));
-}
-
-/// The innermost system of the path that there is, and the first name that it lacks.
-void tell_unknown_block(const host::Diagram& diagram, const std::string& path, const formats::SourcePlace& place,
-                        formats::DiagnosticList& list) {
-  const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
-  const host::System* system = &diagram.root();
-  auto name = names.begin();
-  for (; name + 1 != names.end(); ++name) {
-    const GTBlock* block = system->find(*name);
-    if (block == nullptr || host::contents(*block) == nullptr) break;
-    system = host::contents(*block);
-  }
-  std::vector<std::string> known;
-  for (const GTBlock* block : system->blocks()) known.push_back(in_path(block->getGrName()));
-  std::string missing = in_path(*name);
-  while (++name != names.end()) missing += "/" + in_path(*name);
-  list.error("explain:unknown-block", place,
-             "'" + kmf::ustring_to_utf8_string(system->path()) + "' has no block '" + missing + "'" +
-                 formats::did_you_mean(missing, known))
-      .notes.push_back({"valid: " + formats::list_names(known), {}});
-}
 
 std::vector<std::string> parameters_of(const GTBlock& block) {
   std::vector<std::string> names;
@@ -191,10 +154,10 @@ boost::optional<Explanation> explain(const gl::core::Model& model, host::Diagram
                                      const std::string& parameter, const std::string& file,
                                      formats::DiagnosticList& list) {
   const formats::SourcePlace place{file, 0, 0};
-  const std::string path = inner_path(diagram, block);
-  const GTBlock* found = find_block(diagram, path);
+  UnknownName unknown;
+  const GTBlock* found = find_block(diagram, block, unknown);
   if (found == nullptr) {
-    tell_unknown_block(diagram, path, place, list);
+    list.error("explain:unknown-block", place, unknown.text).notes.push_back({"valid: " + unknown.valid, {}});
     return boost::none;
   }
   Explanation explanation;

@@ -1,9 +1,11 @@
 #include "apps/kinemo/commands.hpp"
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/output.hpp"
+#include "apps/kinemo/pictures.hpp"
 #include "apps/kinemo/session.hpp"
 #include "checks/check.hpp"
 #include "views/diagnostics_view.hpp"
+#include "views/picture/finding_marks.hpp"
 
 #include <unistd.h>
 
@@ -43,9 +45,9 @@ std::string counted(std::size_t number, const char* noun) {
   return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
-formats::DiagnosticList find_all(Session& session) {
+formats::DiagnosticList find_all(Session& session, embedded::block_diagram::Diagram*& diagram) {
   formats::DiagnosticList list;
-  embedded::block_diagram::Diagram* diagram = session.read(list);
+  diagram = session.read(list);
   if (diagram != nullptr) {
     const boost::optional<CompiledModel> compiled = session.compile(*diagram, list);
     checks::run_rules({*diagram, compiled ? &compiled->model : nullptr, session.model_file()}, list);
@@ -55,14 +57,26 @@ formats::DiagnosticList find_all(Session& session) {
   return list;
 }
 
+void draw_findings(Session& session, embedded::block_diagram::Diagram* diagram, const formats::DiagnosticList& list) {
+  const std::string& file = session.options().picture;
+  if (file.empty()) return;
+  if (diagram == nullptr) {
+    session.console().info("there is no picture, as the model can't be read");
+    return;
+  }
+  write_picture(session, *diagram, views::picture::picture_of_findings(*diagram, list, *picture_format(file)), file);
+}
+
 }  // namespace
 
 int run_check(Session& session) {
   if (session.options().list_rules) return list_rules(session);
-  const formats::DiagnosticList list = find_all(session);
+  embedded::block_diagram::Diagram* diagram = nullptr;
+  const formats::DiagnosticList list = find_all(session, diagram);
   Output output(session.options().output);
   write_findings(session, output.stream(), list);
   output.commit();
+  draw_findings(session, diagram, list);
   const std::size_t warnings = views::count(list, formats::Severity::warning);
   session.console().info(session.model_file() + ": " + counted(list.error_count(), "error") + ", " +
                          counted(warnings, "warning"));

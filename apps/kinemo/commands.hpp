@@ -11,5 +11,6 @@ int run_nets(Session& session);
 int run_blocks(Session& session);
 int run_export(Session& session);
 int run_explain(Session& session);
+int run_render(Session& session);
 
 }  // namespace kinemo::app

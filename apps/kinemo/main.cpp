@@ -31,6 +31,8 @@ int run_command(const Options& options, Console& console) {
       return run_export(session);
     case Command::explain:
       return run_explain(session);
+    case Command::render:
+      return run_render(session);
   }
   return exit_code::internal;
 }

@@ -2,6 +2,7 @@
 
 #include "apps/kinemo/definitions.hpp"
 #include "apps/kinemo/exit_codes.hpp"
+#include "apps/kinemo/pictures.hpp"
 #include "formats/names.hpp"
 
 #include <CLI/CLI.hpp>
@@ -13,7 +14,7 @@ namespace kinemo::app {
 
 namespace {
 
-const std::vector<std::string> command_names{"compile", "check", "nets", "blocks", "explain", "export"};
+const std::vector<std::string> command_names{"compile", "check", "nets", "blocks", "explain", "export", "render"};
 
 constexpr const char* main_footer = R"(
 Models are diagrams (.yaml, .yml, .json) and SPICE netlists (.cir, .sp, .spice, .net, .ckt, .cdl); '-' is standard input.
@@ -24,6 +25,7 @@ Examples:
   kinemo compile examples/rc_lowpass.yaml
   kinemo check --format sarif motor_drive.yaml > findings.sarif
   kinemo nets amplifier.cir --format json
+  kinemo render amplifier.cir -o amplifier.pdf
   kinemo export rc_lowpass.yaml --to spice -o rc_lowpass.cir
   kinemo blocks physical/resistor)";
 
@@ -76,6 +78,12 @@ void add_output(CLI::App& app, Options& options) {
       ->type_name("FILE");
 }
 
+/// Empty, or why no picture can have that name.
+std::string picture_fault(const std::string& file) {
+  return picture_format(file) ? std::string()
+                              : "'" + file + "' tells no kind of picture; valid endings are .svg, .png and .pdf";
+}
+
 CLI::App* add_command(CLI::App& app, Options& options, Command command, const std::string& name,
                       const std::string& text, const std::string& footer) {
   CLI::App* sub = app.add_subcommand(name, text);
@@ -106,6 +114,13 @@ void add_check(CLI::App& app, Options& options) {
                                 "  kinemo check --list-rules");
   add_model(*check, options, false);
   add_format(*check, options, {"text", "json", "sarif"}, "How to show what is found");
+  check
+      ->add_option(
+          "--picture", options.picture,
+          "Draw the systems where something is found, with blocks, ports and nets outlined; only PDF takes more "
+          "than the topmost of them")
+      ->type_name("FILE.svg|png|pdf")
+      ->check(CLI::Validator(picture_fault, ""));
   check->add_flag("--list-rules", options.list_rules, "Say which rules there are");
   check->add_flag("--warnings-as-errors", options.warnings_as_errors, "Exit with 1 for a warning, too");
   add_output(*check, options);
@@ -166,6 +181,24 @@ void add_export(CLI::App& app, Options& options) {
   add_common_options(*command, options);
 }
 
+void add_render(CLI::App& app, Options& options) {
+  CLI::App* command = add_command(
+      app, options, Command::render, "render",
+      "Draw a model: blocks with their icons, and the lines between them. What the model gives no positions "
+      "for is laid out",
+      "\nExamples:\n  kinemo render rc_lowpass.yaml -o rc_lowpass.svg\n"
+      "  kinemo render rc_lowpass.yaml --system Filter --net Filter/R1.p -o filter.png\n"
+      "  kinemo render amplifier.cir -o amplifier.pdf     all systems, one on each page");
+  add_model(*command, options, true);
+  command->add_option("--system", options.system,
+                      "Path of the subsystem to draw; by default the top of the model, and for PDF all systems");
+  command->add_option("--net", options.net,
+                      "Highlight a net through all levels: a port such as Filter/R1.p, or the name of a line");
+  add_format(*command, options, {"svg", "png", "pdf"}, "The kind of picture, where the name of the file doesn't tell");
+  add_output(*command, options);
+  add_common_options(*command, options);
+}
+
 void add_commands(CLI::App& app, Options& options) {
   add_compile(app, options);
   add_check(app, options);
@@ -173,6 +206,7 @@ void add_commands(CLI::App& app, Options& options) {
   add_blocks(app, options);
   add_explain(app, options);
   add_export(app, options);
+  add_render(app, options);
 }
 
 /// The word where a command should stand.
@@ -202,6 +236,12 @@ std::string usage_message(const CLI::ParseError& error, int argc, const char* co
 std::string incomplete(const Options& options) {
   if (options.command == Command::check && !options.list_rules && options.model.empty()) {
     return "kinemo: error: MODEL is required\nTry 'kinemo check --help'.\n";
+  }
+  if (options.command == Command::render && options.format.empty()) {
+    if (const std::string fault = picture_fault(options.output); !fault.empty()) {
+      return "kinemo: error: " + (options.output.empty() ? "-o FILE.svg, .png or .pdf is required" : fault) +
+             "\nTry 'kinemo render --help'.\n";
+    }
   }
   for (const std::string& definition : options.definitions) {
     if (const std::string fault = definition_fault(definition); !fault.empty()) {

@@ -7,7 +7,7 @@
 
 namespace kinemo::app {
 
-enum class Command { compile, check, nets, blocks, explain, export_model };
+enum class Command { compile, check, nets, blocks, explain, export_model, render };
 enum class When { automatic, always, never };
 
 struct Options {
@@ -20,6 +20,9 @@ struct Options {
   std::string output;                    ///< a file; "-" or empty for standard output
   std::string block;                     ///< of `blocks` and `explain`
   std::string parameter;                 ///< of `explain`
+  std::string system;                    ///< of `render`: path of a subsystem
+  std::string net;                       ///< of `render`: a port, or the name of a line
+  std::string picture;                   ///< of `check`: a file for the picture of what is found
   bool list_rules = false;
   bool warnings_as_errors = false;
 

@@ -36,14 +36,6 @@ bool names_standard_module(const std::string& file) {
   return std::filesystem::path(file).filename() == standard_module;
 }
 
-void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file,
-                  formats::DiagnosticList& list) {
-  for (const kmf::Message& warning : capture.warnings()) {
-    const kmf::MessageId& id = warning.identifier();
-    list.warning(id.group + ":" + id.id, {file, 0, 0}, warning.text());
-  }
-}
-
 /// The first model among what the domains made. A diagram of several domains has more, which no view shows yet.
 boost::optional<CompiledModel> pick_model(const DACompileResult& result, const std::string& file,
                                           formats::DiagnosticList& list) {
@@ -95,12 +87,19 @@ std::string Session::model_file() const {
   return options_.model == "-" ? "<stdin>" : options_.model;
 }
 
+void Session::add_warnings(const kmf::embedded::WarningCapture& capture, formats::DiagnosticList& list) const {
+  for (const kmf::Message& warning : capture.warnings()) {
+    const kmf::MessageId& id = warning.identifier();
+    list.warning(id.group + ":" + id.id, {model_file(), 0, 0}, warning.text());
+  }
+}
+
 embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
   console_.progress("reading", 0, 0);
   kmf::embedded::WarningCapture warnings;
   embedded::block_diagram::Diagram* diagram = read_model(options_, model_file(), console_, list);
   if (diagram != nullptr) define_variables(options_.definitions, *diagram, list);
-  add_warnings(warnings, model_file(), list);
+  add_warnings(warnings, list);
   console_.end_stage("read");
   return list.has_errors() ? nullptr : diagram;
 }
@@ -123,7 +122,7 @@ boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram
   } catch (const kmf::Exception& error) {
     views::add_error(error, &diagram, model_file(), list);
   }
-  add_warnings(warnings, model_file(), list);
+  add_warnings(warnings, list);
   console_.end_stage("compile");
   return model;
 }

@@ -14,6 +14,9 @@
 namespace embedded::block_diagram {
 class Diagram;
 }
+namespace kmf::embedded {
+class WarningCapture;
+}
 
 namespace kinemo::app {
 
@@ -37,6 +40,8 @@ class Session {
   embedded::block_diagram::Diagram* read(formats::DiagnosticList& list);
   /// Compiles; none where it has errors, which are in the list then. Warnings of the compile are in it, too.
   boost::optional<CompiledModel> compile(embedded::block_diagram::Diagram& diagram, formats::DiagnosticList& list);
+  /// Warnings of the host as those of the model's file.
+  void add_warnings(const kmf::embedded::WarningCapture& capture, formats::DiagnosticList& list) const;
   /// Both, with everything that is to be said told on standard error.
   boost::optional<CompiledModel> read_and_compile(embedded::block_diagram::Diagram*& diagram);
 

@@ -17,7 +17,8 @@ class TrueColor {
   explicit TrueColor(const cvArray_tag* image)
       : image_(image), rows_(cvGetDimensions(image)[0]), columns_(cvGetDimensions(image)[1]) {
     const cvClassID class_id = cvGetClassID(image);
-    factor_ = class_id == cvDOUBLE_CLASS || class_id == cvSINGLE_CLASS ? 255 : 1;
+    const bool whole = class_id != cvDOUBLE_CLASS && class_id != cvSINGLE_CLASS && class_id != cvLOGICAL_CLASS;
+    factor_ = whole ? 1 : 255;
     step_ = (std::max(rows_, columns_) + longest_side - 1) / longest_side;
   }
 
@@ -44,7 +45,7 @@ class TrueColor {
 
 bool is_true_color(const cvArray_tag* image) {
   const auto& dimensions = cvGetDimensions(image);
-  return cvIsNumeric(image) && dimensions.size() == 3 && dimensions[2] == 3 && !cvIsEmpty(image);
+  return (cvIsNumeric(image) || cvIsLogical(image)) && dimensions.size() == 3 && dimensions[2] == 3 && !cvIsEmpty(image);
 }
 
 }  // namespace

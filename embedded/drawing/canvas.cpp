@@ -19,6 +19,7 @@ namespace {
 
 constexpr double pi = 3.14159265358979323846;
 constexpr GTColor black{0.0, 0.0, 0.0, -1, 0};
+constexpr GTColor white{1.0, 1.0, 1.0, -1, 0};
 
 /// What a window keeps between its operations.
 struct Pen {
@@ -125,11 +126,15 @@ void Canvas::drawFrame(const GTBounds& bounds) {
   cairo_stroke(context());
 }
 
-void Canvas::frameAndFill(const GTBlock&, const GTBounds& bounds) {
+void Canvas::fill(const GTBounds& bounds, const GTColor& color) {
   const Size size = size_of(bounds);
-  cairo_set_source_rgb(context(), 1, 1, 1);
+  set_color(context(), color);
   cairo_rectangle(context(), bounds.left, bounds.top, size.width, size.height);
   cairo_fill(context());
+}
+
+void Canvas::frameAndFill(const GTBlock&, const GTBounds& bounds) {
+  fill(bounds, white);
   drawFrame(bounds);
 }
 
@@ -168,6 +173,11 @@ void Canvas::drawString(const ustring& text) {
   parts_->text->draw(text, pen.at, pen.horizontal, pen.vertical);
 }
 
+void Canvas::drawText(const ustring& text, Point at, int horizontal, int vertical, const GTColor& color, double share) {
+  set_color(context(), color);
+  parts_->text->draw(text, at, horizontal, vertical, share);
+}
+
 void Canvas::drawPortLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label) {
   constexpr double distance = 3;
   constexpr double size = 0.7;
@@ -198,6 +208,7 @@ void Canvas::drawImage(const GTBlock& block, const cvArray_tag* image, const GTB
   const SavedContext saved(context());
   cairo_translate(context(), x + seen.width * factor / 2, y + seen.height * factor / 2);
   cairo_rotate(context(), angle * pi / 180);
+  if (rotate && block_diagram::mirrored(block)) cairo_scale(context(), -1, 1);
   cairo_scale(context(), factor, factor);
   cairo_set_source_surface(context(), bitmap.get(), -pixels.width / 2, -pixels.height / 2);
   cairo_pattern_set_filter(cairo_get_source(context()), factor > 1 ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);

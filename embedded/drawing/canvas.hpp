@@ -45,6 +45,10 @@ class Canvas final : public GTWindow {
   void drawLine(const std::vector<Point>& points, const GTColor& color, double width = 1);
   /// A filled circle, such as where lines meet.
   void drawDot(Point center, const GTColor& color, double radius);
+  void fill(const GTBounds& bounds, const GTColor& color);
+  /// One line of text whose point by the alignments of the platform's window stands at `at`. `share` is that of the
+  /// font's size.
+  void drawText(const ustring& text, Point at, int horizontal, int vertical, const GTColor& color, double share = 1);
   /// The line around a block.
   void drawFrame(const GTBounds& bounds);
   /// Runs `draw` with the origin at a point and with position, colour and alignment as on a new canvas.

@@ -73,10 +73,21 @@ void TextWriter::setSize(double size) {
   size_ = size;
 }
 
-void TextWriter::draw(const ustring& text, Point at, int horizontal, int vertical, double size) {
+void TextWriter::setText(const ustring& text, double size) {
   setSize(size);
   const std::string utf8 = kmf::ustring_to_utf8_string(text);
   pango_layout_set_text(layout_.get(), utf8.data(), static_cast<int>(utf8.size()));
+}
+
+Size TextWriter::measure(const ustring& text, double size) {
+  setText(text, size);
+  PangoRectangle extents;
+  pango_layout_get_extents(layout_.get(), nullptr, &extents);
+  return {units(extents.width), units(extents.height)};
+}
+
+void TextWriter::draw(const ustring& text, Point at, int horizontal, int vertical, double size) {
+  setText(text, size);
   pango_cairo_update_layout(context_, layout_.get());
   PangoRectangle extents;
   pango_layout_get_extents(layout_.get(), nullptr, &extents);

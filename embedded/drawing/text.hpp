@@ -15,11 +15,14 @@ class TextWriter {
   explicit TextWriter(cairo_t* context);
 
   int lineSpacing() const { return line_spacing_; }
-  /// One line whose point by the alignments (of the platform's window) stands at `at`. `size` is a share of the font's.
+  /// Width and height of one line. `size` is a share of the font's.
+  Size measure(const ustring& text, double size = 1);
+  /// One line whose point by the alignments (of the platform's window) stands at `at`. `size` as above.
   void draw(const ustring& text, Point at, int horizontal, int vertical, double size = 1);
 
  private:
   void setSize(double size);
+  void setText(const ustring& text, double size);
 
   cairo_t* context_;
   ObjectPointer<PangoLayout> layout_;

@@ -3,10 +3,11 @@
 // What a block draws itself on.
 //
 // Glossary
-//   window          a surface of the host, with a position, a foreground colour and a text alignment; lent for one
-//   drawing bounds          the rectangle of a block in a window: x grows to the right, y downward, both in units of
-//   the diagram line spacing    distance of two lines of text, in the same units foreground      colour in which lines
-//   and texts are drawn frame           the line around a block
+//   window          a surface of the host, with a position, a foreground colour and a text alignment; lent for one drawing
+//   bounds          the rectangle of a block in a window: x grows to the right, y downward, both in units of the diagram
+//   line spacing    distance of two lines of text, in the same units
+//   foreground      colour in which lines and texts are drawn
+//   frame           the line around a block
 //
 // An implementation provides every operation declared here, and the drawing operations of `GTBlock`.
 

@@ -1,0 +1,124 @@
+#include "views/find_block.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "embedded/block_diagram/paths.hpp"
+#include "formats/names.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/block_ports.hpp"
+
+#include <vector>
+
+namespace kinemo::views {
+
+namespace host = embedded::block_diagram;
+
+namespace {
+
+const GTBlock* block_at(const host::Diagram& diagram, const std::string& path) {
+  return diagram.findBlock(kmf::utf8_string_to_ustring(path));
+}
+
+std::string in_path(const ustring& name) {
+  return kmf::ustring_to_utf8_string(host::escapedName(name));
+}
+
+/// The innermost system of the path that there is, and the first name that it lacks.
+UnknownName unknown_block(const host::Diagram& diagram, const std::string& path) {
+  const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
+  const host::System* system = &diagram.root();
+  auto name = names.begin();
+  for (; name + 1 != names.end(); ++name) {
+    const GTBlock* block = system->find(*name);
+    if (block == nullptr || host::contents(*block) == nullptr) break;
+    system = host::contents(*block);
+  }
+  std::vector<std::string> known;
+  for (const GTBlock* block : system->blocks()) known.push_back(in_path(block->getGrName()));
+  std::string missing = in_path(*name);
+  while (++name != names.end()) missing += "/" + in_path(*name);
+  return {"'" + kmf::ustring_to_utf8_string(system->path()) + "' has no block '" + missing + "'" +
+              formats::did_you_mean(missing, known),
+          formats::list_names(known)};
+}
+
+/// The first port of a line of that name in the system.
+gtPort* find_line(const host::System& system, const ustring& name) {
+  for (const auto& line : system.lines()) {
+    if (line->name == name && !line->ports.empty()) return line->ports.front();
+  }
+  return nullptr;
+}
+
+gtPort* find_named_line(host::Diagram& diagram, const std::string& path) {
+  std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
+  const ustring line = names.back();
+  names.pop_back();
+  host::System* system = &diagram.root();
+  for (const ustring& name : names) {
+    const GTBlock* block = system->find(name);
+    system = block != nullptr ? host::contents(*block) : nullptr;
+    if (system == nullptr) return nullptr;
+  }
+  return find_line(*system, line);
+}
+
+/// The port of a text "path.port". Names may hold dots, so every dot is tried, the last one first; `block` becomes the
+/// last block that was found in front of one, and `port` what stands behind it.
+gtPort* find_port_of(const host::Diagram& diagram, const std::string& text, const GTBlock*& block, std::string& port) {
+  for (std::size_t dot = text.rfind('.'); dot != std::string::npos && dot != 0; dot = text.rfind('.', dot - 1)) {
+    const GTBlock* candidate = block_at(diagram, text.substr(0, dot));
+    if (candidate == nullptr) continue;
+    block = candidate;
+    port = text.substr(dot + 1);
+    if (gtPort* found = find_port(*block, port)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string inner_path(const host::Diagram& diagram, const std::string& path) {
+  const std::string head = diagram.name() + "/";
+  if (path.compare(0, head.size(), head) != 0 || block_at(diagram, path) != nullptr) return path;
+  const std::string inner = path.substr(head.size());
+  return block_at(diagram, inner) != nullptr || block_at(diagram, diagram.name()) == nullptr ? inner : path;
+}
+
+const GTBlock* find_block(const host::Diagram& diagram, const std::string& path, UnknownName& unknown) {
+  const std::string inner = inner_path(diagram, path);
+  const GTBlock* block = block_at(diagram, inner);
+  if (block == nullptr) unknown = unknown_block(diagram, inner);
+  return block;
+}
+
+host::System* find_system(host::Diagram& diagram, const std::string& path, UnknownName& unknown) {
+  if (path.empty()) return &diagram.root();
+  if (path == diagram.name() && block_at(diagram, path) == nullptr) return &diagram.root();
+  const GTBlock* block = find_block(diagram, path, unknown);
+  if (block == nullptr) return nullptr;
+  host::System* system = host::contents(*block);
+  if (system == nullptr) unknown = {"the block '" + relative_path(*block) + "' has nothing inside", "a subsystem"};
+  return system;
+}
+
+gtPort* find_net(host::Diagram& diagram, const std::string& name, UnknownName& unknown) {
+  const std::string head = diagram.name() + "/";
+  const std::string inner = name.compare(0, head.size(), head) == 0 ? name.substr(head.size()) : name;
+  const GTBlock* block = nullptr;
+  std::string port;
+  for (const std::string& text : {name, inner}) {
+    if (gtPort* found = find_port_of(diagram, text, block, port)) return found;
+    if (gtPort* found = find_named_line(diagram, text)) return found;
+  }
+  if (block != nullptr) {
+    unknown = {"the block '" + relative_path(*block) + "' has " + describe_unknown_port(*block, port),
+               formats::list_names(port_names(*block))};
+  } else if (inner.find('.') != std::string::npos) {
+    unknown = unknown_block(diagram, inner.substr(0, inner.rfind('.')));
+  } else {
+    unknown = {"no line is called '" + inner + "'", "a port such as Filter/R1.p, or the name of a line"};
+  }
+  return nullptr;
+}
+
+}  // namespace kinemo::views

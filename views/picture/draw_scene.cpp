@@ -1,0 +1,148 @@
+#include "views/picture/draw_scene.hpp"
+
+#include "embedded/drawing/draw_block.hpp"
+
+#include <cmath>
+
+namespace kinemo::views::picture {
+
+namespace drawing = embedded::drawing;
+
+namespace {
+
+constexpr GTColor black{0, 0, 0, -1, 0};
+constexpr GTColor faint{0.35, 0.35, 0.35, -1, 0};
+constexpr GTColor subsystem_fill{0.93, 0.95, 0.98, -1, 0};
+constexpr double line_width = 1.2;
+constexpr double mark_width = 8;
+constexpr double dot_radius = 2.8;
+constexpr double port_mark_radius = 6;
+
+using Points = std::vector<drawing::Point>;
+
+drawing::Point at(layout::Point point) {
+  return {point.x, point.y};
+}
+
+Points points_of(const std::vector<layout::Point>& line) {
+  Points points;
+  for (const layout::Point& point : line) points.push_back(at(point));
+  return points;
+}
+
+Points rectangle(layout::Point corner, layout::Size size, double wider) {
+  const double left = corner.x - wider;
+  const double top = corner.y - wider;
+  const double right = corner.x + size.width + wider;
+  const double bottom = corner.y + size.height + wider;
+  return {{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}};
+}
+
+Points circle(layout::Point center, double radius) {
+  constexpr int corners = 24;
+  Points points;
+  for (int i = 0; i <= corners; ++i) {
+    const double angle = 2 * 3.14159265358979323846 * i / corners;
+    points.push_back({center.x + radius * std::cos(angle), center.y + radius * std::sin(angle)});
+  }
+  return points;
+}
+
+class Painter {
+ public:
+  Painter(drawing::Canvas& canvas, const Scene& scene, const Marks& marks)
+      : canvas_(canvas), scene_(scene), marks_(marks) {}
+
+  void paint() {
+    for (std::size_t i = 0; i < scene_.nets.size(); ++i) underline(i);
+    for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_net(i);
+    for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_shape(i);
+    for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_marks(i);
+  }
+
+ private:
+  void underline(std::size_t i) {
+    if (marks_.nets.count(scene_.nets[i].ports) == 0) return;
+    const layout::Route& route = scene_.drawing.routes[i];
+    for (const auto& line : route.lines) canvas_.drawLine(points_of(line), marks_.light, mark_width);
+    for (const layout::Stub& stub : route.stubs) {
+      canvas_.drawLine({at(stub.from), at(stub.end)}, marks_.light, mark_width);
+      const layout::Rectangle& label = stub.label;
+      canvas_.drawLine({{label.x, label.y + label.height / 2}, {label.x + label.width, label.y + label.height / 2}},
+                       marks_.light, label.height);
+    }
+  }
+
+  void draw_net(std::size_t i) {
+    const SceneNet& net = scene_.nets[i];
+    const layout::Route& route = scene_.drawing.routes[i];
+    const double width = marks_.nets.count(net.ports) != 0 ? 2 * line_width : line_width;
+    for (const auto& line : route.lines) canvas_.drawLine(points_of(line), net.color, width);
+    for (const layout::Point& dot : route.dots) canvas_.drawDot(at(dot), net.color, dot_radius);
+    for (const layout::Stub& stub : route.stubs) {
+      canvas_.drawLine({at(stub.from), at(stub.end)}, net.color, width);
+      const layout::Rectangle& label = stub.label;
+      canvas_.drawText(net.name, {label.x + label.width / 2, label.y + label.height / 2}, GT_ALIGN_CENTER,
+                       GT_ALIGN_MIDDLE, net.color, stub_share);
+    }
+  }
+
+  void draw_shape(std::size_t i) {
+    const BlockShape& shape = scene_.shapes[i];
+    const layout::Point corner = scene_.drawing.corners[i];
+    if (host::isIoPort(*shape.block)) {
+      draw_io_port(shape, corner);
+    } else {
+      draw_block(shape, corner);
+    }
+    for (const Caption& caption : shape.captions) {
+      canvas_.drawText(caption.text, {corner.x + caption.at.x, corner.y + caption.at.y}, caption.horizontal,
+                       caption.vertical, caption.faint ? faint : black, caption.share);
+    }
+  }
+
+  void draw_block(const BlockShape& shape, layout::Point corner) {
+    const auto whole = [](double value) { return static_cast<int>(std::lround(value)); };
+    const GTBounds bounds{whole(corner.x), whole(corner.y), whole(corner.x + shape.box.size.width),
+                          whole(corner.y + shape.box.size.height)};
+    drawing::draw_block(canvas_, *shape.block, bounds);
+  }
+
+  /// A box with a point where its port is.
+  void draw_io_port(const BlockShape& shape, layout::Point corner) {
+    const layout::Size size = shape.box.size;
+    const double middle = corner.y + size.height / 2;
+    const double bottom = corner.y + size.height;
+    const bool right = points_right(*shape.block);
+    const double back = right ? corner.x : corner.x + size.width;
+    const double tip = right ? corner.x + size.width : corner.x;
+    const double shoulder = right ? tip - size.height / 2 : tip + size.height / 2;
+    canvas_.drawLine(
+        {{back, corner.y}, {shoulder, corner.y}, {tip, middle}, {shoulder, bottom}, {back, bottom}, {back, corner.y}},
+        black, 1);
+  }
+
+  void draw_marks(std::size_t i) {
+    const BlockShape& shape = scene_.shapes[i];
+    const layout::Point corner = scene_.drawing.corners[i];
+    if (marks_.blocks.count(shape.block) != 0) canvas_.drawLine(rectangle(corner, shape.box.size, 5), marks_.color, 2);
+    for (std::size_t k = 0; k < shape.ports.size(); ++k) {
+      if (marks_.ports.count(shape.ports[k]) == 0) continue;
+      const layout::Point pin = shape.box.pins[k].at;
+      canvas_.drawLine(circle({corner.x + pin.x, corner.y + pin.y}, port_mark_radius), marks_.color, 1.5);
+    }
+  }
+
+  drawing::Canvas& canvas_;
+  const Scene& scene_;
+  const Marks& marks_;
+};
+
+}  // namespace
+
+void draw_scene(drawing::Canvas& canvas, const Scene& scene, const Marks& marks, drawing::Point corner) {
+  const layout::Rectangle& bounds = scene.drawing.bounds;
+  canvas.drawAt({corner.x - bounds.x, corner.y - bounds.y}, [&] { Painter(canvas, scene, marks).paint(); });
+}
+
+}  // namespace kinemo::views::picture

@@ -1,0 +1,89 @@
+#include "views/picture/picture.hpp"
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "views/picture/draw_scene.hpp"
+#include "views/picture/scene.hpp"
+
+#include <algorithm>
+
+namespace kinemo::views::picture {
+
+namespace drawing = embedded::drawing;
+
+namespace {
+
+constexpr GTColor black{0, 0, 0, -1, 0};
+constexpr double margin = 20;
+constexpr double title_height = 30;
+constexpr double smallest_page = 40;
+
+/// Below what the formats take, and in what viewers show.
+double longest_side(drawing::Format format) {
+  switch (format) {
+    case drawing::Format::Png:
+      return 16000;
+    case drawing::Format::Pdf:
+      return 14400;
+    default:
+      return 900'000;
+  }
+}
+
+class Pages {
+ public:
+  Pages(host::Diagram& diagram, const PictureRequest& request) : request_(request), types_(diagram) {
+    for (host::System* system : request.systems) scenes_.push_back(make_scene(*system, shapes_, types_));
+  }
+
+  std::string draw() {
+    drawing::Canvas canvas(request_.format, page_size(scenes_.front()), scale());
+    for (const Scene& scene : scenes_) {
+      if (&scene != &scenes_.front()) canvas.nextPage(page_size(scene));
+      draw_page(canvas, scene);
+    }
+    return canvas.finish();
+  }
+
+ private:
+  double top() const { return margin + (request_.titles ? title_height : 0); }
+
+  ustring title(const Scene& scene) const { return scene.system->path(); }
+
+  drawing::Size page_size(const Scene& scene) {
+    const layout::Rectangle& bounds = scene.drawing.bounds;
+    const double title_width = request_.titles ? shapes_.label_size(title(scene)).width / stub_share : 0;
+    return {std::max({bounds.width, title_width, smallest_page}) + 2 * margin,
+            std::max(bounds.height, smallest_page) + top() + margin};
+  }
+
+  /// The same for all pages.
+  double scale() {
+    double longest = 1;
+    for (const Scene& scene : scenes_) {
+      const drawing::Size size = page_size(scene);
+      longest = std::max({longest, size.width, size.height});
+    }
+    const double wanted = request_.format == drawing::Format::Png ? 2 : 1;
+    return std::min(wanted, longest_side(request_.format) / longest);
+  }
+
+  void draw_page(drawing::Canvas& canvas, const Scene& scene) {
+    if (request_.titles) {
+      canvas.drawText(title(scene), {margin, margin}, GT_ALIGN_LEFT, GT_ALIGN_TOP, black);
+    }
+    draw_scene(canvas, scene, request_.marks, {margin, top()});
+  }
+
+  const PictureRequest& request_;
+  NetTypes types_;
+  ShapeMaker shapes_;
+  std::vector<Scene> scenes_;
+};
+
+}  // namespace
+
+std::string make_picture(host::Diagram& diagram, const PictureRequest& request) {
+  return Pages(diagram, request).draw();
+}
+
+}  // namespace kinemo::views::picture

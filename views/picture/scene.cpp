@@ -1,0 +1,99 @@
+#include "views/picture/scene.hpp"
+
+#include "embedded/drawing/icon_look.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/block_ports.hpp"
+#include "views/picture/io_places.hpp"
+#include "views/picture/value_text.hpp"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace kinemo::views::picture {
+
+namespace {
+
+constexpr std::size_t longest_label = 16;
+
+using PinOfPort = std::unordered_map<const gtPort*, layout::PinRef>;
+using NetNames = std::unordered_map<const std::vector<gtPort*>*, ustring>;
+
+PinOfPort pins_of(const std::vector<BlockShape>& shapes) {
+  PinOfPort pins;
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    for (std::size_t k = 0; k < shapes[i].ports.size(); ++k) pins[shapes[i].ports[k]] = {i, k};
+  }
+  return pins;
+}
+
+/// By the first named line of each.
+NetNames named_nets(const host::System& system) {
+  NetNames names;
+  for (const auto& line : system.lines()) {
+    if (!line->name.empty() && !line->ports.empty()) names.emplace(&host::netOf(*line->ports.front()), line->name);
+  }
+  return names;
+}
+
+/// What an unnamed net is called: after an I/O port, after a block of one port alone, such as a reference, or after its
+/// first pin.
+ustring invented_name(const std::vector<gtPort*>& net) {
+  for (const gtPort* port : net) {
+    const GTBlock& block = *port->getGrOwnerBlock();
+    if (host::isIoPort(block) || host::ports(block).size() == 1) return block.getGrName();
+  }
+  const gtPort& first = *net.front();
+  return first.getGrOwnerBlock()->getGrName() + u"." + kmf::utf8_string_to_ustring(port_name(first));
+}
+
+class SceneMaker {
+ public:
+  SceneMaker(host::System& system, ShapeMaker& maker, const NetTypes& types) : maker_(maker), types_(types) {
+    scene_.system = &system;
+  }
+
+  Scene make() {
+    for (const GTBlock* block : scene_.system->blocks()) scene_.shapes.push_back(maker_.make(*block));
+    add_nets();
+    place_io_ports(scene_.shapes, problem_.nets);
+    for (const BlockShape& shape : scene_.shapes) problem_.boxes.push_back(shape.box);
+    scene_.drawing = layout::lay_out(std::move(problem_));
+    return std::move(scene_);
+  }
+
+ private:
+  void add_nets() {
+    const NetNames names = named_nets(*scene_.system);
+    const PinOfPort pins = pins_of(scene_.shapes);
+    std::unordered_map<const std::vector<gtPort*>*, bool> seen;
+    for (const BlockShape& shape : scene_.shapes) {
+      for (const gtPort* port : shape.ports) {
+        const std::vector<gtPort*>& net = host::netOf(*port);
+        if (net.size() > 1 && seen.emplace(&net, true).second) add_net(net, names, pins);
+      }
+    }
+  }
+
+  void add_net(const std::vector<gtPort*>& net, const NetNames& names, const PinOfPort& pins) {
+    const auto named = names.find(&net);
+    const ustring name = shortened(named != names.end() ? named->second : invented_name(net), longest_label);
+    layout::Net drawn;
+    for (const gtPort* port : net) drawn.pins.push_back(pins.at(port));
+    drawn.label = maker_.label_size(name);
+    problem_.nets.push_back(std::move(drawn));
+    scene_.nets.push_back({&net, name, embedded::drawing::port_color(types_.of(net))});
+  }
+
+  ShapeMaker& maker_;
+  const NetTypes& types_;
+  Scene scene_{};
+  layout::Problem problem_;
+};
+
+}  // namespace
+
+Scene make_scene(host::System& system, ShapeMaker& shapes, const NetTypes& types) {
+  return SceneMaker(system, shapes, types).make();
+}
+
+}  // namespace kinemo::views::picture

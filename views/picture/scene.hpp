@@ -1,0 +1,32 @@
+// One system as a picture shows it: shapes of its blocks, routes of its nets.
+#pragma once
+
+#include "embedded/block_diagram/diagram.hpp"
+#include "views/layout/layout.hpp"
+#include "views/picture/block_shape.hpp"
+#include "views/picture/net_types.hpp"
+
+#include <vector>
+
+namespace kinemo::views::picture {
+
+namespace host = embedded::block_diagram;
+
+struct SceneNet {
+  const std::vector<gtPort*>* ports;  ///< as `netOf` gives them
+  ustring name;                       ///< of a named line; otherwise of the block or port that tells most
+  GTColor color;
+};
+
+/// Refers to the system, which isn't edited while the scene lives.
+struct Scene {
+  host::System* system;
+  std::vector<BlockShape> shapes;
+  std::vector<SceneNet> nets;  ///< those of two ports or more
+  layout::Drawing drawing;     ///< by shapes and nets
+};
+
+/// Lays out what the file gives no positions for.
+Scene make_scene(host::System& system, ShapeMaker& shapes, const NetTypes& types);
+
+}  // namespace kinemo::views::picture

@@ -1,0 +1,17 @@
+// The value that a picture shows under the name of a block.
+#pragma once
+
+#include "platform/foundation/ustring.hpp"
+
+class GTBlock;
+
+namespace kinemo::views::picture {
+
+/// What tells most of a block, as the user wrote it: the name of its model card, its waveform, or its first number with
+/// the unit. Empty for subsystems, I/O ports and blocks without parameters.
+ustring value_text(const GTBlock& block);
+
+/// At most `length` characters; a longer text ends in an ellipsis.
+ustring shortened(const ustring& text, std::size_t length);
+
+}  // namespace kinemo::views::picture
