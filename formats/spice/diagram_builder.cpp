@@ -165,13 +165,15 @@ class DiagramBuilder : public ExpansionVisitor {
     }
   }
 
+  /// A netlist knows no sides: the first half of the formal nodes goes to the left, so that chains of calls can be drawn
+  /// in a row.
   void add_ports(Level& outer, Level& level, const Call& call, const std::vector<ExtraNode>& extra_nodes) {
     const std::vector<NameId>& formals = level.definition->formals;
     int order = 0;
     for (std::size_t i = 0; i < formals.size(); ++i) {
-      if (!m_netlist.is_global(formals[i])) {
-        add_port(outer, level, call.nodes[i], formals[i], host::Side::Left, ++order);
-      }
+      if (m_netlist.is_global(formals[i])) continue;
+      const host::Side side = i < (formals.size() + 1) / 2 ? host::Side::Left : host::Side::Right;
+      add_port(outer, level, call.nodes[i], formals[i], side, ++order);
     }
     for (const NameId node : level.definition->reached_globals) {
       add_port(outer, level, node, node, host::Side::Right, ++order);
