@@ -2,7 +2,10 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 
+#include "platform/foundation/strings.hpp"
+
 #include <algorithm>
+#include <charconv>
 #include <string>
 #include <vector>
 
@@ -26,8 +29,11 @@ class Dialog {
 };
 
 bool is_number(const ustring& text) {
-  return !text.empty() &&
-         (text.front() == u'.' || text.front() == u'-' || (text.front() >= u'0' && text.front() <= u'9'));
+  double value = 0;
+  const std::string utf8 = kmf::ustring_to_utf8_string(text);
+  const char* end = utf8.data() + utf8.size();
+  const auto [stop, error] = std::from_chars(utf8.data(), end, value);
+  return error == std::errc() && stop == end;
 }
 
 /// A name or formula has the unit of its own.
