@@ -52,6 +52,7 @@ gtPort* find_line(const host::System& system, const ustring& name) {
 gtPort* find_named_line(host::Diagram& diagram, const std::string& path) {
   std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
   const ustring line = names.back();
+  if (line.empty()) return nullptr;
   names.pop_back();
   host::System* system = &diagram.root();
   for (const ustring& name : names) {

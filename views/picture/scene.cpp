@@ -36,13 +36,12 @@ NetNames named_nets(const host::System& system) {
 }
 
 /// What an unnamed net is called: after an I/O port, after a block of one port alone, such as a reference, or after its
-/// first pin.
-ustring invented_name(const std::vector<gtPort*>& net) {
+/// first pin in the order of the blocks.
+ustring invented_name(const std::vector<gtPort*>& net, const gtPort& first) {
   for (const gtPort* port : net) {
     const GTBlock& block = *port->getGrOwnerBlock();
     if (host::isIoPort(block) || host::ports(block).size() == 1) return block.getGrName();
   }
-  const gtPort& first = *net.front();
   return first.getGrOwnerBlock()->getGrName() + u"." + kmf::utf8_string_to_ustring(port_name(first));
 }
 
@@ -69,14 +68,15 @@ class SceneMaker {
     for (const BlockShape& shape : scene_.shapes) {
       for (const gtPort* port : shape.ports) {
         const std::vector<gtPort*>& net = host::netOf(*port);
-        if (net.size() > 1 && seen.emplace(&net, true).second) add_net(net, names, pins);
+        if (net.size() > 1 && seen.emplace(&net, true).second) add_net(*port, names, pins);
       }
     }
   }
 
-  void add_net(const std::vector<gtPort*>& net, const NetNames& names, const PinOfPort& pins) {
+  void add_net(const gtPort& first, const NetNames& names, const PinOfPort& pins) {
+    const std::vector<gtPort*>& net = host::netOf(first);
     const auto named = names.find(&net);
-    const ustring name = shortened(named != names.end() ? named->second : invented_name(net), longest_label);
+    const ustring name = shortened(named != names.end() ? named->second : invented_name(net, first), longest_label);
     layout::Net drawn;
     for (const gtPort* port : net) drawn.pins.push_back(pins.at(port));
     drawn.label = maker_.label_size(name);

@@ -1,0 +1,200 @@
+// Scenes of systems: what stands where, what is joined, what is marked. The geometry of lines has its own tests.
+
+#include "views/picture/picture.hpp"
+
+#include "platform/foundation/strings.hpp"
+#include "tests/support/physical_environment.hpp"
+#include "views/find_block.hpp"
+#include "views/picture/finding_marks.hpp"
+#include "views/picture/io_places.hpp"
+#include "views/picture/scene.hpp"
+#include "views/picture/value_text.hpp"
+#include "views/systems.hpp"
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <set>
+
+namespace kinemo::views::picture {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::UnorderedElementsAre;
+
+// a --- Outer( p --- R --- m --- C --- q ) --- G; the line "out" runs from R to C
+constexpr const char* nested = R"(kinemo: 1
+name: m
+blocks:
+  V.1: {type: physical/voltage_source, parameters: {v: 2*5}}
+  Outer:
+    type: subsystem
+    ports: {left: [p], right: [q]}
+    blocks:
+      R: {type: physical/resistor, parameters: {R: 4.7, R_unit: kOhm}}
+      C: {type: physical/capacitor}
+    lines:
+      - [p, R.p]
+      - {name: out, ports: [R.n, C.p]}
+      - [C.n, q]
+  G: {type: physical/electrical_reference}
+lines:
+  - [[V.1, p], Outer.p]
+  - [[V.1, n], Outer.q, G.g]
+)";
+
+class Picture : public tests::PhysicalEnvironment {
+ protected:
+  static Scene scene(host::System& system) {
+    ShapeMaker shapes;
+    return make_scene(system, shapes, NetTypes(system.diagram()));
+  }
+
+  static host::System& inside(host::Diagram& diagram, const std::string& path) {
+    UnknownName unknown;
+    return *find_system(diagram, path, unknown);
+  }
+
+  static layout::Point corner(const Scene& scene, const ustring& block) {
+    for (std::size_t i = 0; i < scene.shapes.size(); ++i) {
+      if (scene.shapes[i].block->getGrName() == block) return scene.drawing.corners[i];
+    }
+    throw std::runtime_error("no such block in the scene");
+  }
+
+  static std::vector<std::string> marked(const PictureRequest& request) {
+    std::vector<std::string> paths;
+    for (const host::System* system : request.systems) paths.push_back(kmf::ustring_to_utf8_string(system->path()));
+    return paths;
+  }
+};
+
+TEST_F(Picture, NetsAreNamedAfterLinesPortsAndReferences) {
+  host::Diagram& diagram = read(nested);
+  std::map<ustring, std::size_t> nets;
+  for (host::System* system : {&diagram.root(), &inside(diagram, "Outer")}) {
+    for (const SceneNet& net : scene(*system).nets) nets[net.name] = net.ports->size();
+  }
+  const std::map<ustring, std::size_t> expected{{u"V.1.p", 2}, {u"G", 3}, {u"p", 2}, {u"out", 2}, {u"q", 2}};
+  EXPECT_EQ(expected, nets);
+}
+
+TEST_F(Picture, NetsOfSubsystemsHaveTheColourOfWhatTheyReach) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  A: {type: subsystem, ports: {right: [x]}, blocks: {J: {type: physical/inertia}}, lines: [[x, J.r]]}
+  B: {type: subsystem, ports: {left: [x]}}
+lines: [[A.x, B.x]]
+)");
+  const Scene drawn = scene(diagram.root());
+  ASSERT_EQ(1u, drawn.nets.size());
+  const GTColor& color = drawn.nets.front().color;
+  EXPECT_NE(0, color.red + color.green + color.blue);
+}
+
+TEST_F(Picture, PlacesOfTheFileStayAndPortsStandBesideThem) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  S:
+    type: subsystem
+    ports: {left: [a, b], right: [c]}
+    blocks:
+      R1: {type: physical/resistor, at: [200, 100, 60, 40]}
+      R2: {type: physical/resistor, at: [200, 110, 60, 40], mirror: on}
+    lines: [[b, R1.p], [a, R2.n], [c, R1.n, R2.p]]
+)");
+  const Scene drawn = scene(inside(diagram, "S"));
+  EXPECT_EQ(200, corner(drawn, u"R1").x);
+  EXPECT_EQ(110, corner(drawn, u"R2").y);
+  // b stands as high as what it is joined to; a makes room below it although it wants to be 10 units lower.
+  EXPECT_EQ(110, corner(drawn, u"b").y);
+  EXPECT_EQ(140, corner(drawn, u"a").y);
+  EXPECT_LT(corner(drawn, u"a").x + 20, 200);
+  EXPECT_GT(corner(drawn, u"c").x, 260);
+}
+
+TEST_F(Picture, ValuesAreToldAsTheUserWroteThem) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  R: {type: physical/resistor, parameters: {R: 4.7, R_unit: kOhm}}
+  F: {type: physical/resistor, parameters: {R: 10*r, R_unit: kOhm}}
+  M: {type: physical/spice/bjt, parameters: {model: q2n2222}}
+  W: {type: physical/spice/voltage_source, parameters: {value: 1, text: sin 0 1 1k}}
+  Z: {type: physical/spice/resistor, parameters: {value: 50}}
+  G: {type: physical/electrical_reference}
+  S: {type: subsystem}
+)");
+  std::vector<ustring> values;
+  for (const GTBlock* block : diagram.root().blocks()) values.push_back(value_text(*block));
+  EXPECT_THAT(values, ElementsAre(u"4.7 kOhm", u"10*r", u"q2n2222", u"sin 0 1 1k", u"50 Ohm", u"", u""));
+  EXPECT_EQ(u"abcd", shortened(u"abcd", 4));
+  EXPECT_EQ(u"abc\u2026", shortened(u"abcde", 4));
+  EXPECT_EQ(u"ab\u2026", shortened(u"ab\U0001F600de", 4)) << "no half of a pair";
+}
+
+TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
+  host::Diagram& diagram = read(nested);
+  const auto net_size = [&](const std::string& name) {
+    UnknownName unknown;
+    const gtPort* port = find_net(diagram, name, unknown);
+    if (port == nullptr) return unknown.text + "; valid: " + unknown.valid;
+    return kmf::ustring_to_utf8_string(port->getGrOwnerBlock()->getGrName()) +
+           std::to_string(host::netOf(*port).size());
+  };
+  EXPECT_EQ("R2", net_size("Outer/R.n"));
+  EXPECT_EQ("R2", net_size("m/Outer/out"));
+  EXPECT_EQ("Outer3", net_size("Outer.q"));
+  EXPECT_EQ("V.12", net_size("V.1.p"));
+  EXPECT_THAT(net_size("Outer/R.x"), HasSubstr("'Outer/R' has no port 'x'; valid: 'p', 'n'"));
+  EXPECT_THAT(net_size("Outer/Q.p"), HasSubstr("'m/Outer' has no block 'Q'"));
+  EXPECT_THAT(net_size("V.1.z"), HasSubstr("'V.1' has no port 'z'"));
+  EXPECT_THAT(net_size("nothing"), HasSubstr("no line is called 'nothing'"));
+  EXPECT_THAT(net_size(""), HasSubstr("no line is called ''"));
+  UnknownName unknown;
+  EXPECT_EQ(&diagram.root(), find_system(diagram, "m", unknown));
+  EXPECT_EQ(nullptr, find_system(diagram, "Outer/R", unknown));
+  EXPECT_THAT(unknown.text, HasSubstr("'Outer/R' has nothing inside"));
+}
+
+TEST_F(Picture, AMarkedNetRunsThroughTheLevels) {
+  host::Diagram& diagram = read(nested);
+  UnknownName unknown;
+  Marks marks;
+  marks.add_net(*find_net(diagram, "Outer/C.n", unknown));
+  std::set<ustring> ports;
+  for (const gtPort* port : marks.ports) ports.insert(port->getGrOwnerBlock()->getGrName());
+  EXPECT_THAT(ports, UnorderedElementsAre(u"V.1", u"Outer", u"G", u"C", u"q"));
+  EXPECT_EQ(2u, marks.nets.size());
+}
+
+TEST_F(Picture, FindingsAreMarkedInEverySystemOnTheWay) {
+  host::Diagram& diagram = read(nested);
+  formats::DiagnosticList findings;
+  findings.error("some:rule", {"m.yaml", 1, 1}, "text").objects = {{"m/Outer/R", {}, false}, {"m/G", "g", true}};
+  findings.error("some:rule", {"m.yaml", 1, 1}, "text").objects = {{"m/No such block", {}, false}, {"", "", false}};
+  const PictureRequest pdf = picture_of_findings(diagram, findings, embedded::drawing::Format::Pdf);
+  EXPECT_THAT(marked(pdf), ElementsAre("m", "m/Outer"));
+  EXPECT_EQ(2u, pdf.marks.blocks.size()) << "R, and Outer around it";
+  EXPECT_EQ(2u, pdf.marks.nets.size());
+  EXPECT_THAT(marked(picture_of_findings(diagram, findings, embedded::drawing::Format::Svg)), ElementsAre("m"));
+  EXPECT_THAT(marked(picture_of_findings(diagram, {}, embedded::drawing::Format::Pdf)), ElementsAre("m"));
+}
+
+TEST_F(Picture, AnyNameAndAnySizeCanBeDrawn) {
+  host::Diagram& diagram = read(
+      "kinemo: 1\nblocks:\n"
+      "  \"<b>&amp;\\n</b>\": {type: physical/resistor, at: [0, 0, 0, 0]}\n"
+      "  \"\\u05d0\\u05d1\\u05d2 \\u6f22\\u5b57\": {type: physical/resistor, at: [1e9, 0, 10, 10]}\n"
+      "  \"\\u202e\\ufeff\": {type: physical/resistor, at: [50, 80, -5, 3], rotate: 270}\n"
+      "  S: {type: subsystem, ports: {left: [\"<\", \"&\"]}}\n");
+  for (const auto format : {embedded::drawing::Format::Svg, embedded::drawing::Format::Png}) {
+    PictureRequest request;
+    request.format = format;
+    request.systems = {&diagram.root()};
+    EXPECT_GT(make_picture(diagram, request).size(), 100u);
+  }
+}
+
+}  // namespace
+}  // namespace kinemo::views::picture
