@@ -45,7 +45,8 @@ class TrueColor {
 
 bool is_true_color(const cvArray_tag* image) {
   const auto& dimensions = cvGetDimensions(image);
-  return (cvIsNumeric(image) || cvIsLogical(image)) && dimensions.size() == 3 && dimensions[2] == 3 && !cvIsEmpty(image);
+  return (cvIsNumeric(image) || cvIsLogical(image)) && dimensions.size() == 3 && dimensions[2] == 3 &&
+         !cvIsEmpty(image);
 }
 
 }  // namespace

@@ -37,15 +37,27 @@ std::size_t first_element(const std::string& svg) {
   return std::string::npos;
 }
 
+/// Whether the tag whose name ends at `at` has an attribute. Values may hold anything but their quotes.
+bool has_attribute(const std::string& svg, std::size_t at, const std::string& name) {
+  while ((at = svg.find_first_not_of(spaces, at)) != std::string::npos && svg[at] != '>' && svg[at] != '/') {
+    const std::size_t name_end = svg.find_first_of(" \t\r\n=>", at);
+    if (name_end == std::string::npos) return false;
+    if (svg.compare(at, name_end - at, name) == 0) return true;
+    const std::size_t quote = svg.find_first_of("\"'>", name_end);
+    if (quote == std::string::npos || svg[quote] == '>') return false;
+    const std::size_t end = svg.find(svg[quote], quote + 1);
+    if (end == std::string::npos) return false;
+    at = end + 1;
+  }
+  return false;
+}
+
 /// Gives the root an attribute unless it has it.
 void add_to_root(std::string& svg, const std::string& name, const std::string& value) {
   const std::size_t root = first_element(svg);
   if (root == std::string::npos) return;
-  const std::size_t tag_end = svg.find('>', root);
   const std::size_t name_end = svg.find_first_of(" \t\r\n/>", root);
-  if (tag_end == std::string::npos) return;
-  const std::size_t found = svg.find(" " + name + "=", root);
-  if (found != std::string::npos && found < tag_end) return;
+  if (name_end == std::string::npos || has_attribute(svg, name_end, name)) return;
   svg.insert(name_end, " " + name + "=\"" + value + "\"");
 }
 

@@ -95,6 +95,11 @@ TEST_F(CanvasTest, FractionsAreColoursAndOtherArraysAreNone) {
   canvas.drawImage(block, gray.get(), {0, 0, 10, 10}, true, GT_IMAGE_CENTER);
   canvas.drawImage(block, image().get(), {5, 5, 5, 5}, true, GT_IMAGE_CENTER);
   EXPECT_EQ(Picture(canvas).at(5, 5), 0xFF0033u);
+  const cvUniquePtr switches(cvCreateNumericArray({1, 1, 3}, cvLOGICAL_CLASS));
+  cvSetElement(switches.get(), 1, 1.0);
+  Canvas other(Format::Png, {10, 10});
+  other.drawImage(block, switches.get(), {0, 0, 10, 10}, true, GT_IMAGE_CENTER);
+  EXPECT_EQ(Picture(other).at(5, 5), 0x00FF00u);
 }
 
 TEST_F(CanvasTest, TextStandsAtItsPositionByItsAlignment) {

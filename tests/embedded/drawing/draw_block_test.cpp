@@ -161,6 +161,9 @@ TEST_F(DrawBlock, VectorIconTurnsWithTheBlockWhereItsStyleSaysSo) {
   const Picture turned = drawn(part, {0, 0, 40, 80}, {40, 80});
   EXPECT_EQ(turned.at(20, 3), 0u) << "the line of the left stands on top";
   EXPECT_EQ(turned.at(3, 40), 0xFF0000u);
+  block_diagram::setProperty(part, "Mirror", u"on");
+  const Picture both = drawn(part, {0, 0, 40, 80}, {40, 80});
+  EXPECT_EQ(both.at(20, 77), 0u) << "mirrored, the line stands on the right before the block turns";
 }
 
 TEST_F(DrawBlock, BlackTakesTheColourOfMostPorts) {
@@ -248,6 +251,20 @@ TEST(SvgText, StrokeWidthsAreMultipliedWhereverTheyStand) {
       {"", ""},
   };
   for (const Case& row : cases) EXPECT_EQ(with_stroke_widths(row.svg, 0.5), row.expected);
+}
+
+TEST(SvgText, TheRootGetsNoAttributeTwice) {
+  struct Case {
+    const char* svg;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"<svg/>", "<svg color=\"red\" fill=\"red\"/>"},
+      {"<svg\n\tfill = 'none' color=\"blue\">", "<svg\n\tfill = 'none' color=\"blue\">"},
+      {"<svg title=' fill=\"a > b\"' color='x'>", "<svg fill=\"red\" title=' fill=\"a > b\"' color='x'>"},
+      {"<svg title='", "<svg color=\"red\" fill=\"red\" title='"},
+  };
+  for (const Case& row : cases) EXPECT_EQ(with_foreground(row.svg, "red"), row.expected);
 }
 
 }  // namespace embedded::drawing::test
