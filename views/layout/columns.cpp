@@ -26,6 +26,7 @@ class Columns {
   std::vector<Point> run() {
     for (auto& column : columns_) set_heights(column);
     set_widths();
+    fold();
     return corners_;
   }
 
@@ -67,6 +68,52 @@ class Columns {
     for (std::size_t i : column) corners_[i].x += middle;
     return std::ceil((middle + after) / grid_step) * grid_step;
   }
+
+  Rectangle room(std::size_t begin, std::size_t end) const {
+    Rectangle all = moved(footprint(columns_[begin].front()), corners_[columns_[begin].front()]);
+    for (std::size_t column = begin; column < end; ++column) {
+      for (std::size_t i : columns_[column]) all = united(all, moved(footprint(i), corners_[i]));
+    }
+    return all;
+  }
+
+  /// Rows of so many columns each that the whole is no strip any more. A row may be lower than the strip, where its
+  /// lines climb from end to end, so that a few row lengths are tried.
+  void fold() {
+    const Rectangle strip = room(0, columns_.size());
+    if (columns_.size() < least_columns_to_fold || strip.width < least_width_to_fold) return;
+    for (std::size_t rows = 1; rows < columns_.size() / 4; ++rows) {
+      const std::size_t length = (columns_.size() + rows - 1) / rows;
+      double width = 0;
+      double height = 0;
+      for (std::size_t i = 0; i < columns_.size(); i += length) {
+        const Rectangle row = room(i, std::min(i + length, columns_.size()));
+        width = std::max(width, row.width);
+        height += row.height + row_distance;
+      }
+      if (width > height * widest_ratio) continue;
+      if (rows > 1) fold_into_rows(length);
+      return;
+    }
+  }
+
+  void fold_into_rows(std::size_t length) {
+    double y = 0;
+    for (std::size_t begin = 0; begin < columns_.size(); begin += length) {
+      const std::size_t end = std::min(begin + length, columns_.size());
+      const Rectangle row = room(begin, end);
+      const Point by{snapped(-row.x), std::ceil((y - row.y) / grid_step) * grid_step};
+      for (std::size_t column = begin; column < end; ++column) {
+        for (std::size_t i : columns_[column]) corners_[i] = {corners_[i].x + by.x, corners_[i].y + by.y};
+      }
+      y = row.y + by.y + row.height + row_distance;
+    }
+  }
+
+  static constexpr std::size_t least_columns_to_fold = 16;
+  static constexpr double least_width_to_fold = 2500;
+  static constexpr double widest_ratio = 2.5;
+  static constexpr double row_distance = 60;
 
   /// By channel (the one before the first column is 0): how many vertical lines it must hold side by side.
   std::vector<std::size_t> lines_between_columns() const {

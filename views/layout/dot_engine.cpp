@@ -37,6 +37,12 @@ void set(void* object, const char* name, const std::string& value) {
   agsafeset(object, text(name), text(value.c_str()), text(""));
 }
 
+/// Graphviz counts the steps that it takes to straighten edges by node. Few boxes deserve more care.
+std::string steps_by_node(std::size_t nodes) {
+  constexpr std::size_t steps = 6'000;
+  return std::to_string(std::max<std::size_t>(steps / std::max<std::size_t>(nodes, 1), 1));
+}
+
 void declare(Agraph_t* graph) {
   const auto attribute = [&](int kind, const char* name, const char* value) {
     agattr(graph, kind, text(name), text(value));
@@ -44,12 +50,11 @@ void declare(Agraph_t* graph) {
   attribute(AGRAPH, "rankdir", "LR");
   attribute(AGRAPH, "splines", "none");
   attribute(AGRAPH, "ranksep", "0.2");
-  attribute(AGRAPH, "nslimit", "3");
-  attribute(AGRAPH, "nslimit1", "3");
   attribute(AGNODE, "shape", "none");
   attribute(AGNODE, "label", "");
   attribute(AGNODE, "margin", "0");
   attribute(AGNODE, "fixedsize", "true");
+  attribute(AGEDGE, "weight", "1");
   attribute(AGEDGE, "tailport", "");
   attribute(AGEDGE, "headport", "");
 }
@@ -97,6 +102,7 @@ void connect(Agraph_t* graph, const std::vector<Agnode_t*>& places, const std::v
   const auto port = [&](const DotEnd& end, const char* side) {
     return nodes[end.node].ports.empty() ? std::string() : std::to_string(end.port) + side;
   };
+  set(it, "weight", std::to_string(edge.weight));
   set(it, "tailport", port(edge.tail, ":e"));
   set(it, "headport", port(edge.head, ":w"));
 }
@@ -121,6 +127,8 @@ std::optional<std::vector<DotPlace>> dot_layers(const std::vector<DotNode>& node
   const std::unique_ptr<Agraph_t, Close> graph(agopen(text("layout"), Agdirected, nullptr));
   if (!graph) return std::nullopt;
   declare(graph.get());
+  for (const char* limit : {"nslimit", "nslimit1"})
+    agattr(graph.get(), AGRAPH, text(limit), text(steps_by_node(nodes.size()).c_str()));
   set(graph.get(), "nodesep", std::to_string(node_distance / points_per_inch));
   std::vector<Agnode_t*> places;
   for (std::size_t i = 0; i < nodes.size(); ++i) places.push_back(add(graph.get(), nodes[i], i));

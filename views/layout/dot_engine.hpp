@@ -23,6 +23,7 @@ struct DotEnd {
 struct DotEdge {
   DotEnd tail;
   DotEnd head;
+  int weight = 1;  ///< heavy ones run straight first
 };
 
 struct DotPlace {

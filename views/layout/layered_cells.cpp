@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "views/layout/dot_engine.hpp"
@@ -10,52 +11,85 @@ namespace {
 
 /// Room between boxes of one column for a line and air on both sides.
 constexpr double box_distance = 20;
+constexpr std::size_t most_boxes = 1000;
+/// Nodes, and layers that edges pass: what dot's time grows with.
+constexpr std::size_t most_passages = 1500;
+
+struct NetsOfBox {
+  std::size_t count = 0;
+  std::size_t largest = 0;
+
+  void add(std::size_t pins) {
+    ++count;
+    largest = std::max(largest, pins);
+  }
+};
 
 class DotGraph {
  public:
-  DotGraph(const Problem& problem, const std::vector<Rectangle>& footprints, const Part& part)
-      : problem_(problem), footprints_(footprints), part_(part) {
-    for (std::size_t box : part.boxes) add_box(problem.boxes[box], footprints[box]);
+  DotGraph(const Problem& problem, const Part& part)
+      : problem_(problem), part_(part), nodes_(part.boxes.size()), nets_of_(part.boxes.size()) {
+    for (const auto& net : part.nets) {
+      for (PinRef it : net) nets_of_[it.box].add(net.size());
+    }
     for (const auto& net : part.nets) add_net(net);
+  }
+
+  void set_sizes(const std::vector<Rectangle>& footprints) {
+    for (std::size_t i = 0; i < part_.boxes.size(); ++i) {
+      const Rectangle& room = footprints[part_.boxes[i]];
+      nodes_[i] = {room.width, std::max(room.height, 1.0), {}};
+      for (const Pin& pin : problem_.boxes[part_.boxes[i]].pins) {
+        nodes_[i].ports.push_back(std::clamp(pin.at.y - room.y, 0.0, nodes_[i].height));
+      }
+    }
   }
 
   const std::vector<DotNode>& nodes() const { return nodes_; }
   const std::vector<DotEdge>& edges() const { return edges_; }
 
  private:
-  void add_box(const Box& box, const Rectangle& footprint) {
-    DotNode& node = nodes_.emplace_back();
-    node.width = footprint.width;
-    node.height = std::max(footprint.height, 1.0);
-    for (const Pin& pin : box.pins) node.ports.push_back(std::clamp(pin.at.y - footprint.y, 0.0, node.height));
-  }
-
   bool is_source(PinRef pin) const {
     return problem_.boxes[part_.boxes[pin.box]].pins[pin.pin].away == Direction::right;
   }
-  static DotEnd end(PinRef pin) { return {pin.box, pin.pin}; }
+
+  void add_edge(DotEnd tail, DotEnd head, int weight) { edges_.push_back({tail, head, weight}); }
 
   /// Two pins that look at each other are joined directly, others by a hub between them: so pins of the same side come
   /// into the same column.
   void add_net(const std::vector<PinRef>& pins) {
+    const auto end = [](PinRef pin) { return DotEnd{pin.box, pin.pin}; };
     if (pins.size() == 2) {
       if (pins[0].box == pins[1].box) return;
       if (is_source(pins[0]) != is_source(pins[1])) {
-        edges_.push_back(is_source(pins[0]) ? DotEdge{end(pins[0]), end(pins[1])}
-                                            : DotEdge{end(pins[1]), end(pins[0])});
-        return;
+        const bool in_order = is_source(pins[0]);
+        return add_edge(end(pins[in_order ? 0 : 1]), end(pins[in_order ? 1 : 0]), most_weight);
       }
     }
     const DotEnd hub{nodes_.size(), 0};
     nodes_.push_back({1, 1, {}});
-    for (PinRef it : pins) edges_.push_back(is_source(it) ? DotEdge{end(it), hub} : DotEdge{hub, end(it)});
+    for (PinRef it : pins) {
+      is_source(it) ? add_edge(end(it), hub, weight(it, pins)) : add_edge(hub, end(it), weight(it, pins));
+    }
   }
 
+  /// Chains run straight, while what leads to an end or into a large net stands aside.
+  int weight(PinRef pin, const std::vector<PinRef>& net) const {
+    const NetsOfBox& nets = nets_of_[pin.box];
+    if (nets.count < 2 || net.size() > medium_net) return 1;
+    if (nets.largest > medium_net) return 2;
+    return nets.largest > small_net ? most_weight / 2 : most_weight;
+  }
+
+  static constexpr std::size_t small_net = 3;
+  static constexpr std::size_t medium_net = 5;
+  static constexpr int most_weight = 6;
+
   const Problem& problem_;
-  const std::vector<Rectangle>& footprints_;
   const Part& part_;
   std::vector<DotNode> nodes_;
   std::vector<DotEdge> edges_;
+  std::vector<NetsOfBox> nets_of_;
 };
 
 /// Layers that hold no box but hubs only are no columns.
@@ -69,14 +103,66 @@ std::vector<Cell> cells_of(const std::vector<DotPlace>& places, std::size_t boxe
   return cells;
 }
 
+std::vector<Cell> plain_cells(const std::vector<Rectangle>& footprints, const Part& part) {
+  const auto columns = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(part.boxes.size()))));
+  std::vector<Cell> cells;
+  double top = 0;
+  double next = 0;
+  for (std::size_t i = 0; i < part.boxes.size(); ++i) {
+    if (i % columns == 0) top = next;
+    next = std::max(next, top + footprints[part.boxes[i]].height + box_distance);
+    cells.push_back({i % columns, top});
+  }
+  return cells;
+}
+
+/// Layers by longest paths, where a cycle is cut at its first node.
+std::vector<std::size_t> rough_layers(std::size_t nodes, const std::vector<DotEdge>& edges) {
+  std::vector<std::vector<std::size_t>> heads(nodes);
+  std::vector<std::size_t> tails(nodes);
+  for (const DotEdge& it : edges) {
+    heads[it.tail.node].push_back(it.head.node);
+    ++tails[it.head.node];
+  }
+  std::vector<std::size_t> layers(nodes);
+  std::vector<bool> done(nodes);
+  std::vector<std::size_t> ready;
+  for (std::size_t i = 0; i < nodes; ++i) {
+    if (tails[i] == 0) ready.push_back(i);
+  }
+  for (std::size_t first = 0; first < nodes || !ready.empty();) {
+    const std::size_t node = ready.empty() ? first++ : ready.back();
+    if (!ready.empty()) ready.pop_back();
+    if (done[node]) continue;
+    done[node] = true;
+    for (std::size_t head : heads[node]) {
+      if (done[head]) continue;
+      layers[head] = std::max(layers[head], layers[node] + 1);
+      if (--tails[head] == 0) ready.push_back(head);
+    }
+  }
+  return layers;
+}
+
 }  // namespace
 
-std::optional<std::vector<Cell>> layered_cells(const Problem& problem, const std::vector<Rectangle>& footprints,
-                                               const Part& part) {
-  const DotGraph graph(problem, footprints, part);
+bool bearable_for_layers(const Problem& problem, const Part& part) {
+  if (part.boxes.size() > most_boxes) return false;
+  const DotGraph graph(problem, part);
+  const std::vector<std::size_t> layers = rough_layers(graph.nodes().size(), graph.edges());
+  std::size_t passages = graph.nodes().size();
+  for (const DotEdge& it : graph.edges()) {
+    const auto [low, high] = std::minmax(layers[it.tail.node], layers[it.head.node]);
+    if (high > low) passages += high - low - 1;
+  }
+  return passages <= most_passages;
+}
+
+std::vector<Cell> layered_cells(const Problem& problem, const std::vector<Rectangle>& footprints, const Part& part) {
+  DotGraph graph(problem, part);
+  graph.set_sizes(footprints);
   const auto places = dot_layers(graph.nodes(), graph.edges(), box_distance);
-  if (!places) return std::nullopt;
-  return cells_of(*places, part.boxes.size());
+  return places ? cells_of(*places, part.boxes.size()) : plain_cells(footprints, part);
 }
 
 }  // namespace kinemo::views::layout

@@ -51,9 +51,15 @@ bool on_line(Point it, Point a, Point b) {
 
 }  // namespace
 
+Effort::Effort(const Problem& problem) : left_(2e6) {
+  constexpr double vertices_for_pin = 1e4;
+  for (const Net& net : problem.nets) left_ += vertices_for_pin * static_cast<double>(net.pins.size());
+}
+
 bool Effort::allows(const Rectangle& window) {
-  left_ -= (window.width / grid_step) * (window.height / grid_step);
-  return left_ > 0 || std::min(window.width, window.height) <= 2 * margins[0] + 2 * grid_step;
+  const double vertices = (window.width / grid_step) * (window.height / grid_step);
+  left_ -= vertices;
+  return left_ > 0 || vertices < 1000;
 }
 
 JoinOrder join_order(const std::vector<Leg>& legs) {
@@ -85,7 +91,10 @@ JoinOrder join_order(const std::vector<Leg>& legs) {
       }
       if (in[closest] || far[i] < far[closest]) closest = i;
     }
-    if (!in[closest]) order.length += far[closest];
+    if (!in[closest]) {
+      order.length += far[closest];
+      order.longest_branch = std::max(order.longest_branch, far[closest]);
+    }
     next = closest;
   }
   return order;

@@ -15,10 +15,11 @@ struct Leg {
 /// Searches may look at so many vertices in all; then only small windows are searched.
 class Effort {
  public:
+  explicit Effort(const Problem& problem);
   bool allows(const Rectangle& window);
 
  private:
-  double left_ = 4e8;
+  double left_;
 };
 
 /// In which order pins join the net: near ones first. `length` is about how much line that takes.
@@ -26,6 +27,7 @@ struct JoinOrder {
   std::vector<std::size_t> legs;
   std::vector<Point> nearest;  ///< by place in `legs`: the end of the leg that was nearest among those before it
   double length = 0;
+  double longest_branch = 0;
 };
 JoinOrder join_order(const std::vector<Leg>& legs);
 

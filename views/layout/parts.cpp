@@ -43,7 +43,45 @@ Rectangle of_stub(const Pin& pin, Size label) {
   return united(spanned(pin.at, end), stub_label(end, pin.away, label));
 }
 
+/// Boxes in the order in which they are met along nets, part by part if there are several.
+std::vector<std::size_t> walk(const Part& part, const std::vector<std::vector<std::size_t>>& nets_of,
+                              std::size_t start) {
+  std::vector<std::size_t> order;
+  std::vector<bool> seen(part.boxes.size());
+  std::vector<bool> net_seen(part.nets.size());
+  std::size_t next = 0;
+  const auto reach = [&](std::size_t box) {
+    if (!seen[box]) order.push_back(box);
+    seen[box] = true;
+  };
+  reach(start);
+  for (std::size_t first = 0; first < part.boxes.size(); ++first) {
+    for (; next < order.size(); ++next) {
+      for (std::size_t net : nets_of[order[next]]) {
+        if (net_seen[net]) continue;
+        net_seen[net] = true;
+        for (PinRef it : part.nets[net]) reach(it.box);
+      }
+    }
+    reach(first);
+  }
+  return order;
+}
+
+/// From one end of the part to the other.
+std::vector<std::size_t> by_nearness(const Part& part) {
+  std::vector<std::vector<std::size_t>> nets_of(part.boxes.size());
+  for (std::size_t net = 0; net < part.nets.size(); ++net) {
+    for (PinRef it : part.nets[net]) nets_of[it.box].push_back(net);
+  }
+  return walk(part, nets_of, walk(part, nets_of, 0).back());
+}
+
 }  // namespace
+
+void add_stub_room(const Problem& problem, PinRef pin, Size label, Rectangle& footprint) {
+  footprint = united(footprint, of_stub(pin_of(problem, pin), label));
+}
 
 std::vector<Rectangle> footprints(const Problem& problem) {
   std::vector<Rectangle> result;
@@ -86,6 +124,27 @@ std::vector<Part> parts_of(const Problem& problem) {
     for (PinRef it : net) pins.push_back({place_in_part[it.box], it.pin});
   }
   return parts;
+}
+
+std::pair<Part, Part> halves_of(const Part& part) {
+  const std::vector<std::size_t> order = by_nearness(part);
+  std::vector<bool> in_second(part.boxes.size());
+  for (std::size_t i = order.size() / 2; i < order.size(); ++i) in_second[order[i]] = true;
+  std::pair<Part, Part> halves;
+  std::vector<std::size_t> place(part.boxes.size());
+  for (std::size_t i = 0; i < part.boxes.size(); ++i) {
+    std::vector<std::size_t>& boxes = (in_second[i] ? halves.second : halves.first).boxes;
+    place[i] = boxes.size();
+    boxes.push_back(part.boxes[i]);
+  }
+  for (const auto& net : part.nets) {
+    std::vector<PinRef> first;
+    std::vector<PinRef> second;
+    for (PinRef it : net) (in_second[it.box] ? second : first).push_back({place[it.box], it.pin});
+    if (first.size() > 1) halves.first.nets.push_back(std::move(first));
+    if (second.size() > 1) halves.second.nets.push_back(std::move(second));
+  }
+  return halves;
 }
 
 }  // namespace kinemo::views::layout

@@ -9,8 +9,6 @@ namespace kinemo::views::layout {
 
 namespace {
 
-/// Beyond, dot takes seconds, and nobody can follow a picture of its long lines.
-constexpr std::size_t most_boxes_for_dot = 400;
 constexpr double part_distance = 40;
 constexpr double page_ratio = 4.0 / 3;
 
@@ -20,21 +18,14 @@ struct Placed {
   Size size;
 };
 
-std::vector<Cell> cells_of(const Problem& problem, const std::vector<Rectangle>& rooms, const Part& part) {
-  if (part.boxes.size() == 1) return {Cell{}};
-  if (part.boxes.size() <= most_boxes_for_dot) {
-    if (auto cells = layered_cells(problem, rooms, part)) return *std::move(cells);
-  }
-  return grid_cells(rooms, part);
-}
-
 double on_grid(double it) {
   return std::ceil(it / grid_step) * grid_step;
 }
 
 Placed place(const Problem& problem, const std::vector<Rectangle>& rooms, const Part& part) {
   Placed result;
-  result.corners = corners_in_columns(problem, rooms, part, cells_of(problem, rooms, part));
+  result.corners = corners_in_columns(
+      problem, rooms, part, part.boxes.size() == 1 ? std::vector<Cell>(1) : layered_cells(problem, rooms, part));
   Rectangle all = moved(rooms[part.boxes[0]], result.corners[0]);
   for (std::size_t i = 1; i < part.boxes.size(); ++i) {
     all = united(all, moved(rooms[part.boxes[i]], result.corners[i]));
@@ -78,6 +69,37 @@ std::vector<Point> rows_of(const std::vector<Placed>& parts, Point origin) {
   return result;
 }
 
+/// Parts too large for one picture become several, which stand beside each other; what joins them is mostly told by
+/// names.
+std::vector<Part> pieces_of(const Problem& problem, std::vector<Part> parts) {
+  std::vector<Part> pieces;
+  std::reverse(parts.begin(), parts.end());
+  while (!parts.empty()) {
+    Part part = std::move(parts.back());
+    parts.pop_back();
+    if (part.boxes.size() == 1 || bearable_for_layers(problem, part)) {
+      pieces.push_back(std::move(part));
+      continue;
+    }
+    auto [first, second] = halves_of(part);
+    parts.push_back(std::move(second));
+    parts.push_back(std::move(first));
+  }
+  return pieces;
+}
+
+void add_room_for_cut_nets(const Problem& problem, const std::vector<Part>& pieces, std::vector<Rectangle>& rooms) {
+  std::vector<std::size_t> piece_of(problem.boxes.size());
+  for (std::size_t piece = 0; piece < pieces.size(); ++piece) {
+    for (std::size_t box : pieces[piece].boxes) piece_of[box] = piece;
+  }
+  for (const Net& net : problem.nets) {
+    const auto elsewhere = [&](PinRef it) { return piece_of[it.box] != piece_of[net.pins.front().box]; };
+    if (std::none_of(net.pins.begin(), net.pins.end(), elsewhere)) continue;
+    for (PinRef it : net.pins) add_stub_room(problem, it, net.label, rooms[it.box]);
+  }
+}
+
 /// Below what the user placed, or on its right where that is high.
 Point free_corner(const Problem& problem, const std::vector<Rectangle>& rooms) {
   bool any = false;
@@ -97,8 +119,9 @@ Point free_corner(const Problem& problem, const std::vector<Rectangle>& rooms) {
 
 void place_boxes(Problem& problem) {
   const Problem input = tidy(problem);
-  const std::vector<Rectangle> rooms = footprints(input);
-  const std::vector<Part> parts = parts_of(input);
+  std::vector<Rectangle> rooms = footprints(input);
+  const std::vector<Part> parts = pieces_of(input, parts_of(input));
+  add_room_for_cut_nets(input, parts, rooms);
   std::vector<Placed> placed;
   for (const Part& it : parts) placed.push_back(place(input, rooms, it));
   const std::vector<Point> origins = rows_of(placed, free_corner(input, rooms));

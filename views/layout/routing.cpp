@@ -8,12 +8,14 @@ namespace kinemo::views::layout {
 
 namespace {
 
-/// A net with a name that takes more line than this is told by its name at the pins.
-constexpr double most_length = 2500;
+/// A net with a name that takes more line than this, or more from one pin to the next, is told by its name at the pins.
+constexpr double most_length = 4000;
+constexpr double most_length_of_branch = 1500;
 
 class Router {
  public:
-  explicit Router(const Problem& problem) : problem_(problem), nets_(problem.nets.size()), stub_rule_(problem) {
+  explicit Router(const Problem& problem)
+      : problem_(problem), effort_(problem), nets_(problem.nets.size()), stub_rule_(problem) {
     drawing_.routes.resize(problem.nets.size());
   }
 
@@ -54,12 +56,16 @@ class Router {
       if (it.pins.size() < 2) continue;
       nets_[net].named = stub_rule_(it);
       if (!nets_[net].named) make_legs(net, boxes);
-      if (nets_[net].order.length > most_length && it.label.width > 0 && !all_fixed) nets_[net].named = true;
+      if (is_long(nets_[net].order) && it.label.width > 0 && !all_fixed) nets_[net].named = true;
       if (!nets_[net].named) add_legs(net);
     }
     for (std::size_t net = 0; net < nets_.size(); ++net) {
       if (nets_[net].named) add_stubs(net);
     }
+  }
+
+  static bool is_long(const JoinOrder& order) {
+    return order.length > most_length || order.longest_branch > most_length_of_branch;
   }
 
   void make_legs(std::size_t net, const Scene& boxes) {
