@@ -6,6 +6,7 @@
 #include <cmath>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 
 namespace kinemo::views::layout {
@@ -63,18 +64,22 @@ std::string row(long height, const std::string& attributes) {
   return "<TR><TD" + attributes + " HEIGHT=\"" + std::to_string(height) + "\"></TD></TR>";
 }
 
+/// Ports of equal height are one.
+std::string port_name(double height) {
+  return std::to_string(std::lround(height));
+}
+
 /// A table with a row of two points at each port, so that ports are where the pins are.
 std::string table(const DotNode& node) {
-  std::vector<std::pair<long, std::size_t>> ports;
-  for (std::size_t i = 0; i < node.ports.size(); ++i) ports.emplace_back(std::lround(node.ports[i]), i);
-  std::sort(ports.begin(), ports.end());
+  std::set<long> ports;
+  for (const double port : node.ports) ports.insert(std::lround(port));
   const std::string width = " WIDTH=\"" + std::to_string(std::lround(node.width)) + '"';
   std::string rows;
   long y = 0;
-  for (const auto& [at, port] : ports) {
-    if (at - 1 > y) {
-      rows += row(at - 1 - y, width);
-      y = at - 1;
+  for (const long port : ports) {
+    if (port - 1 > y) {
+      rows += row(port - 1 - y, width);
+      y = port - 1;
     }
     rows += row(2, width + " PORT=\"" + std::to_string(port) + '"');
     y += 2;
@@ -100,7 +105,7 @@ void connect(Agraph_t* graph, const std::vector<Agnode_t*>& places, const std::v
              const DotEdge& edge) {
   Agedge_t* it = agedge(graph, places[edge.tail.node], places[edge.head.node], nullptr, 1);
   const auto port = [&](const DotEnd& end, const char* side) {
-    return nodes[end.node].ports.empty() ? std::string() : std::to_string(end.port) + side;
+    return nodes[end.node].ports.empty() ? std::string() : port_name(nodes[end.node].ports[end.port]) + side;
   };
   set(it, "weight", std::to_string(edge.weight));
   set(it, "tailport", port(edge.tail, ":e"));

@@ -38,9 +38,9 @@ class DotGraph {
   void set_sizes(const std::vector<Rectangle>& footprints) {
     for (std::size_t i = 0; i < part_.boxes.size(); ++i) {
       const Rectangle& room = footprints[part_.boxes[i]];
-      nodes_[i] = {room.width, std::max(room.height, 1.0), {}};
+      nodes_[i] = {room.width, even(std::max(room.height, 1.0)), {}};
       for (const Pin& pin : problem_.boxes[part_.boxes[i]].pins) {
-        nodes_[i].ports.push_back(std::clamp(pin.at.y - room.y, 0.0, nodes_[i].height));
+        nodes_[i].ports.push_back(std::clamp(std::round(pin.at.y - room.y), 0.0, nodes_[i].height));
       }
     }
   }
@@ -52,6 +52,9 @@ class DotGraph {
   bool is_source(PinRef pin) const {
     return problem_.boxes[part_.boxes[pin.box]].pins[pin.pin].away == Direction::right;
   }
+
+  /// Graphviz rounds halves of heights; many small errors would make chains of boxes climb.
+  static double even(double height) { return 2 * std::ceil(height / 2); }
 
   void add_edge(DotEnd tail, DotEnd head, int weight) { edges_.push_back({tail, head, weight}); }
 
@@ -67,7 +70,7 @@ class DotGraph {
       }
     }
     const DotEnd hub{nodes_.size(), 0};
-    nodes_.push_back({1, 1, {}});
+    nodes_.push_back({2, 2, {}});
     for (PinRef it : pins) {
       is_source(it) ? add_edge(end(it), hub, weight(it, pins)) : add_edge(hub, end(it), weight(it, pins));
     }
