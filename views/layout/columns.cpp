@@ -25,6 +25,9 @@ class Columns {
 
   std::vector<Point> run() {
     for (auto& column : columns_) set_heights(column);
+    find_partners();
+    for (std::size_t i = 0; i < columns_.size(); ++i) straighten(columns_[i]);
+    for (std::size_t i = columns_.size(); i-- > 0;) straighten(columns_[i]);
     set_widths();
     fold();
     return corners_;
@@ -45,6 +48,55 @@ class Columns {
       free = y + bottom(footprint(i)) + grid_step;
     }
   }
+
+  /// A pin of a box and one that it looks at, in a net of few pins.
+  struct Partner {
+    std::size_t box = 0;
+    double difference = 0;  ///< of the heights of the two pins within their boxes
+  };
+
+  void find_partners() {
+    constexpr std::size_t few = 4;
+    partners_.resize(corners_.size());
+    for (const auto& net : part_.nets) {
+      if (net.size() > few) continue;
+      for (PinRef a : net) {
+        for (PinRef b : net) add_partner(a, b);
+      }
+    }
+  }
+
+  void add_partner(PinRef a, PinRef b) {
+    const Pin& pin = box(a.box).pins[a.pin];
+    const Pin& other = box(b.box).pins[b.pin];
+    if (cells_[a.box].column >= cells_[b.box].column) return;
+    if (pin.away != Direction::right || other.away != Direction::left) return;
+    partners_[a.box].push_back({b.box, other.at.y - pin.at.y});
+    partners_[b.box].push_back({a.box, pin.at.y - other.at.y});
+  }
+
+  double off(std::size_t i, const Partner& it) const { return corners_[it.box].y + it.difference - corners_[i].y; }
+
+  /// Small steps between boxes that look at each other vanish, where a box can move and no line of it is straight yet.
+  void straighten(const std::vector<std::size_t>& column) {
+    constexpr double small = 40;
+    for (std::size_t place = 0; place < column.size(); ++place) {
+      const std::size_t i = column[place];
+      double best = small;
+      for (const Partner& it : partners_[i]) {
+        if (std::abs(off(i, it)) < std::abs(best)) best = off(i, it);
+      }
+      const double by = snapped(best);
+      if (best == small || by == 0) continue;
+      const double upper = place == 0 ? -1e9 : end_of(column[place - 1]);
+      const double lower =
+          place + 1 == column.size() ? 1e9 : corners_[column[place + 1]].y + footprint(column[place + 1]).y;
+      const double top = corners_[i].y + by + footprint(i).y;
+      if (top >= upper + grid_step && top + footprint(i).height + grid_step <= lower) corners_[i].y += by;
+    }
+  }
+
+  double end_of(std::size_t i) const { return corners_[i].y + bottom(footprint(i)); }
 
   void set_widths() {
     const std::vector<std::size_t> lines = lines_between_columns();
@@ -162,6 +214,7 @@ class Columns {
   const std::vector<Cell>& cells_;
   std::vector<std::vector<std::size_t>> columns_;
   std::vector<Point> corners_;
+  std::vector<std::vector<Partner>> partners_;  ///< by box
 };
 
 }  // namespace

@@ -84,7 +84,7 @@ class Router {
   void add_stubs(std::size_t net) {
     for (PinRef pin : problem_.nets[net].pins) {
       const Stub stub = place_stub(problem_, scene_, pin, problem_.nets[net].label);
-      scene_.add({Kind::line, spanned(stub.from, stub.end), net});
+      scene_.add({Kind::stub, spanned(stub.from, stub.end), net});
       scene_.add({Kind::text, stub.label});
       drawing_.routes[net].stubs.push_back(stub);
     }

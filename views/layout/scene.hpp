@@ -14,7 +14,8 @@ inline constexpr std::size_t no_net = static_cast<std::size_t>(-1);
 enum class Kind {
   box,
   text,
-  line,  ///< of a net; also of a stub
+  line,
+  stub,  ///< the line of one; others cross it only where they have to
   leg,   ///< the beginning of a line at its pin: joined only at its outer end
 };
 

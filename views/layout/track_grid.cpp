@@ -15,7 +15,9 @@ constexpr double box_clearance = 4;
 constexpr double box_shade = 9;
 constexpr double line_clearance = 1;
 constexpr double line_shade = 9;
-constexpr float crossing_price = 45;
+constexpr float crossing_of_line = 45;
+constexpr float crossing_of_leg = 80;
+constexpr float crossing_of_stub = 200;
 
 /// Indices of the tracks in the open interval.
 std::pair<std::size_t, std::size_t> tracks_between(const std::vector<double>& tracks, double from, double to) {
@@ -103,10 +105,13 @@ void TrackGrid::enter(const Thing& thing, const Search& search) {
       close(thing.room);
       break;
     case Kind::line:
-      if (thing.net != search.net) enter_line(thing.room);
+      if (thing.net != search.net) enter_line(thing.room, crossing_of_line);
+      break;
+    case Kind::stub:
+      enter_line(thing.room, crossing_of_stub);
       break;
     case Kind::leg:
-      thing.net == search.net ? enter_own_leg(thing) : enter_line(thing.room);
+      thing.net == search.net ? enter_own_leg(thing) : enter_line(thing.room, crossing_of_leg);
       break;
   }
 }
@@ -135,7 +140,7 @@ void TrackGrid::shade(const Rectangle& room, float price) {
 }
 
 /// Another net's line: ways cross it, but don't run on it, end on it, or touch its ends.
-void TrackGrid::enter_line(const Rectangle& line) {
+void TrackGrid::enter_line(const Rectangle& line, float crossing_price) {
   const Rectangle core = grown(line, line_clearance);
   const bool lies = line.width >= line.height;
   const auto [left, right_end] = tracks_between(xs_, core.x, right(core));
@@ -154,11 +159,11 @@ void TrackGrid::enter_line(const Rectangle& line) {
       for (std::size_t column = left; column < right_end; ++column) down_[i * columns() + column] = closed;
     }
   }
-  cross(line);
+  cross(line, crossing_price);
 }
 
 /// Prices of crossing the line and of running beside it.
-void TrackGrid::cross(const Rectangle& line) {
+void TrackGrid::cross(const Rectangle& line, float crossing_price) {
   const bool lies = line.width >= line.height;
   const std::vector<double>& along = lies ? xs_ : ys_;
   const std::vector<double>& over = lies ? ys_ : xs_;
@@ -197,7 +202,7 @@ void TrackGrid::enter_own_leg(const Thing& leg) {
   if (inner.width < 0 || inner.height < 0) return;
   if (leg.away == Direction::left) inner.x += cut;
   if (leg.away == Direction::up) inner.y += cut;
-  enter_line(inner);
+  enter_line(inner, crossing_of_leg);
 }
 
 void TrackGrid::mark_ends(const Search& search) {

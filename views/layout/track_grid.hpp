@@ -36,9 +36,9 @@ class TrackGrid {
   void enter(const Thing& thing, const Search& search);
   void close(const Rectangle& room);
   void shade(const Rectangle& room, float price);
-  void enter_line(const Rectangle& line);
+  void enter_line(const Rectangle& line, float crossing_price);
   void enter_own_leg(const Thing& leg);
-  void cross(const Rectangle& line);
+  void cross(const Rectangle& line, float crossing_price);
   void mark_ends(const Search& search);
 
   const Scene& scene_;
