@@ -101,22 +101,28 @@ class Router {
   }
 
   void route(std::size_t net) {
-    auto branches = find_branches(scene_, net, nets_[net].legs, nets_[net].order, effort_);
-    if (!branches) return;
-    drawing_.routes[net].lines = *std::move(branches);
-    for (const auto& line : drawing_.routes[net].lines) {
+    if (auto branches = find_branches(scene_, net, nets_[net].legs, nets_[net].order, effort_)) {
+      draw(net, *std::move(branches));
+    }
+  }
+
+  void draw(std::size_t net, std::vector<std::vector<Point>> branches) {
+    for (const auto& line : branches) {
       for (std::size_t i = 1; i < line.size(); ++i) {
         nets_[net].line_things.push_back(scene_.add({Kind::line, spanned(line[i - 1], line[i]), net}));
       }
     }
+    drawing_.routes[net].lines = std::move(branches);
   }
 
   /// With all others in place: lines that came first make room, and what found no way may find one now.
   void route_again(std::size_t net) {
+    std::vector<std::vector<Point>> before = std::move(drawing_.routes[net].lines);
+    drawing_.routes[net].lines.clear();
     for (std::size_t it : nets_[net].line_things) scene_.remove(it);
     nets_[net].line_things.clear();
-    drawing_.routes[net].lines.clear();
     route(net);
+    if (drawing_.routes[net].lines.empty()) draw(net, std::move(before));
   }
 
   void finish(std::size_t net) {

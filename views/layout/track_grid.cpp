@@ -13,6 +13,7 @@ constexpr double most_even_tracks = 600;
 
 constexpr double box_clearance = 4;
 constexpr double box_shade = 9;
+constexpr double text_shade = 4;
 constexpr double line_clearance = 1;
 constexpr double line_shade = 9;
 constexpr float crossing_of_line = 45;
@@ -103,6 +104,7 @@ void TrackGrid::enter(const Thing& thing, const Search& search) {
       break;
     case Kind::text:
       close(thing.room);
+      shade(grown(thing.room, text_shade), 1);
       break;
     case Kind::line:
       if (thing.net != search.net) enter_line(thing.room, crossing_of_line);
