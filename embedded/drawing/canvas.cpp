@@ -20,6 +20,8 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 constexpr GTColor black{0.0, 0.0, 0.0, -1, 0};
 constexpr GTColor white{1.0, 1.0, 1.0, -1, 0};
+/// Of port labels, as a share of the font's size.
+constexpr double label_size = 0.7;
 
 /// What a window keeps between its operations.
 struct Pen {
@@ -180,14 +182,26 @@ void Canvas::drawText(const ustring& text, Point at, int horizontal, int vertica
 
 void Canvas::drawPortLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label) {
   constexpr double distance = 3;
-  constexpr double size = 0.7;
   const block_diagram::PortPlace place = block_diagram::portPlace(block, bounds, left, index);
   // The text begins at the edge and runs inward: away to the left is aligned left, away to the top aligned at the top.
   const int horizontal = place.away_x + GT_ALIGN_CENTER;
   const int vertical = place.away_y + GT_ALIGN_MIDDLE;
   set_color(context(), parts_->pen.color);
   parts_->text->draw(label, {place.x - distance * place.away_x, place.y - distance * place.away_y}, horizontal,
-                     vertical, size);
+                     vertical, label_size);
+}
+
+void Canvas::drawLeadLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label) {
+  constexpr double distance = 2;
+  const block_diagram::PortPlace place = block_diagram::portPlace(block, bounds, left, index);
+  set_color(context(), parts_->pen.color);
+  if (place.away_x != 0) {
+    parts_->text->draw(label, {place.x - distance * place.away_x, place.y - 1}, place.away_x + GT_ALIGN_CENTER,
+                       GT_ALIGN_BOTTOM, label_size);
+  } else {
+    parts_->text->draw(label, {place.x + distance, place.y - place.away_y}, GT_ALIGN_LEFT,
+                       place.away_y + GT_ALIGN_MIDDLE, label_size);
+  }
 }
 
 // --- icons

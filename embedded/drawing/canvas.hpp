@@ -67,6 +67,8 @@ class Canvas final : public GTWindow {
 
   // --- for the drawing of icons
   cairo_t* context() const;
+  /// A port label of an icon that has lines to its ports: beside the line, above it or to its right.
+  void drawLeadLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label);
   /// The vector graphics of a file, read once for each canvas. Null after the warning "CannotDrawIcon" (file, reason).
   VectorIcon* vectorIcon(const std::string& file);
 

@@ -30,7 +30,7 @@ void draw_labels(Canvas& canvas, const GTBlock& block, const GTBounds& bounds) {
   block.setIconPortLabels(data);
   for (const IconData::PortLabel& label : data.portLabels()) {
     const ustring text = label.second.empty() ? label.label : label.label + u" " + label.second;
-    canvas.drawPortLabel(block, bounds, label.side == GT_ICON_LEFT, label.index, text);
+    if (!text.empty()) canvas.drawLeadLabel(block, bounds, label.side == GT_ICON_LEFT, label.index, text);
   }
 }
 

@@ -73,7 +73,19 @@ void VectorIcon::measureContent() {
   const SurfacePointer record(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
   const ContextPointer context(cairo_create(record.get()));
   render(context.get(), handle_.get());
-  cairo_recording_surface_ink_extents(record.get(), &content_.x, &content_.y, &content_.width, &content_.height);
+  Rectangle paint;
+  cairo_recording_surface_ink_extents(record.get(), &paint.x, &paint.y, &paint.width, &paint.height);
+  const RsvgRectangle viewport{0, 0, page_.width, page_.height};
+  RsvgRectangle shapes{};
+  rsvg_handle_get_geometry_for_layer(handle_.get(), nullptr, &viewport, nullptr, &shapes, nullptr);
+  content_ = around(paint, {shapes.x, shapes.y, shapes.width, shapes.height});
+}
+
+VectorIcon::Rectangle VectorIcon::around(const Rectangle& a, const Rectangle& b) {
+  if (a.width <= 0 || a.height <= 0) return b;
+  const double left = std::min(a.x, b.x);
+  const double top = std::min(a.y, b.y);
+  return {left, top, std::max(a.x + a.width, b.x + b.width) - left, std::max(a.y + a.height, b.y + b.height) - top};
 }
 
 boost::optional<Size> VectorIcon::pageSize() const {

@@ -31,6 +31,7 @@ class VectorIcon {
   };
 
   VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle);
+  static Rectangle around(const Rectangle& a, const Rectangle& b);
   void measurePage();
   void measureContent();
   /// The graphics in a colour and with strokes of a share of their width. Blocks of one size share it.
@@ -42,7 +43,7 @@ class VectorIcon {
   std::map<std::string, ObjectPointer<RsvgHandle>> variants_;
   Rectangle page_;         ///< the whole page, at the origin
   bool has_size_ = false;  ///< whether the file gives the page its size
-  Rectangle content_;      ///< what is drawn on it
+  Rectangle content_;      ///< around all shapes, also those without paint, by which a file keeps a margin
 };
 
 }  // namespace embedded::drawing

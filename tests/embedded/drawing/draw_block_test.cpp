@@ -110,6 +110,18 @@ TEST_F(DrawBlock, VectorIconFillsTheBlockWithItsContent) {
   EXPECT_EQ(picture.at(60, 35), 0xFF0000u);
 }
 
+TEST_F(DrawBlock, ShapesWithoutPaintAreContentToo) {
+  Part part;
+  registerIcon(part,
+               "<svg xmlns='http://www.w3.org/2000/svg' width='60' height='40'><rect width='60' height='40' fill='none'/>"
+               "<rect x='15' y='10' width='30' height='20'/></svg>",
+               fitted);
+  const Picture::Ink ink = drawn(part, {0, 0, 120, 120}, {120, 120}).ink();
+  EXPECT_NEAR(ink.left, 30, 1);
+  EXPECT_NEAR(ink.top, 30, 1);
+  EXPECT_NEAR(ink.bottom, 89, 1);
+}
+
 TEST_F(DrawBlock, VectorIconStaysAsItsFileSaysWithoutStyles) {
   Part part;
   registerIcon(part, graphics, {});
@@ -192,13 +204,18 @@ TEST_F(DrawBlock, PortsOfThePhysicalDomainsHaveDifferentColours) {
   EXPECT_EQ(colors.size(), 4u);
 }
 
-TEST_F(DrawBlock, ServiceDrawsLabelsUnlessTheSettingIsOff) {
+TEST_F(DrawBlock, ServiceDrawsLabelsBesideTheLeadsUnlessTheSettingIsOff) {
   Part part;
   part.label = u"HHH";
   registerIcon(part, "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'/>", fitted);
-  const Picture::Ink ink = drawn(part, {0, 0, 80, 40}, {80, 40}).ink();
-  EXPECT_NEAR(ink.left, 4, 1) << "at the left port";
-  EXPECT_NEAR(ink.top + ink.bottom, 40, 3);
+  const Picture::Ink above = drawn(part, {0, 0, 80, 40}, {80, 40}).ink();
+  EXPECT_NEAR(above.left, 3, 1) << "at the left port";
+  EXPECT_GT(above.top, 8);
+  EXPECT_LT(above.bottom, 20) << "above the lead";
+  block_diagram::setProperty(part, "Rotation", u"90");
+  const Picture::Ink beside = drawn(part, {0, 0, 80, 40}, {80, 40}).ink();
+  EXPECT_GT(beside.left, 40) << "right of the lead on top";
+  EXPECT_LT(beside.bottom, 12);
   block_diagram::setIconSetting("KMDVGLabel", u"off");
   EXPECT_EQ(drawn(part, {0, 0, 80, 40}, {80, 40}).ink().right, -1);
 }
