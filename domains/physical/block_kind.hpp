@@ -17,6 +17,7 @@ struct Port {
   Side side;          ///< where the block shows it
   std::string type;   ///< "electrical", "rotational", "translational" or "thermal"
   std::string label;  ///< drawn beside the port
+  int rank = 0;       ///< ports of a side stand in the order of their ranks, those of a rank in that of the kind
 };
 
 enum class ParameterForm {
@@ -54,6 +55,14 @@ struct PortRule {
   Port (*port)(std::size_t position) = nullptr;
 };
 
+/// A vector image of the folder `icons`, and the blocks that show it.
+struct Icon {
+  std::string file;         ///< such as "diode.svg"
+  bool labels = true;       ///< whether the ports' labels are drawn; off where the image tells the ports apart
+  std::size_t ports = 0;    ///< only with so many ports; 0 for any count
+  std::string device = {};  ///< only where the text parameter "model_card" begins with this word; empty for any text
+};
+
 /// One kind of block. The order of the ports is that of the component's connectors.
 struct BlockKind {
   std::string name;   ///< "resistor" becomes the prototype "physical/resistor" and the component type physical.resistor
@@ -62,8 +71,9 @@ struct BlockKind {
   std::vector<Port> ports = {};
   std::vector<Parameter> parameters = {};
   bool reference = false;  ///< fixes the potential of its network; tags the component with "Reference"
-  std::string icon = {};   ///< image file; none when empty
-  PortRule rule = {};      ///< ports by a parameter, instead of `ports`
+  /// The first that fits is shown. Without one, a block is a frame around its text.
+  std::vector<Icon> icons = {};
+  PortRule rule = {};  ///< ports by a parameter, instead of `ports`
 };
 
 inline Port left(const char* id, const char* type, const char* label = "") {
@@ -72,6 +82,18 @@ inline Port left(const char* id, const char* type, const char* label = "") {
 
 inline Port right(const char* id, const char* type, const char* label = "") {
   return {id, Side::right, type, label};
+}
+
+/// An image that shows by itself which port is which.
+inline std::vector<Icon> drawn_as(const char* file) {
+  return {{file, false}};
+}
+
+/// Kinds without an icon get the file of their name.
+inline std::vector<BlockKind> with_icons(std::vector<BlockKind> kinds) {
+  for (BlockKind& kind : kinds)
+    if (kind.icons.empty()) kind.icons.push_back({kind.name + ".svg"});
+  return kinds;
 }
 
 /// An expression with its unit.

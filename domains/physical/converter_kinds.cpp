@@ -23,7 +23,7 @@ std::vector<Port> poles_and_heat() {
 }  // namespace
 
 std::vector<BlockKind> converter_kinds() {
-  return {
+  return with_icons({
       {"rotational_electromechanical_converter",
        "Rotational Electromechanical Converter",
        "Lossless motor or generator: v = K*w, torque = K*i.",
@@ -76,7 +76,7 @@ std::vector<BlockKind> converter_kinds() {
        {left("p", E, "+"), right("n", E, "-"), left("a", H, "A"), right("b", H, "B")},
        {number("alpha", "Seebeck coefficient", "0.05", "V/K"), number("R", "Resistance", "2", "Ohm"),
         number("K", "Thermal conductance", "0.5", "W/K")}},
-  };
+  });
 }
 
 }  // namespace kinemo::physical

@@ -88,13 +88,11 @@ const gl::gti::BlockDescriptor& KindBlock::descriptor() const {
 }
 
 void KindBlock::checkParameters(gl::gti::CoreBlockFacade& block) {
-  if (!kind_->hasPortRule()) return;
+  if (!kind_->hasManyLooks()) return;
   // Before its mask is generated a block has no parameters, and the nearest mask is that of a subsystem around it.
   const GTBlock* host = GTBlock::Handle2Block(block.handle());
   if (!host || MaskInterface::mask(host) != kind_->mask()) return;
-  const auto parameters = block.maskParams();
-  const auto count = parameters.find(kind_->kind().rule.parameter);
-  if (count != parameters.end()) look_ = kind_->look(count->second);
+  look_ = kind_->look(block.maskParams());
 }
 
 gl::core::Component KindBlock::component(gl::gti::CoreBlockFacade& block, const gl::gti::BlockData& data) {

@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kinemo::physical {
@@ -58,24 +59,29 @@ class PreparedKind {
   const std::vector<PreparedParameter>& parameters() const { return parameters_; }
   const boost::shared_ptr<const GTMaskDefinition>& mask() const { return mask_; }
 
-  bool hasPortRule() const { return kind_.rule.port != nullptr; }
+  /// Whether parameters of a block change its look.
+  bool hasManyLooks() const { return manyLooks_; }
   /// The look of a block without parameters of its own.
   const std::shared_ptr<const Look>& standardLook() const { return standard_; }
-  /// The look that the port rule gives for the text of its parameter.
+  /// The look for the parameters of a block.
   /// @throws "kinemo:physical:blocks" "InvalidTerminalCount" (parameter, text, minimum, maximum, step)
-  std::shared_ptr<const Look> look(const ustring& count) const;
+  std::shared_ptr<const Look> look(const std::map<std::string, ustring>& parameters) const;
 
  private:
-  std::shared_ptr<const Look> makeLook(const std::vector<Port>& ports) const;
-  std::shared_ptr<const Look> countedLook(std::size_t count) const;
+  std::size_t countOfPorts(const std::map<std::string, ustring>& parameters) const;
+  std::vector<Port> ports(std::size_t count) const;
+  const Icon* icon(std::size_t count, const std::string& device) const;
+  std::shared_ptr<const Look> keptLook(std::size_t count, const Icon* icon) const;
+  std::shared_ptr<const Look> makeLook(const std::vector<Port>& ports, const Icon* icon) const;
 
   BlockKind kind_;
   std::string libraryName_;
   kmf::VnIdPath1 type_;
   std::vector<PreparedParameter> parameters_;
   boost::shared_ptr<const GTMaskDefinition> mask_;
+  bool manyLooks_;
   std::shared_ptr<const Look> standard_;
-  mutable std::map<std::size_t, std::weak_ptr<const Look>> looks_;  ///< by count of ports, while a block has it
+  mutable std::map<std::pair<std::size_t, const Icon*>, std::weak_ptr<const Look>> looks_;  ///< while a block has it
 };
 
 /// Type path of a port type, "physical.electrical" for "electrical".

@@ -15,7 +15,7 @@ std::vector<Port> shaft_and_case() {
 }  // namespace
 
 std::vector<BlockKind> rotational_kinds() {
-  return {
+  return with_icons({
       {"inertia",
        "Inertia",
        "Body that rotates: torque = J*dw/dt.",
@@ -61,7 +61,7 @@ std::vector<BlockKind> rotational_kinds() {
        shaft_and_case(),
        {number("w", "Speed", "1", "rad/s")}},
       {"rotational_reference", "Rotational Reference", "Frame that doesn't rotate: speed 0.", {left("r", R)}, {}, true},
-  };
+  });
 }
 
 }  // namespace kinemo::physical

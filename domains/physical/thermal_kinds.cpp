@@ -16,7 +16,7 @@ std::vector<Port> two_sides() {
 }  // namespace
 
 std::vector<BlockKind> thermal_kinds() {
-  return {
+  return with_icons({
       {"thermal_mass",
        "Thermal Mass",
        "Body that stores heat: Q = mass*c_p*dT/dt.",
@@ -55,7 +55,7 @@ std::vector<BlockKind> thermal_kinds() {
        two_sides(),
        {number("T", "Temperature difference", "293.15", "K")}},
       {"thermal_reference", "Thermal Reference", "Point of temperature 0 K.", {left("a", T)}, {}, true},
-  };
+  });
 }
 
 }  // namespace kinemo::physical

@@ -15,7 +15,7 @@ std::vector<Port> rod_and_case() {
 }  // namespace
 
 std::vector<BlockKind> translational_kinds() {
-  return {
+  return with_icons({
       {"mass",
        "Mass",
        "Body that moves: force = m*dv/dt.",
@@ -65,7 +65,7 @@ std::vector<BlockKind> translational_kinds() {
        {left("r", T)},
        {},
        true},
-  };
+  });
 }
 
 }  // namespace kinemo::physical

@@ -81,12 +81,12 @@ TEST_F(KindBlocks, PortsFollowTheCountOfTerminals) {
   GTBlock& transistor = place(u"q1", "physical/spice/bjt");
   EXPECT_EQ(portCount(transistor), 3u);
   GTBlock& resistor = place(u"r1", "physical/spice/resistor");
-  gtPort* collector = transistor.getGrLeftConnectionPort(0);
+  gtPort* collector = transistor.getGrRightConnectionPort(0);
   diagram->root().addLine({collector, resistor.getGrLeftConnectionPort(0)});
   bd::setParameter(transistor, "terminals", u" 5 ");
   bd::refresh(transistor);
   EXPECT_EQ(portCount(transistor), 5u);
-  EXPECT_EQ(transistor.getGrLeftConnectionPort(0), collector);
+  EXPECT_EQ(transistor.getGrRightConnectionPort(0), collector);
   EXPECT_EQ(bd::linesAt(*collector).size(), 1u);
   EXPECT_EQ(component(u"m/q1").connectorOrder().size(), 5u);
 }

@@ -53,7 +53,9 @@ class PhysicalLibrary : public PhysicalTest {
 
   void expectPorts(const BlockKind& kind, const GTBlock& block) {
     std::vector<std::string> left, right, shown_left, shown_right;
-    for (const Port& port : standard_ports(kind))
+    std::vector<Port> ports = standard_ports(kind);
+    std::stable_sort(ports.begin(), ports.end(), [](const Port& a, const Port& b) { return a.rank < b.rank; });
+    for (const Port& port : ports)
       (port.side == Side::left ? left : right).push_back("physical." + port.type);
     for (const gtPort* port : bd::ports(block))
       (port->isLeft() ? shown_left : shown_right).push_back(gtGetPortDomainPortType(port));
