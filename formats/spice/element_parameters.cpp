@@ -48,9 +48,9 @@ void ElementParameters::end() {
 }
 
 void ElementParameters::set(GTBlock& block, const Element& element, const ParameterScopes& scopes) {
-  if (element.kind->parameters.find("terminals") != std::string_view::npos) {
+  const bool is_counted = element.kind->parameters.find("terminals") != std::string_view::npos;
+  if (is_counted) {
     host::setParameter(block, "terminals", host_string(std::to_string(element.nodes.size())));
-    host::refresh(block);
   }
   const bool waits = element.value != nullptr && !has_value(element, scopes);
   if (element.value != nullptr && !waits) {
@@ -59,6 +59,9 @@ void ElementParameters::set(GTBlock& block, const Element& element, const Parame
   if (element.model != nullptr) {
     host::setParameter(block, "model", host_string(element.model->name));
     set_text(block, "model_card", "model_values", element, card(*element.model, scopes));
+  }
+  if (is_counted || element.model != nullptr) {
+    host::refresh(block);  // brings the ports, and the icon of the device
   }
   if (!element.elements.empty()) {
     host::setParameter(block, "elements", host_string(element.elements));

@@ -69,6 +69,10 @@ class TextProbe final : public GTWindow {
   double width_ = 0;
 };
 
+int most_ports_of_a_side(const GTBlock& block) {
+  return std::max(block.getGrNumLeftConnectionPorts(), block.getGrNumRightConnectionPorts());
+}
+
 /// The line breaks of a name are blanks.
 ustring one_line(ustring text) {
   std::replace(text.begin(), text.end(), u'\n', u' ');
@@ -111,7 +115,9 @@ layout::Size ShapeMaker::size_of(const GTBlock& block) {
     return {rounded_up(measure_(name, name_share).width, port_distance) + port_distance, port_distance};
   }
   const auto natural = drawing::natural_size(block);
-  const layout::Size size = natural ? layout::Size{natural->width, natural->height} : size_by_texts(block);
+  layout::Size size = natural ? layout::Size{natural->width, natural->height} : size_by_texts(block);
+  // An icon for any count of ports grows with it.
+  size.height = std::max(size.height, port_distance * most_ports_of_a_side(block));
   return lies_across(block) ? layout::Size{size.height, size.width} : size;
 }
 
