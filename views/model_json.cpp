@@ -1,49 +1,23 @@
 #include "views/model_json.hpp"
 
 #include "views/graph_access.hpp"
+#include "views/graph_walk.hpp"
 #include "views/json_writer.hpp"
 #include "views/parameter_text.hpp"
 
 #include <ostream>
-#include <vector>
 
 namespace kinemo::views {
 
 namespace {
 
-/// Writes nested graphs with a stack of its own, so that depth is no matter.
 class GraphWriter {
  public:
   explicit GraphWriter(JsonWriter& json) : json_(json) {}
 
-  void write(const gl::core::Graph& root) {
-    enter(root, nullptr);
-    while (!levels_.empty()) {
-      Level& level = levels_.back();
-      if (level.next == level.graph->components().end()) {
-        leave();
-      } else {
-        const auto current = level.next++;
-        write_component(current->first, current->second);
-      }
-    }
-  }
+  void enter(const GraphLevel&) { json_.begin_object().key("components").begin_object(); }
 
- private:
-  struct Level {
-    const gl::core::Graph* graph;
-    const gl::core::Component* owner;  ///< null at the root
-    std::map<kmf::VnId, gl::core::Component>::const_iterator next;
-  };
-
-  void enter(const gl::core::Graph& graph, const gl::core::Component* owner) {
-    levels_.push_back({&graph, owner, graph.components().begin()});
-    json_.begin_object().key("components").begin_object();
-  }
-
-  void leave() {
-    const Level level = levels_.back();
-    levels_.pop_back();
+  void leave(const GraphLevel& level) {
     json_.end_object();
     write_nodes(*level.graph);
     write_connections(*level.graph);
@@ -53,7 +27,7 @@ class GraphWriter {
     json_.end_object();
   }
 
-  void write_component(const kmf::VnId& id, const gl::core::Component& component) {
+  void component(const GraphLevel&, const kmf::VnId& id, const gl::core::Component& component) {
     json_.key(id.view()).begin_object();
     json_.member("object", object_text(component)).member("type", std::string(component.type()));
     json_.key("parameters").begin_object();
@@ -66,14 +40,14 @@ class GraphWriter {
       json_.member(connector.view(), connector_type(component, connector));
     }
     json_.end_object();
-    if (!component.isSubgraph()) {
+    if (component.isSubgraph()) {
+      json_.key("graph");
+    } else {
       json_.end_object();
-      return;
     }
-    json_.key("graph");
-    enter(component.graph(), &component);
   }
 
+ private:
   void write_nodes(const gl::core::Graph& graph) {
     json_.key("nodes").begin_object();
     for (const auto& [id, node] : graph.nodes()) {
@@ -103,7 +77,6 @@ class GraphWriter {
   }
 
   JsonWriter& json_;
-  std::vector<Level> levels_;
 };
 
 void write_runtime_parameters(JsonWriter& json, const gl::core::RuntimeParameterInfo& parameters) {
@@ -125,7 +98,8 @@ void write_model_json(std::ostream& out, const std::string& name, const std::str
                       const gl::core::Model& model) {
   JsonWriter json(out);
   json.begin_object().member("schema", std::size_t{1}).member("model", name).member("domain", domain).key("graph");
-  GraphWriter(json).write(model.graph());
+  GraphWriter writer(json);
+  walk_graphs(model.graph(), writer);
   json.key("runtimeParameters");
   write_runtime_parameters(json, model.runtimeParameters());
   json.end_object().finish();
