@@ -4,6 +4,7 @@
 #include "apps/kinemo/session.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "views/model_dot.hpp"
+#include "views/model_graphml.hpp"
 #include "views/model_json.hpp"
 #include "views/model_summary.hpp"
 
@@ -17,6 +18,7 @@ void write_model(Session& session, std::ostream& out, const std::string& name, c
   const Options& options = session.options();
   if (options.format == "json") return views::write_model_json(out, name, compiled.domain, compiled.model);
   if (options.format == "dot") return views::write_model_dot(out, name, compiled.model);
+  if (options.format == "graphml") return views::write_model_graphml(out, name, compiled.domain, compiled.model);
   views::SummaryOptions summary;
   summary.color = (options.output.empty() || options.output == "-") && session.console().color(STDOUT_FILENO);
   views::write_summary(out, name, compiled.domain, compiled.model, summary);

@@ -96,7 +96,7 @@ void add_compile(CLI::App& app, Options& options) {
   CLI::App* compile = add_command(app, options, Command::compile, "compile", "Compile a model into its graph",
                                   "\nExample:\n  kinemo compile rc_lowpass.yaml --format json -o rc_lowpass.json");
   add_model(*compile, options, true);
-  add_format(*compile, options, {"summary", "json", "dot"}, "How to show the compiled model");
+  add_format(*compile, options, {"summary", "json", "dot", "graphml"}, "How to show the compiled model");
   compile
       ->add_option(
           "--runtime-parameters", options.runtime_parameters,

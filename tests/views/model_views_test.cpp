@@ -2,6 +2,7 @@
 #include "views/block_library.hpp"
 #include "views/block_ports.hpp"
 #include "views/model_dot.hpp"
+#include "views/model_graphml.hpp"
 #include "views/model_json.hpp"
 #include "views/model_summary.hpp"
 #include "views/parameter_text.hpp"
@@ -211,6 +212,77 @@ TEST_F(ModelViews, DotHoldsEveryLeafOnce) {
   EXPECT_EQ(text.find("\"Filter/R1\" [shape=box"), text.rfind("\"Filter/R1\" [shape=box"));
   EXPECT_THAT(text, HasSubstr("\"Filter/R1\" [shape=box"));
   EXPECT_EQ(std::count(text.begin(), text.end(), '{'), std::count(text.begin(), text.end(), '}'));
+}
+
+/// Reads XML as far as this writer's goes: counts the elements by name and kind, and sees that they are closed in turn.
+/// One element, or one end, is on a line.
+std::map<std::string, std::size_t> counted_elements(const std::string& xml) {
+  std::map<std::string, std::size_t> counts;
+  std::vector<std::string> open;
+  std::istringstream in(xml);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t begin = line.find('<');
+    if (begin == std::string::npos) throw std::runtime_error("no element: " + line);
+    if (line[begin + 1] == '?') continue;
+    const bool ends = line[begin + 1] == '/';
+    const std::size_t name_begin = begin + (ends ? 2 : 1);
+    const std::string name = line.substr(name_begin, line.find_first_of(" />", name_begin) - name_begin);
+    if (ends) {
+      if (open.empty() || open.back() != name) throw std::runtime_error("not open: " + line);
+      open.pop_back();
+      continue;
+    }
+    const std::size_t tag_end = line.find('>');
+    if (name == "data") {
+      ++counts[line.substr(begin, line.rfind("</") - begin)];
+    } else if (line[tag_end - 1] != '/') {
+      open.push_back(name);
+    }
+    ++counts[name];
+  }
+  if (!open.empty()) throw std::runtime_error("not closed: " + open.back());
+  return counts;
+}
+
+std::string graphml_of(const gl::core::Model& model, const std::string& name = "m") {
+  std::ostringstream out;
+  write_model_graphml(out, name, "physical", model);
+  return out.str();
+}
+
+TEST_F(ModelViews, GraphmlHoldsAllOfTheModel) {
+  for (const char* name : {"rc_lowpass.yaml", "motor_drive.yaml"}) {
+    const gl::core::Model model = compile(example(name));
+    const ModelCounts expected = count(model);
+    auto found = counted_elements(graphml_of(model));
+    EXPECT_EQ(expected.subgraphs + 1, found["graph"]) << name;
+    EXPECT_EQ(expected.components, found["<data key=\"kind\">component"]);
+    EXPECT_EQ(expected.subgraphs, found["<data key=\"kind\">subgraph"]);
+    EXPECT_EQ(expected.nodes, found["<data key=\"kind\">node"]);
+    std::size_t exports = 0;
+    for (const auto& [line, times] : found) exports += line.rfind("<data key=\"export", 0) == 0 ? times : 0;
+    EXPECT_EQ(expected.connections, found["edge"] - exports);
+    EXPECT_GT(exports, 0U);
+  }
+}
+
+TEST_F(ModelViews, GraphmlTiesConnectorsToNodesThroughTheLevels) {
+  const std::string text = graphml_of(compile(example("rc_lowpass.yaml")));
+  EXPECT_THAT(text, HasSubstr("<node id=\"Filter.R1\">"));
+  EXPECT_THAT(text, HasSubstr("<data key=\"type\">physical.resistor</data>"));
+  EXPECT_THAT(text, HasSubstr("<edge source=\"Filter.R1\" sourceport=\"p\" target=\"Filter.:"));
+  EXPECT_THAT(text, testing::ContainsRegex("<edge source=\"Filter\" sourceport=\"[a-zA-Z0-9_]+\" target=\":"));
+  EXPECT_THAT(text, testing::ContainsRegex("<edge source=\"Filter\" sourceport=\"[a-zA-Z0-9_]+\" target=\"Filter\\.:"));
+}
+
+TEST_F(ModelViews, GraphmlOfDeepModelsIsClosed) {
+  constexpr int levels = 1'000;
+  EXPECT_EQ(levels + 1U, counted_elements(graphml_of(nested_model(levels)))["graph"]);
+}
+
+TEST_F(ModelViews, GraphmlEscapesAnyName) {
+  EXPECT_THAT(graphml_of(gl::core::Model(gl::core::Graph(), {}), "a<b>&\"c\x01\n\xED\xA0\x80\xEF\xBF\xBE\xC3\xA4"),
+              HasSubstr(">a&lt;b&gt;&amp;&quot;c\xEF\xBF\xBD&#10;\xEF\xBF\xBD\xEF\xBF\xBD\xC3\xA4<"));
 }
 
 TEST_F(ModelViews, LibraryTellsPortsAndParameters) {
