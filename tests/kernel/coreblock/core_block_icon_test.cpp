@@ -3,6 +3,7 @@
 #include "common/gl/gti/src/kernel/coreblock/icon_text.hpp"
 #include "embedded/block_diagram/icons.hpp"
 #include "embedded/block_diagram/window.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
@@ -10,7 +11,9 @@
 #include "tests/kernel/coreblock/core_block_fixture.hpp"
 #include "tests/support/temporary_folder.hpp"
 
-#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 namespace gl::gti::test {
 
@@ -23,31 +26,55 @@ std::string utf8(const ustring& text) {
   return kmf::ustring_to_utf8_string(text);
 }
 
+/// The colour of the port labels, by all of its record; another one by a dash.
+std::string colour_name(const GTColor& color) {
+  const bool labels =
+      color.red == 0.0 && color.green == 1.0 && color.blue == 0.0 && color.palette == -1 && color.flags == 0;
+  return labels ? "green" : "-";
+}
+
 /// Remembers what a block draws, as texts.
 struct RecordingWindow final : GTWindow {
   void setTextAlignment(int horizontal, int vertical) override {
-    calls.push_back("align " + std::to_string(horizontal) + " " + std::to_string(vertical));
+    note("align " + std::to_string(horizontal) + " " + std::to_string(vertical));
   }
   int lineSpacing() override { return spacing; }
-  void moveTo(int x, int y) override { calls.push_back("move " + std::to_string(x) + " " + std::to_string(y)); }
-  void drawString(const ustring& text) override { calls.push_back("text " + utf8(text)); }
-  void setForeground(const GTColor& color) override { calls.push_back(color.green == 1.0 ? "green" : "black"); }
-  void frameAndFill(const GTBlock&, const GTBounds&) override { calls.push_back("frame"); }
+  void moveTo(int x, int y) override { note("move " + std::to_string(x) + " " + std::to_string(y)); }
+  void drawString(const ustring& text) override { note("text " + utf8(text)); }
+  void setForeground(const GTColor& color) override { note(colour_name(color)); }
+  void frameAndFill(const GTBlock&, const GTBounds&) override { note("frame"); }
   void drawImage(const GTBlock&, const cvArray_tag* image, const GTBounds&, bool rotate, int location) override {
     const auto& size = cvGetDimensions(image);
-    calls.push_back("image " + std::to_string(size[0]) + "x" + std::to_string(size[1]) + (rotate ? " turning" : "") +
-                    " at " + std::to_string(location));
+    note("image " + std::to_string(size[0]) + "x" + std::to_string(size[1]) + (rotate ? " turning" : "") + " at " +
+         std::to_string(location));
     scope = cvGetArrayScope(image);
     first = cvGetElement(image, 1);
   }
   void drawPortLabel(const GTBlock&, const GTBounds&, bool left, int index, const ustring& label) override {
-    calls.push_back((left ? "left " : "right ") + std::to_string(index) + " " + utf8(label));
+    note((left ? "left " : "right ") + std::to_string(index) + " " + utf8(label));
+  }
+  void note(const std::string& call) {
+    calls.push_back(call);
+    interruptible |= kmf::interrupt_requested();
   }
 
   int spacing = 11;
   std::vector<std::string> calls;
-  int scope = -1;    ///< of the last image
-  double first = 0;  ///< second element of the last image: the first one's neighbour down the column
+  bool interruptible = false;  ///< whether a call saw the user's request to stop
+  int scope = -1;              ///< of the last image
+  double first = 0;            ///< second element of the last image: the first one's neighbour down the column
+};
+
+/// Another "imread" for a scope.
+class Imread {
+ public:
+  explicit Imread(kmf::CvFunction function) { kmf::register_corvane_function("imread", std::move(function)); }
+  Imread(const Imread&) = delete;
+  Imread& operator=(const Imread&) = delete;
+  ~Imread() { kmf::register_corvane_function("imread", *before_); }
+
+ private:
+  const std::shared_ptr<const kmf::CvFunction> before_ = embedded::scripting_runtime::find_function("imread");
 };
 
 /// Two rows of three pixels whose red counts from 1 along the rows.
@@ -90,6 +117,16 @@ class CoreBlockIcon : public CoreBlockTest {
     const auto found = styles.find(row);
     return found == styles.end() ? "none" : utf8(found->second);
   }
+  /// The warnings up to now, each as "id(argument)".
+  std::vector<std::string> warnings() {
+    std::vector<std::string> texts;
+    for (const kmf::Message& warning : take_warning_messages()) {
+      const kmf::MessageId& id = warning.identifier();
+      EXPECT_EQ(id.group, "kinemo:common:gl:gti:core_block");
+      texts.push_back(id.id + "(" + kmf::argument_text(id.arguments.at(0)) + ")");
+    }
+    return texts;
+  }
 
   kinemo::test::TemporaryFolder folder;
   RecordingWindow window;
@@ -100,7 +137,7 @@ class CoreBlockIcon : public CoreBlockTest {
 
 TEST_F(CoreBlockIcon, TextIconIsFramedAndThenLabelled) {
   EXPECT_THAT(draw(block), ElementsAre("frame", "align 1 2", "move 50 30", "move 50 35", "text R", "align 0 3", "green",
-                                       "left 0 +", "right 0 -", "black"));
+                                       "left 0 +", "right 0 -", "-"));
 }
 
 TEST_F(CoreBlockIcon, LinesOfTextStandAroundTheCentre) {
@@ -114,6 +151,7 @@ TEST_F(CoreBlockIcon, LinesOfTextStandAroundTheCentre) {
       {u"a", {"move 50 30", "move 50 35", "text a"}},
       {u"a\nb", {"move 50 30", "move 50 24", "text a", "move 50 35", "text b"}},
       {u"a\nb\nc", {"move 50 30", "move 50 24", "text a", "move 50 35", "text b", "move 50 46", "text c"}},
+      {u"a\n", {"move 50 30", "move 50 24", "text a", "move 50 35", "text "}},
       {u"\n", {"move 50 30", "move 50 24", "text ", "move 50 35", "text "}},
   };
   for (const Case& row : cases) {
@@ -134,7 +172,7 @@ TEST_F(CoreBlockIcon, BitmapIsReadOnceAndDrawnInItsShape) {
   const int scope = cvOpenScope();
   setIcon(file);
   cvCloseScope(scope);
-  EXPECT_THAT(draw(block), ElementsAre("image 2x3 turning at 4", "green", "left 0 +", "right 0 -", "black"));
+  EXPECT_THAT(draw(block), ElementsAre("image 2x3 turning at 4", "green", "left 0 +", "right 0 -", "-"));
   EXPECT_EQ(window.scope, 0);
   EXPECT_EQ(window.first, 4);
   std::filesystem::remove(file);
@@ -156,13 +194,10 @@ TEST_F(CoreBlockIcon, BadBitmapsCostAWarningAtEachTry) {
   const auto broken = folder.write("broken.png", "no image");
   setIcon(broken);
   setIcon(broken);
-  EXPECT_THAT(take_warnings(), ElementsAre("kinemo:common:gl:gti:core_block:InvalidIconFile",
-                                           "kinemo:common:gl:gti:core_block:InvalidIconFile"));
   setIcon(gray);
-  const auto warnings = take_warning_messages();
-  ASSERT_EQ(warnings.size(), 1u);
-  EXPECT_EQ(warnings[0].identifier().id, "InvalidIconImageType");
-  EXPECT_EQ(kmf::argument_text(warnings[0].identifier().arguments.at(0)), gray.string());
+  EXPECT_THAT(warnings(),
+              ElementsAre("InvalidIconFile(" + broken.string() + ")", "InvalidIconFile(" + broken.string() + ")",
+                          "InvalidIconImageType(" + gray.string() + ")"));
   EXPECT_EQ(firstCall(), "frame");
   EXPECT_EQ(styleName(), "KinemoBlockWithBorder");
 }
@@ -174,25 +209,94 @@ TEST_F(CoreBlockIcon, BadBitmapTakesTheFormerOneAway) {
   EXPECT_EQ(firstCall(), "frame");
 }
 
-TEST_F(CoreBlockIcon, ErrorsOfAnyKindInReadingCostAWarning) {
-  const auto imread = embedded::scripting_runtime::find_function("imread");
-  kmf::register_corvane_function("imread", [](int, cvArray_tag**, int, cvArray_tag**) { throw 7; });
-  EXPECT_EQ(read_icon_bitmap("icon.png"), nullptr);
-  kmf::register_corvane_function("imread", *imread);
-  EXPECT_THAT(take_warnings(), ElementsAre("kinemo:common:gl:gti:core_block:InvalidIconFile"));
+TEST_F(CoreBlockIcon, OnlyThreeLayersOfColourMakeABitmap) {
+  using Shape = std::vector<std::size_t>;
+  const std::string noImage = "InvalidIconFile(a.png)";
+  const std::string otherImage = "InvalidIconImageType(a.png)";
+  const std::pair<Shape, std::string> cases[] = {{{2, 3, 3}, ""},
+                                                 {{2, 3}, otherImage},
+                                                 {{2, 3, 4}, otherImage},
+                                                 {{2, 3, 3, 2}, otherImage},
+                                                 {{3, 3, 1, 3}, otherImage},
+                                                 {{}, noImage}};
+  for (const auto& [shape, warning] : cases) {
+    const Imread reader([shape = shape](int, cvArray_tag** outputs, int, cvArray_tag**) {
+      if (!shape.empty()) outputs[0] = cvCreateNumericArray(shape, cvUINT8_CLASS);
+    });
+    EXPECT_EQ(read_icon_bitmap("a.png") != nullptr, warning.empty()) << shape.size();
+    EXPECT_EQ(warnings(), warning.empty() ? std::vector<std::string>{} : std::vector<std::string>{warning});
+  }
+  const Imread failing([](int, cvArray_tag**, int, cvArray_tag**) { throw 7; });
+  EXPECT_EQ(read_icon_bitmap("a.png"), nullptr);
+  EXPECT_THAT(warnings(), ElementsAre(noImage)) << "an error of any kind";
 }
 
-TEST_F(CoreBlockIcon, IconGoesWithTheDescriptorsButAVectorPathStays) {
-  setIcon(folder.write("icon.ppm", colour_image));
-  descriptor().iconFile(boost::none);
-  descriptor().enableFrame(false);
-  EXPECT_EQ(check(block), "");
-  EXPECT_EQ(firstCall(), "frame");
-  EXPECT_EQ(styleName(), "KinemoBlockWithBorder") << "no path is in force";
-  setIcon("icon.svg");
-  descriptor().iconFile(boost::none);
-  EXPECT_EQ(check(block), "");
-  EXPECT_EQ(styleName(), "KinemoBlockNoBorder") << "without an image the path stays in force";
+TEST_F(CoreBlockIcon, InterruptWaitsForReadingAndDrawing) {
+  bool interruptible = true;
+  const Imread reader([&](int, cvArray_tag** outputs, int, cvArray_tag**) {
+    interruptible = kmf::interrupt_requested();
+    outputs[0] = cvCreateNumericArray({2, 3, 3}, cvUINT8_CLASS);
+  });
+  embedded::scripting_runtime::request_interrupt(true);
+  draw(block);
+  setIcon("a.png");
+  draw(block);
+  EXPECT_FALSE(interruptible || window.interruptible);
+  EXPECT_TRUE(kmf::interrupt_requested()) << "it counts afterwards";
+  embedded::scripting_runtime::request_interrupt(false);
+}
+
+TEST_F(CoreBlockIcon, ChangesFromWhatTheFormerOneHasLeft) {
+  const auto bitmap = folder.write("icon.ppm", colour_image);
+  struct Step {
+    boost::optional<std::filesystem::path> icon;
+    bool styling;
+    std::string drawn;  ///< in front of the labels; "" where the icon service draws
+    std::string style;  ///< without a frame
+    bool registered;    ///< a.svg
+  };
+  const boost::optional<std::filesystem::path> none;
+  const std::filesystem::path svg = "a.svg";
+  const std::string image = "image 2x3 turning at 4";
+  const std::string border = "KinemoBlockWithBorder";
+  const std::string bare = "KinemoBlockNoBorder";
+  const Step steps[] = {
+      {bitmap, false, image, bare, false},   // a bitmap
+      {svg, false, image, bare, false},      // isn't taken away by a vector icon
+      {svg, true, "", "a.svg", false},       // whose path doesn't change with the switch
+      {none, true, "frame", border, false},  // path and image go
+      {svg, false, "frame", bare, false},    // no image now
+      {none, false, "frame", bare, false},   // so that the path stays
+      {none, true, "", "a.svg", false},      // and is still the style
+      {bitmap, true, image, bare, false},    // a bitmap
+      {svg, true, "", "a.svg", true},        // and a new path
+      {none, true, "frame", border, true},   // path and image go
+      {bitmap, true, image, bare, true},     // a bitmap
+      {none, false, "frame", border, true},  // by itself
+  };
+  for (const Step& step : steps) {
+    SCOPED_TRACE(&step - steps);
+    icon_styling_switch() = step.styling;
+    descriptor().iconFile(step.icon);
+    EXPECT_EQ(check(block), "");
+    const std::vector<std::string> calls = draw(block);
+    EXPECT_EQ(calls.empty() ? "" : calls[0], step.drawn);
+    descriptor().enableFrame(false);
+    EXPECT_EQ(styleName(), step.style);
+    descriptor().enableFrame(true);
+    EXPECT_EQ(styleName(), step.drawn.empty() ? step.style : border);
+    EXPECT_EQ(GTBlockIcon::isBlockIconRegistered(u"a.svg"), step.registered);
+  }
+}
+
+TEST_F(CoreBlockIcon, ChangesAlsoWhenTheCheckFails) {
+  const auto bitmap = folder.write("icon.ppm", colour_image);
+  behaviour->check = [&](CoreBlockFacade&) {
+    descriptor().iconFile(bitmap);
+    kmf::throw_message("kinemo:test", "BadValue");
+  };
+  EXPECT_NE(check(block), "");
+  EXPECT_EQ(firstCall(), "image 2x3 turning at 4");
 }
 
 TEST_F(CoreBlockIcon, CopyHasABitmapOfItsOwnAndReadsItsFileAgain) {
@@ -206,15 +310,7 @@ TEST_F(CoreBlockIcon, CopyHasABitmapOfItsOwnAndReadsItsFileAgain) {
   std::filesystem::remove(file);
   descriptor().iconFile(file);
   EXPECT_EQ(check(copied), "");
-  EXPECT_THAT(take_warnings(), ElementsAre("kinemo:common:gl:gti:core_block:InvalidIconFile"));
-}
-
-TEST_F(CoreBlockIcon, VectorIconWithoutStylingIsATextIcon) {
-  descriptor().enableFrame(false);
-  setIcon("icon.svg");
-  EXPECT_FALSE(GTBlockIcon::isBlockIconRegistered(u"icon.svg"));
-  EXPECT_EQ(firstCall(), "frame");
-  EXPECT_EQ(styleName(), "KinemoBlockNoBorder") << "the path is in force";
+  EXPECT_THAT(warnings(), ElementsAre("InvalidIconFile(" + file.string() + ")"));
 }
 
 TEST_F(CoreBlockIcon, VectorIconIsRegisteredWithItsStyles) {
@@ -255,31 +351,56 @@ TEST_F(CoreBlockIcon, RotationOfAVectorIconFollowsNewPathsOnly) {
   EXPECT_EQ(style("other.svg", u"Rotate"), "Off");
 }
 
-TEST_F(CoreBlockIcon, RegisteredIconWithTheRightRotationStaysAsItIs) {
+TEST_F(CoreBlockIcon, RegisteredIconIsRegisteredAgainForAnotherRotationOnly) {
   icon_styling_switch() = true;
-  GTBlockIcon::registerBlockIconFromResource(u"icon.svg", u"elsewhere.svg", {{u"Rotate", u"On"}});
-  setIcon("icon.svg");
-  EXPECT_EQ(GTBlockIcon::findResource(u"icon.svg")->file, u"elsewhere.svg");
-  descriptor().rotateImage(false);
-  setIcon("other.svg");
-  setIcon("icon.svg");
-  EXPECT_EQ(GTBlockIcon::findResource(u"icon.svg")->file, u"icon.svg");
-  EXPECT_EQ(style("icon.svg", u"Frame"), "none") << "the other styles are taken over";
+  struct Case {
+    IconStyles before;
+    bool rotate;
+    bool again;
+  };
+  const IconStyles on{{u"Frame", u"kept"}, {u"Rotate", u"On"}};
+  const IconStyles off{{u"Frame", u"kept"}, {u"Rotate", u"Off"}};
+  const IconStyles neither{{u"Frame", u"kept"}};
+  const Case cases[] = {{on, true, false},   {on, false, true},     {off, true, true},
+                        {off, false, false}, {neither, true, true}, {neither, false, true}};
+  for (const Case& test : cases) {
+    const ustring key = kmf::utf8_string_to_ustring(std::to_string(&test - cases) + ".svg");
+    GTBlockIcon::registerBlockIconFromResource(key, u"elsewhere.svg", test.before);
+    descriptor().rotateImage(test.rotate);
+    setIcon(utf8(key));
+    const GTIconResource& resource = *GTBlockIcon::findResource(key);
+    EXPECT_EQ(resource.file, test.again ? key : u"elsewhere.svg") << utf8(key);
+    EXPECT_EQ(resource.styles, test.rotate ? on : off) << utf8(key);
+  }
 }
 
-TEST_F(CoreBlockIcon, VectorIconIsLabelledByOneOfTheTwo) {
+TEST_F(CoreBlockIcon, LabelsOfAVectorIconAreDrawnByOneOfTheTwo) {
   icon_styling_switch() = true;
   setIcon("icon.svg");
   EXPECT_THAT(draw(block), IsEmpty());
+  for (const char16_t* setting : {u"on", u"", u"OFF", u"off "}) {
+    embedded::block_diagram::setIconSetting("KMDVGLabel", setting);
+    EXPECT_THAT(draw(block), IsEmpty()) << utf8(setting);
+  }
+  embedded::block_diagram::setIconSetting("KMDVGLabel", u"off");
+  EXPECT_THAT(draw(block), ElementsAre("green", "left 0 +", "right 0 -", "-"));
+}
+
+TEST_F(CoreBlockIcon, PortsAreLabelledInTheirOrderOnEachSide) {
+  descriptor().addLeftPort("a", u"A", "liquid", u"");
+  descriptor().addRightPort("b", u"", "liquid", u"");
+  EXPECT_EQ(check(block), "");
+  const std::vector<std::string> calls = draw(block);
+  EXPECT_THAT(std::vector<std::string>(calls.end() - 6, calls.end()),
+              ElementsAre("green", "left 0 +", "left 1 A", "right 0 -", "right 1 ", "-"));
   IconData data;
   block.setIconPortLabels(data);
-  ASSERT_EQ(data.portLabels().size(), 2u);
-  EXPECT_EQ(data.portLabels()[0].side, 2);
-  EXPECT_EQ(data.portLabels()[0].label, u"+");
-  EXPECT_EQ(data.portLabels()[1].side, 0);
-  EXPECT_EQ(data.portLabels()[1].index, 0);
-  embedded::block_diagram::setIconSetting("KMDVGLabel", u"off");
-  EXPECT_THAT(draw(block), ElementsAre("green", "left 0 +", "right 0 -", "black"));
+  std::vector<std::string> labels;
+  for (const IconData::PortLabel& port : data.portLabels()) {
+    labels.push_back(std::to_string(port.side) + " " + std::to_string(port.index) + " " + utf8(port.label) + "|" +
+                     utf8(port.second));
+  }
+  EXPECT_THAT(labels, ElementsAre("2 0 +|", "2 1 A|", "0 0 -|", "0 1 |"));
 }
 
 TEST_F(CoreBlockIcon, VectorGraphicsAreKnownByTheirExactExtension) {
@@ -287,6 +408,33 @@ TEST_F(CoreBlockIcon, VectorGraphicsAreKnownByTheirExactExtension) {
   for (const char* name : {"a.SVG", "a.svgz", "svg", ".svg", "a.svg/b", ""})
     EXPECT_FALSE(is_svg(std::filesystem::path(name))) << name;
   EXPECT_FALSE(is_svg(boost::none));
+}
+
+TEST_F(CoreBlockIcon, PreferenceIsAskedOnceForTheFirstStylesThatAreMade) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";  // a process in which nobody has asked yet
+  const auto ask = [this] {
+    int asked = 0;
+    const auto icon = [&](const char* file) {
+      setIcon(file);
+      std::fprintf(stderr, "%s: asked %d\n", file, asked);
+    };
+    kmf::register_corvane_function("verdane.internal.enableIconStyling",
+                                   [&](int, cvArray_tag** outputs, int, cvArray_tag**) {
+                                     ++asked;
+                                     outputs[0] = cvCreateLogicalScalar(false);
+                                   });
+    icon("off.svg");
+    icon_styling_switch() = true;
+    GTBlockIcon::registerBlockIconFromResource(u"known.svg", u"known.svg", {});
+    for (const char* file : {"known.svg", "new.svg", "newer.svg"}) icon(file);
+    for (const auto& row : GTBlockIcon::findResource(u"newer.svg")->styles)
+      std::fprintf(stderr, "%s ", utf8(row.first).c_str());
+    std::_Exit(0);
+  };
+  EXPECT_EXIT(ask(), testing::ExitedWithCode(0),
+              "off.svg: asked 0\nknown.svg: asked 0\nnew.svg: asked 1\nnewer.svg: asked 1\n"
+              "Clipping Frame Geometric PreAdjustSize PreAdjustStrokeWidth Resize Rotate StrokeScalingOnResize "
+              "TextScalingOnResize $");
 }
 
 TEST(IconStylingPreference, EndsTheProcessWhereTheCallFails) {

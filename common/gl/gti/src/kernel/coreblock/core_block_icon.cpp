@@ -45,6 +45,7 @@ void CoreBlock::updateIcon(const BlockDescriptor& descriptor) {
     setIconImage(nullptr);
     iconFile_ = boost::none;
   } else if (is_svg(icon)) {
+    // A former bitmap stays on purpose: without the styling switch it is what the block still draws.
     if (icon_styling_switch()) register_vector_icon(path_text(*icon), descriptor, rotateImage_);
     iconFile_ = icon;
   } else {
