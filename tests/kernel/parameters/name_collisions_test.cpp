@@ -119,6 +119,53 @@ TEST(NameCollisions, ConnectionsAndExportsFollow) {
   }
 }
 
+/// A subgraph with the parameters p and r. In it are `inner` as p, whose connector p is at the node net and leads out
+/// as p, and a leaf L at the node r, which stays inside.
+Component crowded(const Component& inner) {
+  Graph inside;
+  inside.insert(kmf::VnId("p"), inner);
+  inside.insert(kmf::VnId("L"), leaf({"a"}));
+  inside.insert(kmf::VnId("net"), node(u"out"));
+  inside.insert(kmf::VnId("r"), node(u"in"));
+  inside.insert(gl::core::Connection("net", {"p", "p"}), {});
+  inside.insert(gl::core::Connection("r", {"L", "a"}), {});
+  Component made(inside, {{"p", Parameter(ustring())}, {"r", Parameter(ustring())}});
+  made.exportNode("net", "p", line);
+  return made;
+}
+
+TEST(NameCollisions, GoAtAllLevelsAtOnce) {
+  Graph top;
+  top.insert(kmf::VnId("p"), crowded(crowded(leaf({"p"}))));
+  top.insert(kmf::VnId("net"), node(u"out"));
+  top.insert(gl::core::Connection("net", {"p", "p"}), {});
+  const Graph made = unique_graph_ids(top, {"p", "net"}).graph;
+  SCOPED_TRACE(describe(made));
+  const Graph* level = &made;
+  IdSet reserved{"p", "net"};
+  for (int depth = 0; depth < 3; ++depth) {
+    for (const kmf::VnId& id : reserved) EXPECT_EQ(level->components().count(id) + level->nodes().count(id), 0u) << id;
+    ASSERT_EQ(level->nodes().size(), depth == 0 ? 1u : 2u);
+    const Component* next = nullptr;
+    for (const auto& [id, held] : level->nodes()) {
+      const auto& connections = level->connections(id);
+      ASSERT_EQ(connections.size(), 1u);
+      const ConnectorSpec& spec = connections.begin()->connectorSpec();
+      const bool out = gl::core::object(held) == u"out";
+      EXPECT_EQ(spec.componentId() == kmf::VnId("L"), !out);
+      if (out) next = &level->components().at(spec.componentId());
+    }
+    ASSERT_NE(next, nullptr);
+    if (depth == 2) break;
+    ASSERT_EQ(next->connectorOrder().size(), 1u);
+    reserved = {"p", "r", next->connectorOrder().front()};
+    EXPECT_EQ(reserved.size(), 3u) << "the connector too has another name than the parameters";
+    for (const auto& [id, held] : next->graph().nodes())
+      EXPECT_EQ(next->isExported(id), gl::core::object(held) == u"out") << id;
+    level = &next->graph();
+  }
+}
+
 TEST(NameCollisions, NamesOfOuterScopesDontReachIn) {
   const Graph graph = example("L", "net", "k", "q", "p");
   const SubgraphIdRewrite rewrite = unique_subgraph_ids(graph.components().at("S"));

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <boost/make_shared.hpp>
 
+#include <functional>
 #include <sstream>
 #include <stdexcept>
 
@@ -40,7 +41,7 @@ std::string bound(const std::string& text, const std::string& unit) {
   return shown(Expr(data2::core::UnitBindExpr(expression(text), units2::core::parse(unit))));
 }
 
-/// A block of the table beside the graph; a tunable one sets every parameter that it is offered.
+/// A block of the table beside the graph; a tunable one sets every parameter that it is offered, or what `apply` does.
 class Entry final : public BlockEntryData {
  public:
   Entry(const ustring& path, bool tunable) : tunable_(tunable) { path_ = path; }
@@ -57,9 +58,12 @@ class Entry final : public BlockEntryData {
   }
   void applyRuntimeParameters(ParameterSetter setter, const ParameterRewrites& rewrites) override {
     if (!tunable_) return;
+    if (apply) return apply(setter);
     for (const auto& rewrite : rewrites) setter(rewrite.first, rewrite.second);
   }
   boost::shared_ptr<BlockEntryData> clone() const override { return boost::make_shared<Entry>(*this); }
+
+  std::function<void(const ParameterSetter&)> apply;
 
  private:
   bool tunable_;
@@ -127,7 +131,8 @@ TEST_F(Propagation, UnitsStandInPartners) {
   block.value("n_unit", 1, u"1");
   EXPECT_EQ(unit("m").value_or(""), "kg");
   EXPECT_EQ(unit("a_nominal_value").value_or(""), "m");
-  EXPECT_FALSE(unit("b_nominal_value"));
+  block.text("z_nominal_value_unit", "s");
+  for (const char* id : {"b_nominal_value", "z_nominal_value"}) EXPECT_FALSE(unit(id)) << id;
   EXPECT_FALSE(unit("n")) << "a unit is a text";
   block.value("m", 7, u"x+1");
   EXPECT_EQ(rewritten(), bound("x+1", "kg"));
@@ -172,6 +177,39 @@ TEST_F(Propagation, NamesWithoutAValueAreRefusedAndTold) {
   EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/a b"));
 }
 
+TEST_F(Propagation, BlocksMaySetWhatTheirParametersTake) {
+  struct Case {
+    const char* path;
+    ParameterVariant value;
+    std::string error;
+  };
+  const std::string core = "kinemo:graph:core:";
+  const Case cases[] = {
+      {"m", ustring(u"bad"), ""},  // a text is no expression, whatever it says
+      {"m", number(3), ""},
+      {"n", number(3), ""},
+      {"n", expression("x"), ""},
+      {"n", ustring(u"x"), core + "ParameterTypeMismatch(n)"},
+      {"other", number(3), core + "EntryNameNotFound(other)"},
+      {"m.n", number(3), "kinemo:foundation:identifiers:InvalidIdentifier(m.n)"},
+  };
+  Entry& block = entry(u"m/B");
+  block.value("m", 7, u"x");
+  Component before = leaf(u"m/B");
+  before.addParameter("n", Parameter(number(7), gl::core::ParameterType::number({})));
+  Graph graph;
+  graph.insert(kmf::VnId("B"), before);
+  for (const Case& test : cases) {
+    block.apply = [&](const ParameterSetter& set) { set(kmf::VnIdPath1(test.path), test.value); };
+    Graph made = graph;
+    const auto propagate = [&] { made = propagate_graph(graph, entries, {"x"}, {"bad"}, true).graph; };
+    EXPECT_EQ(kinemo::test::error_of(propagate), test.error) << test.path;
+    Component expected = before;
+    if (test.error.empty()) expected.set(test.path, test.value);
+    EXPECT_EQ(made.components().at("B"), expected) << test.path;
+  }
+}
+
 /// x at the top; S with k = 2*x and the unused j = x; in it B with m = k+1 in kg.
 TEST_F(Propagation, MasksCarryNamesDown) {
   Entry& mask = entry(u"m/S");
@@ -195,6 +233,7 @@ TEST_F(Propagation, MasksCarryNamesDown) {
   EXPECT_EQ(gl::core::object(made), u"m/S");
   EXPECT_EQ(valueOf(made.graph().components().at("B"), "m"), bound("k+1", "kg"));
   EXPECT_THAT(result.info.runtimeParameters(), ElementsAre(kmf::VnId("x")));
+  EXPECT_TRUE(result.info.value("x") == data2::core::ValueData(3.0));
   EXPECT_TRUE(result.info.nonValueParameters().empty());
   EXPECT_EQ(propagate_graph(graph, entries, {"x"}, {}, true).used, IdSet{"x"});
 
@@ -221,10 +260,29 @@ TEST_F(Propagation, MaskParametersHideOuterNames) {
   EXPECT_EQ(used(around, {"x"}, {}), IdSet{"x"}) << "a mask's x made of the x outside";
 }
 
+TEST_F(Propagation, MasksLoseTheirTypeWithTheirValue) {
+  entry(u"m/S").value("k", 6, u"2*x");
+  entry(u"m/T");
+  for (const char16_t* path : {u"m/S/B", u"m/T/B"}) entry(path).value("m", 7, u"k+1");
+  const Parameter masks[] = {Parameter(number(6)), Parameter(number(6), gl::core::ParameterType::number({})),
+                             Parameter(ustring(u"text")), Parameter(ustring(u"text"), gl::core::ParameterType::text())};
+  for (const Parameter& held : masks) {
+    const auto rewrite = [&](const char16_t* path, const char16_t* inside) {
+      return propagate_subgraph(subgraph(path, leaf(inside), {{"k", held}}), entries, {"k", "x"}, {}, true);
+    };
+    const ComponentRewrite changed = rewrite(u"m/S", u"m/S/B");
+    EXPECT_TRUE(changed.component.parameters().at("k") == Parameter(expression("2*x")));
+    EXPECT_EQ(changed.used, IdSet{"x"});
+    const ComponentRewrite kept = rewrite(u"m/T", u"m/T/B");
+    EXPECT_TRUE(kept.component.parameters().at("k") == held) << "without a text of its own";
+    EXPECT_EQ(kept.used, IdSet{});
+  }
+}
+
 TEST_F(Propagation, MasksThatMeanNamesWithoutAValueKeepTheirNumber) {
-  entry(u"m/S").value("k", 6, u"bad*x");
+  entry(u"m/a\nS").value("k", 6, u"bad*x");
   entry(u"m/S/B").value("m", 7, u"k");
-  const Component around = subgraph(u"m/S", leaf(u"m/S/B"), {{"k", Parameter(number(6))}});
+  const Component around = subgraph(u"m/a\nS", leaf(u"m/S/B"), {{"k", Parameter(number(6))}});
   const auto rewrite = [&](bool warn) { return propagate_subgraph(around, entries, {"x"}, {"bad"}, warn); };
   const ComponentRewrite quiet = rewrite(false);
   EXPECT_THAT(take_warnings(), ElementsAre());
@@ -233,9 +291,10 @@ TEST_F(Propagation, MasksThatMeanNamesWithoutAValueKeepTheirNumber) {
   EXPECT_TRUE(quiet.used.empty());
   const std::vector<kmf::Message> warnings = take_warning_messages();
   ASSERT_EQ(warnings.size(), 1u);
-  EXPECT_EQ(warnings[0].identifier().id, "InvalidNonValueReferenceMask");
-  EXPECT_EQ(kmf::argument_text(warnings[0].identifier().arguments[2]), "bad");
-  EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/S"));
+  std::vector<std::string> texts{warnings[0].identifier().id};
+  for (const auto& argument : warnings[0].identifier().arguments) texts.push_back(kmf::argument_text(argument));
+  EXPECT_THAT(texts, ElementsAre("InvalidNonValueReferenceMask", "m/a S", "k", "bad"));
+  EXPECT_THAT(warnings[0].text(), ::testing::HasSubstr("m/a S"));
 }
 
 TEST_F(Propagation, NetsExportsAndTagsStayAsTheyWere) {

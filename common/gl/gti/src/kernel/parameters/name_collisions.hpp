@@ -29,11 +29,14 @@ struct SubgraphIdRewrite {
 IdRenames id_renames(const IdSet& ids, const IdSet& reserved);
 
 /// The graph with all levels below it, where no entry bears a reserved name. Linear, up to logarithms, and without
-/// recursion. @throws std::out_of_range for a connection that leads nowhere, and the graph core's errors
+/// recursion. A level is built anew only where one of its names or something below it changes; all others are shared
+/// with the old graph. That can't be seen, since graphs are values: a level built anew without a rename has the same
+/// entries, its connections are an ordered set, its exports are repeated in the order of the nodes, in which the
+/// translation made them, and who writes to a shared level gets a copy.
+/// @throws std::out_of_range for a connection that leads nowhere, and the graph core's errors
 GraphIdRewrite unique_graph_ids(gl::core::Graph graph, const IdSet& reserved);
 
-/// The graph of `unique_graph_ids` alone, without the table of the names that stay. Levels where nothing collides are
-/// shared with the old graph.
+/// The graph of `unique_graph_ids` alone, without the table of the names that stay.
 gl::core::Graph without_collisions(const gl::core::Graph& graph, const IdSet& reserved);
 
 /// The same for one subgraph, whose scope starts afresh.

@@ -69,6 +69,7 @@ Graph withParameters(const Graph& old, const Changes& leaves) {
   for (const auto& [id, leaf] : leaves) {
     const std::map<kmf::VnId, Parameter>& before = old.components().at(id).parameters();
     for (const auto& [parameter, held] : leaf.parameters()) {
+      // It is there: a block has nothing but `Component::set` on its leaf, which refuses names that the leaf lacks.
       if (held == before.at(parameter)) continue;
       around.set(kmf::VnIdPath(std::vector<kmf::VnId>{id, parameter}), held.get(root));
     }
