@@ -253,9 +253,17 @@ TEST_F(Propagation, MaskParametersHideOuterNames) {
   EXPECT_EQ(used(around, {}, {"x"}), IdSet{}) << "no warning: the x inside has a value";
   entry(u"m/T");
   entry(u"m/T/B").value("m", 7, u"x+1");
-  const Component open = subgraph(u"m/T", leaf(u"m/T/B"), {{"x", Parameter(ustring(u"text"))}});
-  const ComponentRewrite through = propagate_subgraph(open, entries, {"x"}, {}, true);
-  EXPECT_EQ(valueOf(through.component.graph().components().at("B"), "m"), shown(expression("x+1")));
+  for (const Parameter& held : {Parameter(ustring(u"text")), Parameter(expression("y"))}) {
+    const Component open = subgraph(u"m/T", leaf(u"m/T/B"), {{"x", held}});
+    const auto inside = [&](const IdSet& runtime, const IdSet& nonValue) {
+      const ComponentRewrite made = propagate_subgraph(open, entries, runtime, nonValue, true);
+      return valueOf(made.component.graph().components().at("B"), "m");
+    };
+    EXPECT_EQ(inside({"x"}, {}), shown(expression("x+1"))) << "only a value hides";
+    EXPECT_EQ(inside({"y"}, {}), "7") << "and only a value is a name inside";
+    EXPECT_EQ(inside({}, {"x"}), "7");
+    EXPECT_THAT(take_warnings(), ElementsAre("kinemo:common:gl:gti:rtp:InvalidNonValueReference"));
+  }
   static_cast<Entry&>(*entries.at(u"m/S")).value("x", 6, u"2*x");
   EXPECT_EQ(used(around, {"x"}, {}), IdSet{"x"}) << "a mask's x made of the x outside";
 }
