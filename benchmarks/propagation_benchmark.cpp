@@ -7,7 +7,7 @@
 #include "benchmarks/shapes.hpp"
 
 #include "embedded/environment/environment.hpp"
-#include "views/model_values.hpp"
+#include "embedded/graph_core_scripting/model_values.hpp"
 
 namespace {
 
@@ -40,7 +40,7 @@ void Evaluate(benchmark::State& state) {
   network.takeIn(true);
   const gl::core::Model model = network.model();
   for (auto _ : state) {
-    const gl::core::Graph graph = kinemo::views::ModelValues(model, {{"x", 5.0}}).evaluated();
+    const gl::core::Graph graph = embedded::graph_core_scripting::ModelValues(model, {{"x", 5.0}}).evaluated();
     benchmark::DoNotOptimize(&graph);
   }
   network.report(state);

@@ -1,14 +1,14 @@
 // Small questions to a graph that several views ask.
 #pragma once
 
+#include "embedded/graph_core/connector_type.hpp"
 #include "platform/graph_core/graph.hpp"
 
 #include <string>
 
 namespace kinemo::views {
 
-/// The type path of a connector of the component; empty where there is no such connector.
-std::string connector_type(const gl::core::Component& component, const kmf::VnId& connector);
+using embedded::graph_core::connector_type;
 
 /// The connections of one level.
 const std::set<gl::core::Connection>& connections(const gl::core::Graph& graph);

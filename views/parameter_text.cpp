@@ -1,10 +1,7 @@
 #include "views/parameter_text.hpp"
 
-#include "embedded/data/expr_node.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/json_writer.hpp"
-
-#include <sstream>
 
 namespace kinemo::views {
 
@@ -56,21 +53,6 @@ void write_numbers(JsonWriter& json, const data2::core::ValueData& value) {
   json.end_array();
 }
 
-/// The expression in front of its unit. A unit bound further in stays, since the number may be told in another one.
-data2::core::Expr unbound_once(const data2::core::Expr& expression) {
-  if (!expression.node()) return expression;
-  const embedded::expression::Tree& whole = expression.node()->tree;
-  const data2::core::Binding binding = data2::core::binding_of(*whole);
-  if (binding.expression == nullptr) return expression;
-  return data2::core::make_expr(embedded::expression::Tree(whole, binding.expression));
-}
-
-std::string plain_text(const data2::core::Expr& expression) {
-  std::ostringstream text;
-  data2::core::out(text, 0, 0, unbound_once(expression));
-  return text.str();
-}
-
 struct TextOf : boost::static_visitor<std::string> {
   std::string operator()(const ustring& text) const { return "'" + kmf::ustring_to_utf8_string(text) + "'"; }
   std::string operator()(const data2::core::Value& value) const { return value_text(value.data()); }
@@ -84,7 +66,7 @@ struct Write : boost::static_visitor<void> {
   }
   void operator()(const data2::core::Value& value) const { write_value(json, value.data()); }
   void operator()(const data2::core::Expr& expression) const {
-    json.begin_object(true).member("expression", plain_text(expression));
+    json.begin_object(true).member("expression", data2::core::plain_text(expression));
     json.member("unit", data2::core::bound_unit(expression).text()).end_object();
   }
   JsonWriter& json;
@@ -96,13 +78,6 @@ std::string value_text(const data2::core::ValueData& value) {
   const std::string numbers = value.isScalar() ? number_text(value.elements().front()) : array_text(value);
   const std::string& unit = value.unit().text();
   return unit.empty() || unit == "1" ? numbers : numbers + " " + unit;
-}
-
-std::string expression_text(const data2::core::Expr& expression) {
-  const std::string text = plain_text(expression);
-  const std::string unit = data2::core::bound_unit(expression).text();
-  if (unit.empty() || unit == "1") return text;
-  return (kmf::VnId::isLegal(text) ? text : "(" + text + ")") + " " + unit;
 }
 
 std::string parameter_text(const ParameterVariant& value) {

@@ -1,4 +1,4 @@
-#include "views/model_values.hpp"
+#include "embedded/graph_core_scripting/model_values.hpp"
 
 #include "platform/foundation/strings.hpp"
 #include "tests/support/errors.hpp"
@@ -11,6 +11,9 @@ namespace kinemo::views {
 namespace {
 
 using data2::core::ValueData;
+using embedded::graph_core_scripting::changed_parameters;
+using embedded::graph_core_scripting::ModelValues;
+using embedded::graph_core_scripting::RuntimeValues;
 using gl::core::Component;
 using gl::core::Graph;
 using gl::core::Parameter;
@@ -91,20 +94,20 @@ TEST_F(ModelValuesTest, ChangesAreToldInTheDeclaredUnit) {
   EXPECT_EQ(changed(5), "5.000000 mm");
   EXPECT_EQ(changed(ValueData(5, unit("mm"))), "5.000000 mm");
   EXPECT_EQ(changed(ValueData(5, unit("m"))), "5000.000000 mm");
-  EXPECT_EQ(error_of([&] { changed(ValueData(5, unit("V"))); }), "kinemo:views:values:UnitsDiffer(x, V, mm)");
+  EXPECT_EQ(error_of([&] { changed(ValueData(5, unit("V"))); }), "kinemo:graph:values:UnitsDiffer(x, V, mm)");
   EXPECT_EQ(error_of([&] {
               value(expression("v"), {{"v", ValueData(5, unit("V"))}});
             }),
-            "kinemo:views:values:UnitsDiffer(v, V, )");
+            "kinemo:graph:values:UnitsDiffer(v, V, )");
   EXPECT_EQ(value(expression("v"), {{"v", ValueData(5, unit("m/mm"))}}), "5000.000000 ");
   EXPECT_EQ(error_of([] {
               value(number(1), {{"Sped", 1.0}});
             }),
-            "kinemo:views:values:UnknownRuntimeParameter(Sped, speed)");
+            "kinemo:graph:values:UnknownRuntimeParameter(Sped, speed)");
   EXPECT_EQ(error_of([] {
               value(number(1), {{"no id", 1.0}});
             }),
-            "kinemo:views:values:UnknownRuntimeParameter(no id, )");
+            "kinemo:graph:values:UnknownRuntimeParameter(no id, )");
   const ModelValues values(model_of(leaf(number(1))), {{"x", ValueData(1, unit("m"))}});
   EXPECT_EQ(values.runtimeParameters().value("x"), ValueData(1000, unit("mm")));
 }
@@ -127,7 +130,7 @@ TEST_F(ModelValuesTest, NamesMeanTheInnermostParameter) {
 }
 
 TEST_F(ModelValuesTest, ErrorsNameBlockAndParameter) {
-  EXPECT_EQ(error_of([] { value(ustring(u"text")); }), "kinemo:views:values:ParameterIsText(m/B, m)");
+  EXPECT_EQ(error_of([] { value(ustring(u"text")); }), "kinemo:graph:values:ParameterIsText(m/B, m)");
   ModelValues values(model_of(around(leaf(expression("x + c")), {{"k", Parameter(expression("sqrt(-speed)"))}})));
   try {
     values.evaluated();
@@ -150,8 +153,8 @@ TEST_F(ModelValuesTest, ErrorsNameBlockAndParameter) {
 TEST_F(ModelValuesTest, TextsHideNamesAndCannotBeUsed) {
   const std::map<kmf::VnId, Parameter> mask{{"x", Parameter(ustring(u"text"))}};
   ModelValues values(model_of(around(leaf(expression("x + 1")), mask)));
-  EXPECT_EQ(error_of([&] { values.value("B.B", "m"); }), "kinemo:views:values:ParameterNotEvaluated(m/B, m, x + 1)");
-  EXPECT_EQ(error_of([&] { values.value("B", "x"); }), "kinemo:views:values:ParameterIsText(m/S, x)");
+  EXPECT_EQ(error_of([&] { values.value("B.B", "m"); }), "kinemo:graph:values:ParameterNotEvaluated(m/B, m, x + 1)");
+  EXPECT_EQ(error_of([&] { values.value("B", "x"); }), "kinemo:graph:values:ParameterIsText(m/S, x)");
   const Component shown_again = around(around(leaf(expression("x + 1")), {{"x", Parameter(expression("v(1)"))}}), {});
   EXPECT_EQ(shown(ModelValues(model_of(shown_again)).value("B.B.B", "m")), "2.000000 ");
 }

@@ -3,6 +3,7 @@
 
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/foundation/warnings.hpp"
+#include "embedded/graph_core_scripting/model_values.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 #include "platform/block_diagram/library.hpp"
 #include "platform/foundation/exception.hpp"
@@ -10,7 +11,6 @@
 #include "runtime_property_diagram.hpp"
 #include "tests/support/physical_environment.hpp"
 #include "views/flat_network.hpp"
-#include "views/model_values.hpp"
 
 #include <set>
 
@@ -18,6 +18,8 @@ namespace kinemo::views::test {
 namespace {
 
 namespace host = embedded::block_diagram;
+using embedded::graph_core_scripting::ModelValues;
+using embedded::graph_core_scripting::RuntimeValues;
 using gl::core::Component;
 using gl::core::Graph;
 using Numbers = std::map<std::string, double>;

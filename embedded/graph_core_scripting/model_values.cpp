@@ -1,14 +1,14 @@
-#include "views/model_values.hpp"
+#include "embedded/graph_core_scripting/model_values.hpp"
 
-#include "embedded/block_diagram/nearest.hpp"
+#include "embedded/graph_core/connector_type.hpp"
+#include "embedded/graph_core_scripting/value_scope.hpp"
+#include "embedded/scripting_runtime/evaluator.hpp"
 #include "platform/foundation/exception.hpp"
-#include "views/graph_access.hpp"
-#include "views/value_scope.hpp"
 
 #include <utility>
 #include <vector>
 
-namespace kinemo::views {
+namespace embedded::graph_core_scripting {
 
 namespace {
 
@@ -18,11 +18,11 @@ using gl::core::Component;
 using gl::core::Graph;
 using gl::core::Parameter;
 
-constexpr char group[] = "kinemo:views:values";
+constexpr char group[] = "kinemo:graph:values";
 
 [[noreturn]] void fail_unknown(const std::string& name, const std::set<kmf::VnId>& known) {
   const std::vector<std::string> names(known.begin(), known.end());
-  kmf::throw_message(group, "UnknownRuntimeParameter", name, embedded::block_diagram::nearestName(name, names));
+  kmf::throw_message(group, "UnknownRuntimeParameter", name, scripting_runtime::nearest_name(name, names));
 }
 
 ValueData told_as_declared(const std::string& name, const ValueData& value, const units2::core::ExprString& declared) {
@@ -43,7 +43,7 @@ Component remade(const Component& old, const Graph& inside, const std::map<kmf::
     if (old.isExported(entry.first)) nodes.emplace(old.mapExported(entry.first), entry.first);
   }
   for (const kmf::VnId& connector : old.connectorOrder())
-    made.exportNode(nodes.at(connector), connector, kmf::VnIdPath1(connector_type(old, connector)));
+    made.exportNode(nodes.at(connector), connector, kmf::VnIdPath1(graph_core::connector_type(old, connector)));
   for (const kmf::VnId& tag : old.tags()) made.tag(tag, old.tag(tag));
   return made;
 }
@@ -113,7 +113,8 @@ class Builder final : public Listener {
   void finish(const Graph& old) {
     Graph& made = levels_.back().graph;
     for (const auto& [id, node] : old.nodes()) made.insert(id, node);
-    for (const gl::core::Connection& connection : connections(old)) made.insert(connection, kmf::VnIdPathIterator());
+    for (const gl::core::Connection& connection : old.connections(kmf::VnIdPathIterator()))
+      made.insert(connection, kmf::VnIdPathIterator());
   }
 
   std::vector<Level> levels_;
@@ -248,4 +249,4 @@ Graph ModelValues::evaluated() {
   return builder.result(walk_->graph());
 }
 
-}  // namespace kinemo::views
+}  // namespace embedded::graph_core_scripting

@@ -1,24 +1,23 @@
-#include "views/value_scope.hpp"
+#include "embedded/graph_core_scripting/value_scope.hpp"
 
 #include "embedded/data/expr_node.hpp"
+#include "embedded/data/expression_text.hpp"
+#include "embedded/graph_core/connector_type.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/foundation/exception.hpp"
-#include "views/graph_access.hpp"
-#include "views/parameter_text.hpp"
 
 #include <algorithm>
 #include <utility>
 
-namespace kinemo::views {
+namespace embedded::graph_core_scripting {
 
 namespace {
 
-namespace runtime = embedded::scripting_runtime;
 using data2::core::Expr;
 using data2::core::Value;
 using data2::core::ValueData;
 
-constexpr char group[] = "kinemo:views:values";
+constexpr char group[] = "kinemo:graph:values";
 
 cvUniquePtr numbers_of(const ValueData& value) {
   if (value.isScalar()) return cvUniquePtr(cvCreateDoubleScalar(value.elements().front()));
@@ -42,7 +41,7 @@ Value value_of_array(const cvArray_tag* array) {
 
 /// An expression without the units bound at its root, and these units, the innermost one last.
 struct Unbound {
-  embedded::expression::Tree tree;
+  expression::Tree tree;
   std::vector<units2::core::ExprString> units;
 };
 
@@ -51,16 +50,16 @@ Unbound without_units(const Expr& expression) {
   for (auto binding = data2::core::binding_of(*result.tree); binding.expression != nullptr;
        binding = data2::core::binding_of(*result.tree)) {
     result.units.push_back(units2::core::parse(*binding.unit));
-    result.tree = embedded::expression::Tree(expression.node()->tree, binding.expression);
+    result.tree = expression::Tree(expression.node()->tree, binding.expression);
   }
   return result;
 }
 
 [[noreturn]] void fail(const gl::core::Component& component, const kmf::VnId& parameter, const kmf::Exception& cause) {
-  const ParameterVariant& expression = component.parameters().at(parameter).get({});
+  const auto& expression = boost::get<Expr>(component.parameters().at(parameter).get({}));
   kmf::MessageException error(
-      kmf::Message(kmf::MessageId("kinemo:views:values", "ParameterNotEvaluated", gl::core::object(component),
-                                  std::string(parameter), parameter_text(expression))));
+      kmf::Message(kmf::MessageId("kinemo:graph:values", "ParameterNotEvaluated", gl::core::object(component),
+                                  std::string(parameter), data2::core::expression_text(expression))));
   error.addObject(gl::core::object(component));
   error.addCause(cause);
   throw error;
@@ -149,7 +148,7 @@ cvUniquePtr ValueScope::evaluated(const Expr& expression) const {
   if (!expression.node()) return cvUniquePtr(cvCreateDoubleMatrix(0, 0));
   refuse_texts(expression);
   const Unbound plain = without_units(expression);
-  cvUniquePtr result = runtime::evaluate(plain.tree, scope_);
+  cvUniquePtr result = scripting_runtime::evaluate(plain.tree, scope_);
   if (plain.units.empty()) return result;
   ValueData value = value_of_array(result.get()).data();
   for (auto unit = plain.units.rbegin(); unit != plain.units.rend(); ++unit) value = told_in(value, *unit);
@@ -163,4 +162,4 @@ void ValueScope::refuse_texts(const Expr& expression) const {
   }
 }
 
-}  // namespace kinemo::views
+}  // namespace embedded::graph_core_scripting

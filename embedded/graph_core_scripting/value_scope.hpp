@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace kinemo::views {
+namespace embedded::graph_core_scripting {
 
 /// A value told in a unit: one without a unit takes it, any other is converted. The empty unit changes nothing.
 /// @throws "kinemo:units:core" "IncommensurableUnits" (from, to)
@@ -30,7 +30,7 @@ class ValueScope {
   std::size_t depth() const { return levels_.size(); }
 
   /// A parameter of a component inside all subgraphs that were entered: text, or a value.
-  /// @throws "kinemo:views:values" "ParameterNotEvaluated" (block, parameter, expression), with the reason as its cause
+  /// @throws "kinemo:graph:values" "ParameterNotEvaluated" (block, parameter, expression), with the reason as its cause
   ParameterVariant value_of(const gl::core::Component& component, const kmf::VnId& parameter) const;
   /// A parameter of the subgraph that was entered last. @throws as `value_of`
   ParameterVariant own_value(const kmf::VnId& parameter) const;
@@ -52,10 +52,10 @@ class ValueScope {
   cvUniquePtr evaluated(const data2::core::Expr& expression) const;
   void refuse_texts(const data2::core::Expr& expression) const;
 
-  embedded::scripting_runtime::Workspace workspace_;
-  embedded::scripting_runtime::Scope scope_{workspace_};
+  scripting_runtime::Workspace workspace_;
+  scripting_runtime::Scope scope_{workspace_};
   std::unordered_set<std::string> texts_;  ///< names that mean texts
   std::vector<Level> levels_;
 };
 
-}  // namespace kinemo::views
+}  // namespace embedded::graph_core_scripting

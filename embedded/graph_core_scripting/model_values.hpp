@@ -14,20 +14,20 @@
 #include <memory>
 #include <string>
 
-namespace kinemo::views {
+namespace embedded::graph_core_scripting {
 
 /// Values for run-time parameters, by name.
 using RuntimeValues = std::map<std::string, data2::core::ValueData>;
 
 /// The run-time parameters of a model with some values changed. A value without a unit is told in the declared one, any
 /// other is converted to it.
-/// @throws "kinemo:views:values" "UnknownRuntimeParameter" (name, nearest or ""), and "UnitsDiffer" (name, unit,
+/// @throws "kinemo:graph:values" "UnknownRuntimeParameter" (name, nearest or ""), and "UnitsDiffer" (name, unit,
 /// declared unit)
 gl::core::RuntimeParameterInfo changed_parameters(const gl::core::Model& model, const RuntimeValues& changes);
 
 /// A model with values for its run-time parameters. It holds the model, and remembers the levels on the way to the
 /// parameter that was asked for last, so that questions about neighbours cost little.
-/// Errors of evaluation are "kinemo:views:values" "ParameterNotEvaluated" (block, parameter, expression), with the
+/// Errors of evaluation are "kinemo:graph:values" "ParameterNotEvaluated" (block, parameter, expression), with the
 /// block's path as the object and what the scripting runtime or the units say as the cause.
 class ModelValues {
  public:
@@ -41,7 +41,7 @@ class ModelValues {
 
   /// A numeric parameter of the component at an address in the model's graph.
   /// @throws "kinemo:graph:core" "EntryNameNotFound", "EntryTypeMismatch" (address) for a bad address,
-  /// "kinemo:views:values" "ParameterIsText" (block, parameter), and the errors of evaluation
+  /// "kinemo:graph:values" "ParameterIsText" (block, parameter), and the errors of evaluation
   data2::core::Value value(const kmf::VnIdPath& component, const kmf::VnId& parameter);
 
   /// Told every parameter of every component, of a subgraph before those of what is inside.
@@ -59,4 +59,4 @@ class ModelValues {
   std::unique_ptr<Walk> walk_;
 };
 
-}  // namespace kinemo::views
+}  // namespace embedded::graph_core_scripting
