@@ -56,7 +56,7 @@ class Comparison {
   }
 
   bool alike(const ObjectPayload& a, const ObjectPayload& b) {
-    return a.class_name == b.class_name && a.native == b.native && open(a.properties, b.properties);
+    return a.class_name == b.class_name && a.same_natives(b) && open(a.properties, b.properties);
   }
 
   bool open(const Places& a, const Places& b) {

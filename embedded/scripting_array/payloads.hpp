@@ -111,6 +111,8 @@ class ObjectPayload : public Payload {
   Payload* clone() const override { return new ObjectPayload(*this); }
   Payload* gathered(Shape, const std::vector<std::size_t>&) const override { return clone(); }
   void release_children(ArrayChain& out) noexcept override { properties.release(out); }
+  /// Whether what stands behind two objects of one class is equal.
+  virtual bool same_natives(const ObjectPayload& other) const { return native == other.native; }
 
   std::string class_name;
   std::shared_ptr<void> native;

@@ -1,5 +1,6 @@
 #include "embedded/scripting_runtime/display.hpp"
 
+#include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
@@ -111,7 +112,8 @@ std::string display_text(const cvArray_tag* array) {
     case cvFUNCTION_CLASS:
       return cvGetFunctionText(array);
     case cvOBJECT_CLASS:
-      return is_value_object(array) ? quantity_display(quantity_of(array)) : described(array);
+      if (is_value_object(array)) return quantity_display(quantity_of(array));
+      return class_dispatch().display_text(array).value_or(described(array));
     case cvCHAR_CLASS:
       if (cvGetDimensions(array)[0] <= 1) return kmf::cvarray_to_string(array);
       return described(array);

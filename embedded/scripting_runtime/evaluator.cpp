@@ -4,6 +4,7 @@
 #include "embedded/expression/print.hpp"
 #include "embedded/expression/walk.hpp"
 #include "embedded/scripting_runtime/arithmetic.hpp"
+#include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 
 #include <algorithm>
@@ -252,15 +253,43 @@ std::vector<Value> Evaluator::index(const Node& node, int wanted) {
       return call(base, function, arguments(node), wanted);
     }
   }
-  const Value indexed_value = value(base);
-  if (const Value function = function_in(indexed_value); !function.is_number()) {
+  if (base.kind() != Kind::field) return indexed_value(node, value(base), wanted);
+  const Value object = owner(base);
+  if (auto outputs = method(node, object, wanted)) return std::move(*outputs);
+  at_ = &base;
+  return indexed_value(node, single(fields_of(object, base.text())), wanted);
+}
+
+std::vector<Value> Evaluator::indexed_value(const Node& node, const Value& base, int wanted) {
+  if (const Value function = function_in(base); !function.is_number()) {
     const std::vector<Value> inputs = arguments(node);
     at_ = &node;
     return call_value(function, inputs, wanted);
   }
-  const std::vector<Subscript> places = subscripts(node, indexed_value.array());
+  const std::vector<Subscript> places = subscripts(node, base.array());
   at_ = &node;
-  return one(indexed(indexed_value.array(), places));
+  return one(indexed(base.array(), places));
+}
+
+Value Evaluator::owner(const Node& node) {
+  if (const std::string function = function_name(node); !function.empty()) {
+    at_ = &node;
+    refuse_in_package(function);
+  }
+  return value(node.child(0));
+}
+
+std::optional<std::vector<Value>> Evaluator::method(const Node& node, const Value& owner, int wanted) {
+  if (owner.is_number() || cvGetClassID(owner.array()) != cvOBJECT_CLASS) return std::nullopt;
+  const std::string& name = node.child(0).text();
+  const std::string class_name = cvGetClassName(owner.array());
+  const auto found = class_dispatch().find_method(class_name, name);
+  if (!found || class_dispatch().is_property(class_name, name)) return std::nullopt;
+  const std::vector<Value> inputs = arguments(node);
+  std::vector<cvArray_tag*> arrays = arrays_of(inputs);
+  arrays.insert(arrays.begin(), owner.array());
+  at_ = &node;
+  return values_of(call_function(*found, name, wanted, static_cast<int>(arrays.size()), arrays.data()));
 }
 
 std::vector<Value> Evaluator::cell_index(const Node& node) {
@@ -280,7 +309,7 @@ std::vector<Value> Evaluator::fields(const Node& node) {
   }
   const std::string function = function_name(node);
   if (!function.empty() && find_function(function)) return call(node, function, {}, 1);
-  const Value base = value(node.child(0));
+  const Value base = owner(node);
   at_ = &node;
   return fields_of(base, node.text());
 }
@@ -290,6 +319,12 @@ std::vector<Value> Evaluator::fields_of(const Value& base, const std::string& fi
   if (cvGetClassID(array) == cvOBJECT_CLASS) {
     cvUniquePtr property(cvGetProperty(array, 0, field.c_str()));
     if (property) return one(std::move(property));
+    const std::string class_name = cvGetClassName(array);
+    if (const auto found = class_dispatch().find_method(class_name, field)) {
+      cvArray_tag* input = base.array();
+      return values_of(call_function(*found, field, 1, 1, &input));
+    }
+    if (class_dispatch().has_class(class_name)) throw_no_such_method(class_name, field);
     if (!is_parameter_object(array)) throw_runtime_error("NoSuchProperty", field, cvGetClassName(array));
     return fields_of(parameter_contents(array), field);
   }
@@ -332,9 +367,9 @@ std::vector<Value> Evaluator::arguments(const Node& node) {
 std::vector<Value> Evaluator::call(const Node& node, const std::string& function, const std::vector<Value>& inputs,
                                    int wanted) {
   at_ = &node;
-  const auto found = find_function(function);
-  if (!found) fail_undefined(node, function);
   std::vector<cvArray_tag*> arrays = arrays_of(inputs);
+  const auto found = find_function(function, static_cast<int>(arrays.size()), arrays.data());
+  if (!found) fail_undefined(node, function, inputs);
   return values_of(call_function(*found, function, wanted, static_cast<int>(arrays.size()), arrays.data()));
 }
 
@@ -344,13 +379,16 @@ std::vector<Value> Evaluator::call_value(const Value& function, const std::vecto
       scripting_runtime::call_value(function.array(), wanted, static_cast<int>(arrays.size()), arrays.data()));
 }
 
-void Evaluator::fail_undefined(const Node& node, const std::string& name) const {
+void Evaluator::fail_undefined(const Node& node, const std::string& name, const std::vector<Value>& inputs) const {
   const expression::Place place = source_.empty() ? expression::place_of(expression::print(node), 0) : place_of(node);
   kmf::MessageException error(
       kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "UndefinedName", name, std::to_string(place.line),
                                   std::to_string(place.column), place.excerpt)));
   std::vector<std::string> known = scope_.names();
   for (std::string& function : function_names()) known.push_back(std::move(function));
+  if (!inputs.empty() && !inputs[0].is_number()) {
+    for (std::string& method : methods_of(cvGetClassName(inputs[0].array()))) known.push_back(std::move(method));
+  }
   if (const std::string nearest = nearest_name(name, known); !nearest.empty()) {
     error.addCause(
         kmf::MessageException(kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "NearestName", nearest))));

@@ -9,6 +9,7 @@
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -58,6 +59,11 @@ class Evaluator {
   std::vector<Value> cell_index(const Node& node);
   std::vector<Value> fields(const Node& node);
   std::vector<Value> fields_of(const Value& base, const std::string& field);
+  /// What stands in front of ".name" in `node`, where that isn't the name of a function.
+  Value owner(const Node& node);
+  /// owner.name(inputs), where the owner's class has such a method that takes inputs; none otherwise.
+  std::optional<std::vector<Value>> method(const Node& node, const Value& owner, int wanted);
+  std::vector<Value> indexed_value(const Node& node, const Value& base, int wanted);
   std::vector<Subscript> subscripts(const Node& node, const cvArray_tag* indexed);
   std::vector<Value> arguments(const Node& node);
   std::vector<Value> call(const Node& node, const std::string& function, const std::vector<Value>& inputs, int wanted);
@@ -66,7 +72,7 @@ class Evaluator {
   const cvArray_tag* find(const std::string& name) const;
   /// The function that a name or a chain of fields such as gl.gti.f names; empty when a variable begins it.
   std::string function_name(const Node& node) const;
-  [[noreturn]] void fail_undefined(const Node& node, const std::string& name) const;
+  [[noreturn]] void fail_undefined(const Node& node, const std::string& name, const std::vector<Value>& inputs) const;
   void add_place(kmf::AttributedException& error) const;
   /// In the source, which isn't empty.
   expression::Place place_of(const Node& node) const;

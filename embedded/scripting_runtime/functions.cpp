@@ -1,6 +1,7 @@
 #include "embedded/scripting_runtime/functions.hpp"
 
 #include "embedded/scripting_runtime/builtin.hpp"
+#include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
 
 #include <algorithm>
@@ -73,8 +74,8 @@ void run(const kmf::CvFunction& function, std::string_view name, int nOut, Slots
   }
 }
 
-std::shared_ptr<const kmf::CvFunction> function_or_throw(std::string_view name) {
-  auto function = find_function(name);
+std::shared_ptr<const kmf::CvFunction> function_or_throw(std::string_view name, int nIn, cvArray_tag** inputs) {
+  auto function = find_function(name, nIn, inputs);
   if (!function) throw_runtime_error("UndefinedFunction", std::string(name));
   return function;
 }
@@ -83,7 +84,14 @@ std::shared_ptr<const kmf::CvFunction> function_or_throw(std::string_view name) 
 
 std::shared_ptr<const kmf::CvFunction> find_function(std::string_view name) {
   const auto found = table().find(name);
-  return found == table().end() ? nullptr : found->second;
+  return found == table().end() ? class_dispatch().find_function(name) : found->second;
+}
+
+std::shared_ptr<const kmf::CvFunction> find_function(std::string_view name, int nIn, const cvArray_tag* const* inputs) {
+  if (nIn > 0 && cvGetClassID(inputs[0]) == cvOBJECT_CLASS && !is_value_object(inputs[0])) {
+    if (auto method = class_dispatch().find_method(cvGetClassName(inputs[0]), name)) return method;
+  }
+  return find_function(name);
 }
 
 std::vector<std::string> function_names() {
@@ -104,7 +112,7 @@ Outputs call_function(const kmf::CvFunction& function, std::string_view name, in
 }
 
 Outputs call_named(const std::string& name, int nOut, int nIn, cvArray_tag** inputs) {
-  return call_function(*function_or_throw(name), name, nOut, nIn, inputs);
+  return call_function(*function_or_throw(name, nIn, inputs), name, nOut, nIn, inputs);
 }
 
 cvUniquePtr make_named_handle(const std::string& name) {
@@ -128,7 +136,7 @@ using namespace embedded::scripting_runtime;
 
 void call_internal_corvane(int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs, const char* name) {
   std::fill_n(outputs, std::max(nOut, 0), nullptr);
-  const auto function = function_or_throw(name);
+  const auto function = function_or_throw(name, nIn, inputs);
   Slots made(nOut);
   run(*function, name, nOut, made, nIn, inputs);
   for (int i = 0; i < nOut; ++i) outputs[i] = made.release(static_cast<std::size_t>(i));

@@ -11,9 +11,12 @@
 
 namespace embedded::scripting_runtime {
 
-/// Null when there is no such function. The function lives as long as the pointer, also when its name is taken away.
+/// Null when there is no such function, in the table or in a package. The function lives as long as the pointer, also
+/// when its name is taken away.
 std::shared_ptr<const kmf::CvFunction> find_function(std::string_view name);
-/// Sorted.
+/// The same for a call: a method of the first input's class comes before functions.
+std::shared_ptr<const kmf::CvFunction> find_function(std::string_view name, int nIn, const cvArray_tag* const* inputs);
+/// Those of the table; sorted.
 std::vector<std::string> function_names();
 
 using Outputs = std::vector<cvUniquePtr>;

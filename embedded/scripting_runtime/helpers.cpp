@@ -2,6 +2,7 @@
 
 #include "embedded/scripting_runtime/errors.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scalars.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <algorithm>
@@ -56,6 +57,18 @@ const cvArray_tag* cvarray_get_field(const cvArray_tag* array, std::size_t index
 
 std::pair<std::size_t, std::size_t> compute_matrix_dimension(std::size_t count, int dimension) {
   return dimension == 1 ? std::pair(count, std::size_t{1}) : std::pair(std::size_t{1}, count);
+}
+
+double cvarray_to_double_scalar(const cvArray_tag* array) {
+  const std::size_t count = cvGetNumberOfElements(array);
+  if (cvGetClassID(array) == cvDOUBLE_CLASS && !cvIsComplex(array) && count == 1) return cvGetScalar(array);
+  throw_runtime_error("NotDoubleScalar", cvGetClassName(array), std::to_string(count));
+}
+
+bool cvarray_to_logical_scalar(const cvArray_tag* array) {
+  const std::size_t count = cvGetNumberOfElements(array);
+  if (cvIsLogical(array) && count == 1) return cvGetScalar(array) != 0;
+  throw_runtime_error("NotLogicalScalar", cvGetClassName(array), std::to_string(count));
 }
 
 void check_num_inputs(int minimum, int maximum, int count) {

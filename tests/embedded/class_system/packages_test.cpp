@@ -1,0 +1,145 @@
+#include "embedded/class_system/packages.hpp"
+
+#include "platform/class_system/package_info.hpp"
+#include "tests/embedded/class_system/counter_class.hpp"
+
+#include <gmock/gmock.h>
+
+namespace embedded::class_system::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+/// Gives back the sum of two numbers; counts its objects.
+class Sum : public ccos::COSMethodInfo {
+ public:
+  explicit Sum(const char* name, bool locked = false)
+      : name_(name), locked_(locked), signature_(ccos::COSMethodSignature::createMethodSignature()) {
+    signature_->addOptionalInputType("double");
+    signature_->addInputType("double");  // given inputs come first, in whichever order they are told
+    signature_->addOutputType("any");
+    ++alive;
+  }
+  ~Sum() override { --alive; }
+  const char* getName() const override { return name_; }
+  bool isLocked() const override { return locked_; }
+  const ccos::COSMethodSignature* getMethodSignature() const override { return signature_.get(); }
+  void invoke(const ccos::COSClient*, int& nOut, ccos::COSValue* outputs, int nIn,
+              const ccos::COSValue* inputs) const override {
+    outputs[0] = cvCreateDoubleScalar(cvGetScalar(inputs[0]) + (nIn > 1 ? cvGetScalar(inputs[1]) : 0));
+    nOut = 1;
+  }
+
+  static inline int alive = 0;
+
+ private:
+  const char* name_;
+  bool locked_;
+  std::unique_ptr<ccos::COSMethodSignature> signature_;
+};
+
+struct TopTag {
+  static const char* name() { return "packages_top"; }
+};
+struct InnerTag {
+  static const char* name() { return "packages_inner"; }
+};
+
+/// A package that can load things when they are asked for.
+class LoadingInfo : public ccos::COSPackageInfo {
+ public:
+  const char* getName() const override { return "packages_loading"; }
+  void setPackage(ccos::COSPackage* its_package) override { package = its_package; }
+  bool attemptToLoadFunction(const ccos::COSNameID& name) override {
+    asked.emplace_back(name.text());
+    if (name != "late") return false;
+    package->addMethod(new Sum("late"));
+    return true;
+  }
+  bool attemptToLoadClass(const ccos::COSNameID& name) override {
+    if (name != "OnDemand") return false;
+    add_class(class_around<Counter>("packages_loading.OnDemand"));
+    return true;
+  }
+  bool isLocked() const override { return locked; }
+
+  ccos::COSPackage* package = nullptr;
+  bool locked = false;
+  std::vector<std::string> asked;
+};
+
+class Packages : public ClassTest {
+ protected:
+  static LoadingInfo& loading() {
+    static auto* info = [] {
+      auto* made = new LoadingInfo();
+      ccos::COSPackage::addPackage(made);
+      return made;
+    }();
+    return *info;
+  }
+};
+
+TEST_F(Packages, AreTopLevelOnlyWithoutAParent) {
+  using Top = kmf::ccos::PackageInfo<TopTag>;
+  using Inner = kmf::ccos::PackageInfo<InnerTag>;
+  Top::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum("sum")));
+  Inner::ensure(find_package("packages_top"));
+  Inner::ensure(nullptr);  // there is one, which keeps its parent
+  for (int i = 0; i < 2; ++i) Inner::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum("sum")));
+  EXPECT_EQ(find_package("packages_top.packages_inner")->getPath(), "packages_top.packages_inner");
+  EXPECT_EQ(find_package("packages_inner"), nullptr);
+  EXPECT_THAT(scripting_runtime::package_contents("packages_top"), ElementsAre("packages_inner", "sum"));
+  EXPECT_THAT(scripting_runtime::package_contents(""), Contains("packages_top"));
+  EXPECT_THAT(scripting_runtime::package_contents(""), Not(Contains("packages_inner")));
+  EXPECT_EQ(Sum::alive, 2) << "a method that was replaced is ended";
+  EXPECT_EQ(value_of("packages_top.packages_inner.sum(2, 3) + packages_top.sum(1)"), "6");
+}
+
+TEST_F(Packages, LoadWhatIsAskedFor) {
+  loading();
+  EXPECT_EQ(value_of("packages_loading.late(4)"), "4");
+  EXPECT_EQ(value_of("packages_loading.late(4)"), "4");
+  EXPECT_THAT(loading().asked, ElementsAre("late"));
+  EXPECT_EQ(value_of("class(packages_loading.OnDemand())"), "'packages_loading.OnDemand'");
+  EXPECT_EQ(raised([] { ccos::COSClass::getClass("packages_loading.Never"); }),
+            "kinemo:scripting:classes:ClassNotLoaded(packages_loading.Never)");
+}
+
+TEST_F(Packages, CanBeLockedAsCanTheirMethods) {
+  const int before = Sum::alive;
+  loading().package->addMethod(new Sum("fixed", true));
+  EXPECT_EQ(raised([&] { loading().package->addMethod(new Sum("fixed")); }),
+            "kinemo:scripting:classes:MethodLocked(fixed, packages_loading)");
+  loading().locked = true;
+  EXPECT_EQ(raised([&] { loading().package->addMethod(new Sum("more")); }),
+            "kinemo:scripting:classes:PackageLocked(packages_loading)");
+  loading().locked = false;
+  EXPECT_EQ(Sum::alive, before + 1);
+}
+
+TEST_F(Packages, UnknownNamesTellTheNearest) {
+  loading();
+  EXPECT_EQ(value_of("packages_loading.late(1)"), "1");
+  EXPECT_EQ(error_of("packages_loading.lata(1)"), "NotInPackage(lata, packages_loading) NearestName(late)");
+  EXPECT_EQ(error_of("packages_loading.zzz"), "NotInPackage(zzz, packages_loading)");
+}
+
+TEST_F(Packages, AVariableHidesThem) {
+  loading();
+  set("packages_loading", "struct('late', 7)");
+  EXPECT_EQ(value_of("packages_loading.late"), "7");
+}
+
+TEST_F(Packages, CallsAreHeldAgainstTheSignature) {
+  loading();
+  const std::string sum = "packages_loading.late";
+  EXPECT_EQ(error_of(sum + "()"), "classes:TooFewInputs(packages_loading.late, 0, 1)");
+  EXPECT_EQ(error_of(sum + "(1, 2, 3)"), "classes:TooManyInputs(packages_loading.late, 3, 2)");
+  EXPECT_EQ(error_of(sum + "(1, 'a')"), "classes:InputType(packages_loading.late, 2, double, char)");
+}
+
+}  // namespace
+}  // namespace embedded::class_system::test
