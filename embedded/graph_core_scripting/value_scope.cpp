@@ -3,6 +3,7 @@
 #include "embedded/data/expr_node.hpp"
 #include "embedded/data/expression_text.hpp"
 #include "embedded/graph_core/connector_type.hpp"
+#include "embedded/graph_core_scripting/arrays.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/foundation/exception.hpp"
 
@@ -18,22 +19,6 @@ using data2::core::Value;
 using data2::core::ValueData;
 
 constexpr char group[] = "kinemo:graph:values";
-
-cvUniquePtr numbers_of(const ValueData& value) {
-  if (value.isScalar()) return cvUniquePtr(cvCreateDoubleScalar(value.elements().front()));
-  cvUniquePtr array(cvCreateNumericArray(value.dimensions(), cvDOUBLE_CLASS));
-  std::copy(value.elements().begin(), value.elements().end(), cvGetWritableDoubles(array.get()));
-  return array;
-}
-
-/// An object of the class of values where there is a unit.
-cvUniquePtr array_of(const ValueData& value) {
-  if (value.unit().unit().id() == 0) return numbers_of(value);
-  cvUniquePtr object(cvCreateObject("kinemo.Value"));
-  cvSetProperty(object.get(), 0, "value", numbers_of(value).release());
-  cvSetProperty(object.get(), 0, "unit", cvCreateString(value.unit().text()));
-  return object;
-}
 
 Value value_of_array(const cvArray_tag* array) {
   return data2::cvi::CvArrayValueConverter(unit_manager::get_cv_context())(array);

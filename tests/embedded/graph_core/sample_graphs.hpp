@@ -5,6 +5,8 @@
 #include "platform/foundation/exception.hpp"
 #include "platform/graph_core/graph.hpp"
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace embedded::graph_core_scripting {
+
+/// Makes the package "kinemo.gl", its classes Graph and RuntimeParameterInfo, and their help known. May be called
+/// again. Without it they become known when somebody asks for one of them.
+void load();
+
+}  // namespace embedded::graph_core_scripting
