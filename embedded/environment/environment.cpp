@@ -2,7 +2,10 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
+#include "embedded/class_system/dispatch.hpp"
+#include "embedded/environment/kernel_functions.hpp"
 #include "embedded/environment/module.hpp"
+#include "embedded/graph_core_scripting/load.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/warning.hpp"
@@ -38,6 +41,9 @@ struct Environment::Parts {
 Environment::Environment() : parts_(std::make_unique<Parts>()) {
   if (environment_exists) kmf::throw_message("kinemo:host:modules", "EnvironmentInUse");
   block_diagram::registerHostFunctions();
+  class_system::install_dispatch();
+  graph_core_scripting::load();
+  registerKernelFunctions();
   environment_exists = true;
 }
 
@@ -45,6 +51,7 @@ Environment::~Environment() {
   closeDiagrams();
   // A module may stand on one that came before it.
   while (!parts_->modules.empty()) parts_->modules.pop_back();
+  unregisterKernelFunctions();
   block_diagram::unregisterHostFunctions();
   scripting_runtime::base_workspace().clear();
   environment_exists = false;

@@ -1,0 +1,87 @@
+#include "embedded/environment/kernel_functions.hpp"
+
+#include "embedded/scripting_runtime/help.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+
+#include <iterator>
+#include <string>
+
+/// Of the kernel, which stands above the platform: null where the program has none.
+extern "C" __attribute__((weak)) const cvFunctionTable* QueryCVFcnTable_kinemo_common_gl_gti_kernel();
+
+namespace embedded {
+
+namespace {
+
+constexpr char kGroup[] = "kinemo:host:modules";
+constexpr cvFunctionTable kExpected{nullptr, 0x3defa4fb, 0x5a7a3667, 3};
+
+struct KernelFunction {
+  const char* name;
+  const char* usage;
+  const char* summary;
+  const char* details;
+};
+
+/// In the order of the table.
+constexpr KernelFunction kFunctions[] = {
+    {"gl.gti.iconStyling", "on = gl.gti.iconStyling()\non = gl.gti.iconStyling(true)",
+     "Whether vector icons of blocks are drawn by the host's icon service, and a switch for it.",
+     "One logical value for the whole program, false at first. While it is false, blocks with vector icons show their "
+     "texts. A change is seen by blocks that take a new icon afterwards."},
+    {"gl.gti.loggingSupported", "yes = gl.gti.loggingSupported(block)", "Whether a block can log simulation data.",
+     "The input is a block's handle. False for anything but a core block whose kind supports it."},
+    {"gl.gti.portName", "name = gl.gti.portName(block, port)", "The identifier of a port of a block.",
+     "The inputs are the handles of a block and of one of its ports, as get_param(block, 'PortHandles') tells them. "
+     "The "
+     "empty text for a block that is no core block."},
+};
+
+[[noreturn]] void refuse(const std::string& difference) {
+  kmf::throw_message(kGroup, "FunctionTableDoesNotFit", difference);
+}
+
+void check(const cvFunctionTable& table) {
+  if (table.firstMark != kExpected.firstMark || table.secondMark != kExpected.secondMark) refuse("marks");
+  if (table.version != kExpected.version) refuse("version " + std::to_string(table.version));
+  for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
+    if (table.entries[i] == nullptr) refuse(std::to_string(i) + " functions");
+  }
+  if (table.entries[std::size(kFunctions)] != nullptr) refuse("more functions");
+}
+
+/// What isn't an error of the system's own becomes one, so that it can't end a program at its prompt.
+kmf::CvFunction guarded(const char* name, cvEntryFunction entry) {
+  return [name, entry](int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
+    try {
+      entry(nOut, outputs, nIn, inputs);
+    } catch (const kmf::Exception&) {
+      throw;
+    } catch (const std::exception& error) {
+      kmf::throw_message(kGroup, "FunctionFailed", std::string(name), std::string(error.what()));
+    }
+  };
+}
+
+}  // namespace
+
+void registerKernelFunctions() {
+  if (QueryCVFcnTable_kinemo_common_gl_gti_kernel == nullptr) return;
+  registerKernelFunctions(*QueryCVFcnTable_kinemo_common_gl_gti_kernel());
+}
+
+void registerKernelFunctions(const cvFunctionTable& table) {
+  check(table);
+  for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
+    const KernelFunction& function = kFunctions[i];
+    kmf::register_corvane_function(function.name, guarded(function.name, table.entries[i]));
+    scripting_runtime::set_help(function.name, {function.usage, function.summary, function.details});
+  }
+}
+
+void unregisterKernelFunctions() {
+  for (const KernelFunction& function : kFunctions) kmf::unregister_corvane_function(function.name);
+}
+
+}  // namespace embedded
