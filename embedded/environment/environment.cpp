@@ -43,7 +43,7 @@ Environment::Environment() : parts_(std::make_unique<Parts>()) {
   block_diagram::registerHostFunctions();
   class_system::install_dispatch();
   graph_core_scripting::load();
-  registerKernelFunctions();
+  if (QueryFunctionTable* query = linkedKernelTable()) registerKernelFunctions(*query());
   environment_exists = true;
 }
 
@@ -65,6 +65,9 @@ std::string Environment::loadDomain(const std::string& file) {
     kmf::throw_message("kinemo:host:modules", "DomainAlreadyLoaded", known->name(), known->file(), file);
   }
   module->load(&block_diagram::hostContext());
+  if (linkedKernelTable() == nullptr) {  // the kernel comes with the first domain
+    if (auto* query = module->exported<QueryFunctionTable>(kernel_table_symbol)) registerKernelFunctions(*query());
+  }
   parts_->domains.push_back(module->name());
   parts_->modules.push_back(std::move(module));
   return parts_->domains.back();

@@ -66,9 +66,8 @@ kmf::CvFunction guarded(const char* name, cvEntryFunction entry) {
 
 }  // namespace
 
-void registerKernelFunctions() {
-  if (QueryCVFcnTable_kinemo_common_gl_gti_kernel == nullptr) return;
-  registerKernelFunctions(*QueryCVFcnTable_kinemo_common_gl_gti_kernel());
+QueryFunctionTable* linkedKernelTable() noexcept {
+  return QueryCVFcnTable_kinemo_common_gl_gti_kernel;
 }
 
 void registerKernelFunctions(const cvFunctionTable& table) {

@@ -4,11 +4,14 @@
 
 namespace embedded {
 
+/// The function by which the kernel tells its table.
+constexpr char kernel_table_symbol[] = "QueryCVFcnTable_kinemo_common_gl_gti_kernel";
+using QueryFunctionTable = const cvFunctionTable*();
+
+/// The kernel's, where the program is linked with it; null otherwise.
+QueryFunctionTable* linkedKernelTable() noexcept;
 /// Makes the functions of the kernel's table known to the runtime, with their help: gl.gti.iconStyling,
-/// gl.gti.loggingSupported and gl.gti.portName. Does nothing where the program is linked without the kernel.
-/// @throws as below
-void registerKernelFunctions();
-/// The same for a given table.
+/// gl.gti.loggingSupported and gl.gti.portName.
 /// @throws "kinemo:host:modules" "FunctionTableDoesNotFit" (what differs) for marks, a version or a count of functions
 /// that aren't the expected ones, and then nothing is made known
 void registerKernelFunctions(const cvFunctionTable& table);

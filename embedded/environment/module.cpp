@@ -53,6 +53,10 @@ void Module::load(GtBlockContext* context) {
   description_->load(context);
 }
 
+void (*Module::address(const char* symbol) const)() {
+  return library_->has(symbol) ? &library_->get<void()>(symbol) : nullptr;
+}
+
 Module::~Module() {
   if (loading_) description_->unload();
 }

@@ -25,11 +25,19 @@ class Module {
   /// Lets the module register what it brings. What its `load` raises passes on.
   void load(GtBlockContext* context);
 
+  /// A function that the module, or a library that it stands on, exports; null where there is none.
+  template <class Function>
+  Function* exported(const char* symbol) const {
+    return reinterpret_cast<Function*>(address(symbol));
+  }
+
   const std::string& name() const { return name_; }
   /// Absolute and without links, so that two spellings of one file are the same.
   const std::string& file() const { return file_; }
 
  private:
+  void (*address(const char* symbol) const)();
+
   std::string file_;
   std::unique_ptr<boost::dll::shared_library> library_;
   const KinemoDomainModule* description_;

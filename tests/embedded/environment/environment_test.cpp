@@ -2,6 +2,7 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
+#include "embedded/scripting_runtime/functions.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/block_diagram/events.hpp"
 #include "platform/block_diagram/library.hpp"
@@ -45,6 +46,20 @@ TEST(EnvironmentTest, AModuleBringsItsBlocksAndTakesThemWithIt) {
   EXPECT_EQ(gt_find_prototype("module_test/part"), nullptr);
   Environment again;
   EXPECT_EQ(again.loadDomain(module(good)), "module_test");
+}
+
+/// This program has no kernel of its own.
+TEST(EnvironmentTest, ADomainBringsTheKernelsFunctionsAndPackages) {
+  const auto is_known = [](const char* name) { return embedded::scripting_runtime::find_function(name) != nullptr; };
+  for (int round = 0; round < 2; ++round) {
+    Environment environment;
+    EXPECT_FALSE(is_known("gl.gti.portName"));
+    environment.loadDomain(PHYSICAL_MODULE);
+    EXPECT_TRUE(is_known("gl.gti.portName"));
+    EXPECT_TRUE(is_known("kinemo.gl.gt.graph"));
+  }
+  EXPECT_FALSE(is_known("gl.gti.portName"));
+  EXPECT_TRUE(is_known("kinemo.gl.gt.graph")) << "packages stay, and so does the library that has their code";
 }
 
 TEST(EnvironmentTest, FilesThatAreNoModuleAreToldApart) {
