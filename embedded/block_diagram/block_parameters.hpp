@@ -15,6 +15,9 @@ const char* onOff(bool value);
 std::vector<std::string> hostParameterNames(const GTBlock& block);
 /// Text of one of them. False when the block has none of that name.
 bool hostParameter(const GTBlock& block, const std::string& name, ustring& text);
+/// Whether the block has one of them that would take the text. False when it has none of that name.
+/// @throws as `setHostParameter`
+bool checkHostParameter(const GTBlock& block, const std::string& name, const ustring& text);
 /// Sets one of them. False when the block has none of that name.
 /// @throws "kinemo:host:diagram" "InvalidValue" (name, block path, text, what is valid)
 bool setHostParameter(GTBlock& block, const std::string& name, const ustring& text);

@@ -3,6 +3,7 @@
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/events.hpp"
 #include "embedded/block_diagram/handles.hpp"
 #include "embedded/block_diagram/paths.hpp"
@@ -94,7 +95,7 @@ double Diagram::handle() const {
 }
 
 void Diagram::setParameter(const std::string& name, const ustring& value, const SourcePlace& place) {
-  if (!kmf::VnId::isLegal(name)) kmf::throw_message("kinemo:host:diagram", "InvalidSetting", name, name_);
+  checkSettingName(*this, name);
   parameters_[name] = value;
   parameterPlaces_[name] = place;
 }

@@ -2,14 +2,17 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace embedded::block_diagram {
 
@@ -38,12 +41,48 @@ bool isOneObject(const cvArray_tag* array) {
   return cvIsChar(array) || (cvIsNumeric(array) && cvGetNumberOfElements(array) == 1);
 }
 
-void setOne(GantrelObject& object, const std::string& name, const ustring& value) {
-  if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) {
-    diagram->diagram().setParameter(name, value);
+/// Pairs of name and value behind the object. @throws "NameWithoutValue", "kinemo:scripting:array" "NotText"
+ParameterTexts textsFrom(int nIn, Arguments inputs) {
+  if (nIn % 2 == 0) kmf::throw_message("kinemo:host:parameters", "NameWithoutValue");
+  ParameterTexts texts;
+  for (int i = 1; i + 1 < nIn; i += 2)
+    texts.emplace_back(kmf::cvarray_to_string(inputs[i]), kmf::cvarray_to_ustring(inputs[i + 1]));
+  return texts;
+}
+
+void check(const GantrelObject& object, const ParameterTexts& texts) {
+  if (const auto* diagram = dynamic_cast<const GTBlockDiagram*>(&object)) {
+    for (const auto& entry : texts) checkSettingName(diagram->diagram(), entry.first);
   } else {
-    auto& block = dynamic_cast<GTBlock&>(object);
-    setParameter(block, name, value);
+    for (const auto& [name, text] : texts) checkParameter(dynamic_cast<const GTBlock&>(object), name, text);
+  }
+}
+
+bool isBlock(const GantrelObject& object) {
+  return object.getGantrelObjectType() == block_object_type;
+}
+
+void set(GantrelObject& object, const ParameterTexts& texts) {
+  if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) {
+    for (const auto& [name, text] : texts) diagram->diagram().setParameter(name, text);
+  } else {
+    setParameters(dynamic_cast<GTBlock&>(object), texts);
+  }
+}
+
+/// The blocks that were set are as before when a later one refuses.
+void setEach(const std::vector<GantrelObject*>& objects, const ParameterTexts& texts) {
+  std::vector<std::pair<GTBlock*, ParameterTexts>> before;
+  try {
+    for (GantrelObject* object : objects) {
+      ParameterTexts old;
+      if (isBlock(*object)) old = textsNow(dynamic_cast<GTBlock&>(*object), texts);
+      set(*object, texts);
+      if (isBlock(*object)) before.emplace_back(dynamic_cast<GTBlock*>(object), std::move(old));
+    }
+  } catch (...) {
+    for (auto entry = before.rbegin(); entry != before.rend(); ++entry) setParameters(*entry->first, entry->second);
+    throw;
   }
 }
 
@@ -84,17 +123,18 @@ void getParam(int, Arguments outputs, int nIn, Arguments inputs) {
 
 void setParam(int, Arguments, int nIn, Arguments inputs) {
   kmf::check_num_inputs(3, 1 << 20, nIn);
-  if (nIn % 2 == 0) kmf::throw_message("kinemo:host:parameters", "NameWithoutValue");
-  const auto set = [&](GantrelObject& object) {
-    for (int i = 1; i + 1 < nIn; i += 2)
-      setOne(object, kmf::cvarray_to_string(inputs[i]), kmf::cvarray_to_ustring(inputs[i + 1]));
-    if (auto* block = dynamic_cast<GTBlock*>(&object)) refresh(*block);
-  };
+  const ParameterTexts texts = textsFrom(nIn, inputs);
+  std::vector<GantrelObject*> objects;
   if (isOneObject(inputs[0])) {
-    set(objectFrom(inputs[0]));
+    objects.push_back(&objectFrom(inputs[0]));
   } else {
-    forEachObject(inputs[0], [&](std::size_t, GantrelObject& object) { set(object); });
+    forEachObject(inputs[0], [&](std::size_t, GantrelObject& object) { objects.push_back(&object); });
   }
+  // A wrong name or word in the list, or for one of the objects, keeps all of them as they are.
+  for (const GantrelObject* object : objects) check(*object, texts);
+  // Diagrams come last: once the names are known to be right, nothing can fail with them.
+  std::stable_partition(objects.begin(), objects.end(), [](const GantrelObject* object) { return isBlock(*object); });
+  setEach(objects, texts);
 }
 
 }  // namespace embedded::block_diagram

@@ -37,14 +37,18 @@ const SubsystemParameter* findSubsystemParameter(const std::string& name) {
   kmf::throw_message("kinemo:host:diagram", "InvalidValue", name, block.getFullPath(true), text, valid);
 }
 
+bool switchFrom(const GTBlock& block, const char* name, const ustring& text) {
+  const std::string value = kmf::lower(kmf::ustring_to_utf8_string(text));
+  if (value != "on" && value != "off") throwInvalid(block, name, text, "on, off");
+  return value == "on";
+}
+
 void setSubsystemParameter(GTBlock& block, const SubsystemParameter& parameter, const ustring& text) {
   SubsystemData& data = *block.host().subsystem();
   if (parameter.text) {
     data.*parameter.text = text;
   } else {
-    const std::string value = kmf::lower(kmf::ustring_to_utf8_string(text));
-    if (value != "on" && value != "off") throwInvalid(block, parameter.name, text, "on, off");
-    data.*parameter.flag = value == "on";
+    data.*parameter.flag = switchFrom(block, parameter.name, text);
   }
   netsChanged(*data.contents);
 }
@@ -108,6 +112,16 @@ bool hostParameter(const GTBlock& block, const std::string& name, ustring& text)
   if (!parameter) return false;
   text = parameter->text ? data->*parameter->text : kmf::utf8_string_to_ustring(onOff(data->*parameter->flag));
   return true;
+}
+
+bool checkHostParameter(const GTBlock& block, const std::string& name, const ustring& text) {
+  if (isIoPort(block)) {
+    if (name == "Port") return orderFrom(block, text), true;
+    return name == "Side" && (sideFrom(block, text), true);
+  }
+  const SubsystemParameter* parameter = isSubsystem(block) ? findSubsystemParameter(name) : nullptr;
+  if (parameter && parameter->flag) switchFrom(block, parameter->name, text);
+  return parameter != nullptr;
 }
 
 bool setHostParameter(GTBlock& block, const std::string& name, const ustring& text) {

@@ -81,6 +81,13 @@ void moveIoPort(GTBlock& ioPort, Side side, int order) {
   netsChanged(*ioPort.host().system);
 }
 
+void takeIoPortAway(GTBlock& ioPort) {
+  GTBlock& subsystem = ownerOf(ioPort);
+  const IoPortData& data = *ioPort.host().ioPort();
+  delist(sideList(subsystem, data.side), data.position);
+  removePort(subsystem, data.side == Side::Left, data.position);
+}
+
 System* contents(const GTBlock& block) {
   const SubsystemData* data = block.host().subsystem();
   return data ? data->contents.get() : nullptr;

@@ -22,6 +22,44 @@ std::unique_ptr<GTBlock> hostBlock(const char* type) {
   return std::make_unique<GTBlock>(type, nullptr);
 }
 
+/// Takes a line away from a port that it ends at; the line still names the port.
+void leaveLine(SystemData& data, gtPort& port, const Line& line) {
+  const auto more = data.moreLines.find(&port);
+  if (more == data.moreLines.end()) {
+    port.host().line = nullptr;
+    return;
+  }
+  std::vector<Line*>& others = more->second;
+  if (port.host().line == &line) {
+    port.host().line = others.front();
+    others.erase(others.begin());
+  } else {
+    others.erase(std::find(others.begin(), others.end(), &line));
+  }
+  if (others.empty()) data.moreLines.erase(more);
+}
+
+/// A line of one port means something only where its name is the net's.
+bool joinsNothing(const Line& line) {
+  return line.ports.empty() || (line.ports.size() == 1 && line.name.empty());
+}
+
+/// The system itself and all below it, outer ones first.
+std::vector<std::unique_ptr<System>> systemsFrom(std::unique_ptr<System> top) {
+  std::vector<std::unique_ptr<System>> systems;
+  systems.push_back(std::move(top));
+  for (std::size_t i = 0; i < systems.size(); ++i) {
+    const std::vector<GTBlock*> children = systems[i]->subsystems();
+    for (GTBlock* child : children) systems.push_back(std::move(child->host().subsystem()->contents));
+  }
+  return systems;
+}
+
+void forget(std::vector<GTBlock*>& blocks, const GTBlock* block) {
+  const auto found = std::find(blocks.begin(), blocks.end(), block);
+  if (found != blocks.end()) blocks.erase(found);
+}
+
 /// Whether the line is new at the port.
 bool joinLine(SystemData& data, gtPort& port, Line& line) {
   Line*& first = port.host().line;
@@ -155,13 +193,32 @@ std::unique_ptr<System> SystemAccess::make(Diagram& diagram, GTBlock* owner, int
 }
 
 void SystemAccess::destroy(std::unique_ptr<System> system) {
-  std::vector<std::unique_ptr<System>> systems;
-  systems.push_back(std::move(system));
-  for (std::size_t i = 0; i < systems.size(); ++i) {
-    const std::vector<GTBlock*> children = systems[i]->subsystems();
-    for (GTBlock* child : children) systems.push_back(std::move(child->host().subsystem()->contents));
-  }
+  std::vector<std::unique_ptr<System>> systems = systemsFrom(std::move(system));
   while (!systems.empty()) systems.pop_back();
+}
+
+void SystemAccess::drop(GTBlock& block) {
+  System& system = *block.host().system;
+  for (gtPort* port : block.host().ports) detachLines(*port);
+  const std::unique_ptr<GTBlock> owned(&block);
+  system.byName_.erase(&block);
+  forget(system.blocks_, &block);
+  --system.diagram_->blockCount_;
+  if (SubsystemData* inside = block.host().subsystem()) {
+    forget(system.subsystems_, &block);
+    std::vector<std::unique_ptr<System>> systems = systemsFrom(std::move(inside->contents));
+    for (const auto& below : systems) system.diagram_->blockCount_ -= below->blocks_.size();
+    while (!systems.empty()) systems.pop_back();
+  }
+  if (block.host().ioPort()) forget(system.ioPorts_, &block);
+  netsChanged(system);
+}
+
+void SystemAccess::dropLine(System& system, const Line& line) {
+  for (gtPort* port : line.ports) leaveLine(*system.data_, *port, line);
+  const auto same = [&](const std::unique_ptr<Line>& other) { return other.get() == &line; };
+  system.lines_.erase(std::find_if(system.lines_.begin(), system.lines_.end(), same));
+  netsChanged(system);
 }
 
 void SystemAccess::detachLines(gtPort& port) {
@@ -177,7 +234,10 @@ void SystemAccess::detachLines(gtPort& port) {
   bool anyEnded = false;
   for (Line* line : lines) {
     line->ports.erase(std::find(line->ports.begin(), line->ports.end(), &port));
-    anyEnded = anyEnded || line->ports.empty();
+    if (!joinsNothing(*line)) continue;
+    for (gtPort* other : line->ports) leaveLine(*system->data_, *other, *line);
+    line->ports.clear();
+    anyEnded = true;
   }
   netsChanged(*system);
   if (!anyEnded) return;

@@ -51,6 +51,10 @@ struct SystemAccess {
   static std::unique_ptr<System> make(Diagram& diagram, GTBlock* owner, int depth);
   /// Ends a system with everything below it, however deep.
   static void destroy(std::unique_ptr<System> system);
+  /// Ends a block with its lines and all that lies in it. An I/O port block has no port on the subsystem any more.
+  static void drop(GTBlock& block);
+  static void dropLine(System& system, const Line& line);
+  /// Takes a port off its lines; those that join nothing then end.
   static void detachLines(gtPort& port);
 };
 
@@ -67,6 +71,8 @@ std::uint32_t netNumber(const gtPort& port);
 void placeIoPort(GTBlock& ioPort);
 /// Moves the outer port of an I/O port block. Its lines stay as long as it stays on its side.
 void moveIoPort(GTBlock& ioPort, Side side, int order);
+/// Ends the outer port of an I/O port block, which is about to end itself.
+void takeIoPortAway(GTBlock& ioPort);
 
 /// Whether the host hides what lies in the system: an opaque subsystem is the system's owner or lies around it.
 bool isHidden(const System& system);
