@@ -12,20 +12,23 @@ struct Keys {
 };
 
 /// In the order of `ObjectKind`.
-const std::array<Keys, 11>& table() {
-  static const std::array<Keys, 11> rows{{
+const std::array<Keys, 12>& table() {
+  static const std::array<Keys, 12> rows{{
       {"a model", {"kinemo", "name", "settings", "workspace", "dictionary", "blocks", "lines"}},
-      {"a part", {"kinemo", "name", "atomic", "opaque", "variant", "mask", "parameters", "ports", "blocks", "lines"}},
+      {"a part",
+       {"kinemo", "name", "atomic", "opaque", "variant", "mask", "mask_type", "mask_description", "parameters", "ports",
+        "blocks", "lines"}},
       {"a data dictionary", {"kinemo", "name", "variables"}},
       {"a variable", {"value", "unit", "runtime"}},
       {"a block", {"type", "parameters", "at", "rotate", "mirror"}},
       {"a subsystem",
-       {"type", "atomic", "opaque", "variant", "mask", "parameters", "ports", "blocks", "lines", "at", "rotate",
-        "mirror"}},
+       {"type", "atomic", "opaque", "variant", "mask", "mask_type", "mask_description", "parameters", "ports", "blocks",
+        "lines", "at", "rotate", "mirror"}},
       {"a linked subsystem", {"type", "atomic", "mask", "parameters", "at", "rotate", "mirror"}},
       {"a variant", {"choices", "active"}},
-      {"a mask parameter", {"value", "unit", "prompt", "kind"}},
+      {"a mask parameter", {"value", "unit", "prompt", "kind", "choices"}},
       {"a set of ports", {"left", "right"}},
+      {"a port", {"name", "at", "rotate", "mirror"}},
       {"a line", {"name", "ports"}},
   }};
   return rows;

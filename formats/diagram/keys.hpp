@@ -19,6 +19,7 @@ enum class ObjectKind {
   variant,         ///< what stands under `variant`
   mask_parameter,  ///< one of `mask`, in its long form
   ports,           ///< what stands under `ports`
+  port,            ///< one of `ports`, in its long form
   line,            ///< a line in its long form
 };
 

@@ -8,9 +8,10 @@
 #include <boost/shared_ptr.hpp>
 
 #include <deque>
+#include <map>
 #include <set>
 #include <string>
-#include <unordered_map>
+#include <tuple>
 #include <vector>
 
 namespace kinemo::formats::diagram {
@@ -36,13 +37,15 @@ class Reading {
   const LinkStep* link(const ModelFile& file, const LinkStep* outer) {
     return &links_.emplace_back(LinkStep{&file, outer});
   }
-  /// The mask that a `mask` node declares; blocks that share the node share the mask.
-  boost::shared_ptr<const GTMaskDefinition> mask(const Scope& scope, const YamlNode& node);
+  /// The mask that a subsystem's definition declares; null for none. Blocks that share the node of its
+  /// parameters, and say the same of it, share the mask.
+  boost::shared_ptr<const GTMaskDefinition> mask(const Scope& scope, const YamlNode& definition);
   const std::vector<std::string>& prototypes();
 
  private:
   std::deque<LinkStep> links_;
-  std::unordered_map<const YamlNode*, boost::shared_ptr<const GTMaskDefinition>> masks_;
+  /// By the node of the parameters, type and description.
+  std::map<std::tuple<const YamlNode*, std::string, std::string>, boost::shared_ptr<const GTMaskDefinition>> masks_;
   std::vector<std::string> prototypes_;
 };
 

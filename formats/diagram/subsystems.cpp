@@ -49,20 +49,43 @@ Definition open_link(Reading& reading, const Scope& scope, const YamlNode& type)
 
 // --- ports
 
-void add_ports(const Scope& scope, host::System& inside, const YamlNode* names, host::Side side) {
-  if (names == nullptr || !expect_list(scope, *names, "the ports of a side")) return;
+/// A port's name by itself, or the name and the place of its block.
+struct PortNode {
+  const YamlNode* name;   ///< null where there is none
+  const YamlNode* place;  ///< null where the block has none
+};
+
+PortNode port_node(const YamlNode& node) {
+  return node.is_mapping() ? PortNode{node.find("name"), &node} : PortNode{&node, nullptr};
+}
+
+void add_port(const Scope& scope, host::System& inside, const PortNode& port, host::Side side, int order) {
+  const Scope at_port{scope.report, scope.file, scope.links, &inside, port.name->text};
+  at_port.guarded(*port.name, [&] {
+    const ustring name = kmf::utf8_string_to_ustring(port.name->text);
+    GTBlock& block = inside.addPort(name, side, order, at_port.host_place(*port.name));
+    if (port.place != nullptr) read_place(at_port, block, *port.place);
+  });
+}
+
+void add_ports(const Scope& scope, host::System& inside, const YamlNode* nodes, host::Side side) {
+  if (nodes == nullptr || !expect_list(scope, *nodes, "the ports of a side")) return;
   int order = 0;
-  for (const YamlNode* name : names->children) {
-    const auto text = expect_text(scope, *name, "a port's name");
+  for (const YamlNode* node : nodes->children) {
+    if (node->is_mapping()) expect_object(scope, *node, ObjectKind::port);
+    const PortNode port = port_node(*node);
+    if (port.name == nullptr) {
+      scope.error(*node, "diagram:missing-key", "the port has no 'name'");
+      continue;
+    }
+    const auto text = expect_text(scope, *port.name, "a port's name");
     if (!text) continue;
-    const ustring wide = kmf::utf8_string_to_ustring(*text);
-    if (text->empty() || inside.find(wide) != nullptr) {
-      scope.error(*name, "diagram:duplicate-name",
+    if (text->empty() || inside.find(kmf::utf8_string_to_ustring(*text)) != nullptr) {
+      scope.error(*port.name, "diagram:duplicate-name",
                   text->empty() ? "a port's name is empty" : "there is a port '" + *text + "' already");
       continue;
     }
-    ++order;
-    scope.guarded(*name, [&] { inside.addPort(wide, side, order, scope.host_place(*name)); });
+    add_port(scope, inside, port, side, ++order);
   }
 }
 
@@ -77,11 +100,11 @@ void add_ports_of_side(const Scope& scope, host::System& inside, const YamlNode&
                        host::Side side, int& order) {
   const YamlNode* names = ports.find(side_key);
   if (names == nullptr || !names->is_sequence()) return;
-  for (const YamlNode* name : names->children) {
-    const ustring wide = kmf::utf8_string_to_ustring(name->text);
-    if (!name->is_scalar() || name->text.empty() || inside.find(wide) != nullptr) continue;
-    ++order;
-    scope.guarded(*name, [&] { inside.addPort(wide, side, order, scope.host_place(*name)); });
+  for (const YamlNode* node : names->children) {
+    const YamlNode* name = port_node(*node).name;
+    if (name == nullptr || !name->is_scalar() || name->text.empty()) continue;
+    if (inside.find(kmf::utf8_string_to_ustring(name->text)) != nullptr) continue;
+    add_port(scope, inside, {name, nullptr}, side, ++order);
   }
 }
 
@@ -154,7 +177,7 @@ void apply_definition(Reading& reading, const Scope& scope, GTBlock& block, cons
   } else if (const YamlNode* variant = definition.find("variant")) {
     add_ports_of_choices(reading, scope, inside, *variant);
   }
-  if (const YamlNode* mask = definition.find("mask")) MaskInterface::setMask(&block, reading.mask(scope, *mask));
+  if (const auto mask = reading.mask(scope, definition)) MaskInterface::setMask(&block, mask);
   read_switch(scope, block, definition, "atomic", "TreatAsAtomicUnit");
   const bool opaque = read_switch(scope, block, definition, "opaque", "Opaque");
   set_values(scope, block, definition.find("parameters"), "parameters", opaque);

@@ -20,7 +20,7 @@ constexpr KindInSchema kinds[] = {
     {ObjectKind::subsystem, "subsystem"},   {ObjectKind::linked, "linked"},
     {ObjectKind::variant, "variant"},       {ObjectKind::mask_parameter, "mask_parameter"},
     {ObjectKind::ports, "ports"},           {ObjectKind::line, "line"},
-    {ObjectKind::dictionary, "dictionary"},
+    {ObjectKind::dictionary, "dictionary"}, {ObjectKind::port, "placed_port"},
 };
 
 TEST(DiagramSchema, HasJustTheKeysThatTheReaderTakes) {
