@@ -1,11 +1,10 @@
-// Which reader a model needs, and its reading.
+// The reading of the model that the command line names.
 #pragma once
 
 #include "apps/kinemo/options.hpp"
 #include "formats/diagnostics.hpp"
 
 #include <string>
-#include <string_view>
 
 namespace embedded::block_diagram {
 class Diagram;
@@ -14,11 +13,6 @@ class Diagram;
 namespace kinemo::app {
 
 class Console;
-
-enum class ModelFormat { diagram, spice };
-
-/// By the file's name, and where that doesn't tell by what stands in it.
-ModelFormat detect_format(const std::string& file, std::string_view text);
 
 /// Reads the model that the options name; `shown` names it in messages. Null where it has errors, which are in the list
 /// then. @throws UsageError where the file can't be read

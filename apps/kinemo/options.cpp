@@ -164,19 +164,20 @@ void add_explain(CLI::App& app, Options& options) {
 
 void add_export(CLI::App& app, Options& options) {
   CLI::App* command = add_command(app, options, Command::export_model, "export",
-                                  "Write a model of electrical parts as a netlist for a simulator",
-                                  "\nExample:\n  kinemo export examples/rc_lowpass.yaml --to spice -o rc_lowpass.cir");
+                                  "Write a model in another language: as a diagram, or electrical parts as a netlist",
+                                  "\nExamples:\n  kinemo export examples/rc_lowpass.yaml --to spice -o rc_lowpass.cir\n"
+                                  "  kinemo export amplifier.cir --to diagram -o amplifier.yaml");
   add_model(*command, options, true);
   command->add_option("--to", options.format, "The language to write in")
       ->required()
-      ->check(CLI::IsMember({"spice"}).description(""))
-      ->type_name("spice");
+      ->check(CLI::IsMember({"spice", "diagram"}).description(""))
+      ->type_name("spice|diagram");
   command
       ->add_option("--runtime-parameters", options.runtime_parameters,
-                   "Write run-time parameters as .param, and what depends on them as expressions; on by default")
+                   "Of netlists: write run-time parameters as .param, and what depends on them as expressions; on by "
+                   "default")
       ->check(CLI::IsMember({"on", "off"}).description(""))
       ->type_name("on|off");
-  command->preparse_callback([&options](std::size_t) { options.runtime_parameters = "on"; });
   add_output(*command, options);
   add_common_options(*command, options);
 }
@@ -232,6 +233,12 @@ std::string usage_message(const CLI::ParseError& error, int argc, const char* co
   return text + "\nTry 'kinemo " + (known ? word + " " : "") + "--help'.\n";
 }
 
+/// What the other options say of one that wasn't given.
+void complete(Options& options) {
+  const bool netlist = options.command == Command::export_model && options.format == "spice";
+  if (netlist && options.runtime_parameters.empty()) options.runtime_parameters = "on";
+}
+
 /// A command line that says all but what the command can't do without.
 std::string incomplete(const Options& options) {
   if (options.command == Command::check && !options.list_rules && options.model.empty()) {
@@ -242,6 +249,10 @@ std::string incomplete(const Options& options) {
       return "kinemo: error: " + (options.output.empty() ? "-o FILE.svg, .png or .pdf is required" : fault) +
              "\nTry 'kinemo render --help'.\n";
     }
+  }
+  if (options.command == Command::export_model && options.format == "diagram" && !options.runtime_parameters.empty()) {
+    return "kinemo: error: --runtime-parameters is for --to spice: a diagram keeps its variables and settings\n"
+           "Try 'kinemo export --help'.\n";
   }
   for (const std::string& definition : options.definitions) {
     if (const std::string fault = definition_fault(definition); !fault.empty()) {
@@ -271,6 +282,7 @@ std::variant<Options, Ending> parse_command_line(int argc, const char* const* ar
   if (const std::string message = incomplete(options); !message.empty()) {
     return Ending{exit_code::usage, {}, message};
   }
+  complete(options);
   return options;
 }
 

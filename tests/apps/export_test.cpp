@@ -39,6 +39,18 @@ TEST_F(Export, LeavesTheFileAloneWhereSomethingHasNoCounterpart) {
   EXPECT_THAT(refused.errors, HasSubstr("drive.yaml:4:3: error: block 'drive/D'"));
 }
 
+TEST_F(Export, WritesANetlistAsADiagramOfTheSameNets) {
+  write(
+      "amp.cir",
+      "amp\n.param r=2k\n.subckt half a b r=1\nr1 a b {r}\n.ends\nv1 in 0 5\nx1 in out half r={2*r}\nx.2 out 0 half\n");
+  EXPECT_EQ(0, run({"export", "amp.cir", "--to", "diagram", "-o", "amp.yaml", "-D", "r=3"}).exit_code);
+  EXPECT_THAT(read("amp.yaml"), HasSubstr("name: amp\nworkspace:\n  r: {value: 3, runtime: on}\n"));
+  EXPECT_EQ(run({"nets", "amp.cir", "--format", "json"}).output, run({"nets", "amp.yaml", "--format", "json"}).output);
+  EXPECT_EQ(run({"export", "amp.cir", "--to", "spice", "-D", "r=3"}).output,
+            run({"export", "amp.yaml", "--to", "spice"}).output);
+  EXPECT_EQ(2, run({"export", "amp.cir", "--to", "diagram", "--runtime-parameters", "on"}).exit_code);
+}
+
 TEST_F(Export, NeedsALanguageThatItKnows) {
   EXPECT_EQ(2, run({"export", "divider.cir"}).exit_code);
   EXPECT_EQ(2, run({"export", "divider.cir", "--to", "verilog"}).exit_code);
