@@ -1,0 +1,168 @@
+// Blocks: placed, moved, renamed, taken away.
+
+#include "apps/scripting/diagram_inputs.hpp"
+#include "apps/scripting/diagram_table.hpp"
+#include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/nearest.hpp"
+#include "embedded/block_diagram/paths.hpp"
+#include "platform/block_diagram/library.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
+#include "views/block_ports.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kinemo::scripting {
+
+namespace {
+
+/// Where a new block is to stand.
+struct NewBlock {
+  host::System* system;
+  ustring name;
+};
+
+/// @throws "PathOfNoBlock" (path), and what `system_at` raises
+NewBlock new_block_from(const Call& call, std::size_t input) {
+  const ustring path = kmf::cvarray_to_ustring(call[input]);
+  std::vector<ustring> names = host::splitPath(path);
+  if (names.size() < 2 || names.back().empty()) kmf::throw_message(diagram_messages, "PathOfNoBlock", path);
+  ustring system;
+  for (std::size_t i = 0; i + 1 < names.size(); ++i) system += (i == 0 ? u"" : u"/") + host::escapedName(names[i]);
+  return {&system_at(system), names.back()};
+}
+
+/// The path of a block inside would read as that of a block whose name begins with a slash.
+void check_subsystem_name(const ustring& name) {
+  if (!name.empty() && name.back() == u'/') kmf::throw_message(diagram_messages, "SubsystemName", name);
+}
+
+/// Behind all other ports, on whichever side.
+int next_order(const host::System& inside) {
+  int order = 0;
+  for (const GTBlock* port : inside.ioPorts()) order = std::max(order, port->host().ioPort()->order);
+  return order + 1;
+}
+
+/// @throws "UnknownType" (type, nearest or "")
+GTBlock& place_new(const std::string& type, const NewBlock& block) {
+  if (type == "subsystem") {
+    check_subsystem_name(block.name);
+    return block.system->addSubsystem(block.name);
+  }
+  if (type == "port") return block.system->addPort(block.name, host::Side::Left, next_order(*block.system));
+  if (gt_find_prototype(type) == nullptr) {
+    std::vector<std::string> known = gt_prototype_names();
+    known.insert(known.end(), {"subsystem", "port"});
+    kmf::throw_message(diagram_messages, "UnknownType", type, host::nearestName(type, known));
+  }
+  return block.system->addBlock(block.name, type);
+}
+
+void add_block(Call& call) {
+  const std::string type = call.text(0);
+  const host::ParameterTexts parameters = pairs_from(call, 2);
+  GTBlock& block = place_new(type, new_block_from(call, 1));
+  try {
+    if (!parameters.empty()) host::setParameters(block, parameters);
+  } catch (...) {
+    host::removeBlock(block);
+    throw;
+  }
+  if (call.wanted > 0) call.give(block.getHandle());
+}
+
+void delete_block(Call& call) {
+  host::removeBlock(block_from(call, 0));
+}
+
+void rename_block(Call& call) {
+  GTBlock& block = block_from(call, 0);
+  const ustring name = kmf::cvarray_to_ustring(call[1]);
+  if (host::isSubsystem(block)) check_subsystem_name(name);
+  const host::System& system = host::parentSystem(block);
+  const ustring before = block.getGrName();
+  block.setGrName(name);
+  // A variant follows the name of its active choice.
+  GTBlock* const variant = system.owner();
+  if (variant == nullptr || !host::isVariant(*variant)) return;
+  host::SubsystemData& data = *variant->host().subsystem();
+  if (data.activeVariant == before) data.activeVariant = name;
+}
+
+/// @throws "BadPlace" ()
+ustring position_from(const cvArray_tag* array) {
+  std::array<double, 4> numbers{};
+  bool good = cvIsNumeric(array) && !cvIsComplex(array) && cvGetNumberOfElements(array) == numbers.size();
+  for (std::size_t i = 0; good && i < numbers.size(); ++i) {
+    numbers[i] = cvGetElement(array, i);
+    good = std::isfinite(numbers[i]);
+  }
+  if (!good) kmf::throw_message(diagram_messages, "BadPlace");
+  return kmf::utf8_string_to_ustring(
+      fmt::format("[{} {} {} {}]", numbers[0], numbers[1], numbers[0] + numbers[2], numbers[1] + numbers[3]));
+}
+
+/// @throws "BadRotation" (angle)
+ustring rotation_from(double angle) {
+  for (const int known : {0, 90, 180, 270}) {
+    if (angle == known) return kmf::utf8_string_to_ustring(std::to_string(known));
+  }
+  kmf::throw_message(diagram_messages, "BadRotation", fmt::format("{}", angle));
+}
+
+void place(Call& call) {
+  GTBlock& block = block_from(call, 0);
+  const ustring position = position_from(call[1]);
+  const ustring rotation = call.size() > 2 ? rotation_from(call.number(2)) : ustring();
+  host::setProperty(block, "Position", position);
+  if (!rotation.empty()) host::setProperty(block, "Rotation", rotation);
+}
+
+void ports(Call& call) {
+  call.give(text_column(views::port_names(block_from(call, 0))));
+}
+
+}  // namespace
+
+std::vector<DiagramFunction> block_functions() {
+  return {{"add_block",
+           2,
+           any_number,
+           add_block,
+           {"add_block(type, path)\nadd_block(type, path, parameter, value, ...)\nh = add_block(...)",
+            "Places a block, sets parameters of it, and gives its handle.",
+            "The type is the name of a block of the library, such as 'physical/resistor', or 'subsystem', or 'port': a "
+            "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'). "
+            "A wrong parameter places nothing."}},
+          {"delete_block",
+           1,
+           1,
+           delete_block,
+           {"delete_block(path)", "Takes a block away, with all that lies in it.",
+            "Lines lose their ends at its ports, and end where they join nothing any more."}},
+          {"rename_block",
+           2,
+           2,
+           rename_block,
+           {"rename_block(path, name)", "Gives a block another name.",
+            "Lines stay; a variant follows the name of its active choice."}},
+          {"place",
+           2,
+           3,
+           place,
+           {"place(path, [x y width height])\nplace(path, [x y width height], rotation)",
+            "Says where a block stands in a picture of its system.", "The rotation is 0, 90, 180 or 270 degrees."}},
+          {"ports",
+           1,
+           1,
+           ports,
+           {"names = ports(path)", "Names of a block's ports, as a column of texts.",
+            "Their order is that of the block's kind; of a subsystem, left ports come first."}}};
+}
+
+}  // namespace kinemo::scripting

@@ -1,0 +1,50 @@
+#include "apps/scripting/diagram_functions.hpp"
+
+#include "apps/scripting/diagram_files.hpp"
+#include "apps/scripting/diagram_table.hpp"
+#include "formats/diagram/variables.hpp"
+
+#include <algorithm>
+
+namespace kinemo::scripting {
+
+namespace {
+
+std::vector<DiagramFunction> all_functions() {
+  std::vector<DiagramFunction> all;
+  for (const auto list : {file_functions, block_functions, line_functions, model_functions}) {
+    const std::vector<DiagramFunction> rows = list();
+    all.insert(all.end(), rows.begin(), rows.end());
+  }
+  return all;
+}
+
+/// Values with units reach the functions as they are.
+kmf::CvFunction function_of(const DiagramFunction& row) {
+  return [name = row.name, least = row.least_inputs, most = row.most_inputs, run = row.run](
+             int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
+    kmf::check_num_inputs(least, most, nIn);
+    Call call(name, nOut, nIn, inputs);
+    run(call);
+    const auto slots = static_cast<std::size_t>(std::max(nOut, 1));
+    for (std::size_t i = 0; i < std::min(slots, call.outputs.size()); ++i) outputs[i] = call.outputs[i].release();
+  };
+}
+
+}  // namespace
+
+void register_diagram_functions() {
+  formats::diagram::install_dictionary_reader();
+  watch_diagram_files();
+  for (const DiagramFunction& row : all_functions()) {
+    kmf::register_corvane_function(row.name, function_of(row));
+    embedded::scripting_runtime::set_help(row.name, row.help);
+  }
+}
+
+void unregister_diagram_functions() {
+  for (const DiagramFunction& row : all_functions()) kmf::unregister_corvane_function(row.name);
+  forget_diagram_files();
+}
+
+}  // namespace kinemo::scripting

@@ -1,0 +1,118 @@
+#include "apps/scripting/diagram_inputs.hpp"
+
+#include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/nearest.hpp"
+#include "embedded/block_diagram/paths.hpp"
+#include "embedded/expression/print.hpp"
+#include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
+
+namespace kinemo::scripting {
+
+namespace {
+
+/// Beyond as many blocks the search for a near name would take longer than the user's looking.
+constexpr std::size_t most_names_to_compare = 20'000;
+
+[[noreturn]] void throw_unknown_diagram(const std::string& name) {
+  std::vector<std::string> names;
+  for (const host::Diagram* diagram : host::Diagram::open()) names.push_back(diagram->name());
+  kmf::throw_message(diagram_messages, "UnknownDiagram", name, host::nearestName(name, names));
+}
+
+/// The first name of the path that isn't there.
+[[noreturn]] void throw_unknown_block(const ustring& path) {
+  const std::vector<ustring> names = host::splitPath(path);
+  const std::string top = kmf::ustring_to_utf8_string(names.front());
+  host::Diagram* diagram = host::Diagram::find(top);
+  if (diagram == nullptr) throw_unknown_diagram(top);
+  const host::System* system = &diagram->root();
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    const GTBlock* block = system->find(names[i]);
+    if (block == nullptr) {
+      const std::string name = kmf::ustring_to_utf8_string(names[i]);
+      const bool few = system->blocks().size() <= most_names_to_compare;
+      kmf::throw_message(diagram_messages, "UnknownBlock", path, system->path(), name,
+                         few ? host::nearestName(name, block_names(*system)) : std::string());
+    }
+    system = host::contents(*block);
+    if (system == nullptr) {
+      kmf::throw_message(diagram_messages, "NoInside", block->getFullPath(true), host::blockType(*block));
+    }
+  }
+  kmf::throw_message(diagram_messages, "UnknownBlock", path, diagram->name(), path, "");
+}
+
+GantrelObject& object_at(const ustring& path) {
+  GantrelObject* const object = host::findByPath(path);
+  if (object == nullptr) throw_unknown_block(path);
+  return *object;
+}
+
+GantrelObject& object_from(const Call& call, std::size_t input) {
+  const cvArray_tag* array = call[input];
+  if (cvIsChar(array)) return object_at(kmf::cvarray_to_ustring(array));
+  if (!cvIsNumeric(array) || cvGetNumberOfElements(array) != 1) {
+    kmf::throw_message(diagram_messages, "NotAPath", std::string(call.name), std::to_string(input + 1),
+                       cvGetClassName(array));
+  }
+  GantrelObject* const object = Handle2GantrelObject(cvGetScalar(array));
+  if (object == nullptr || object->getGantrelObjectType() == host::port_object_type) {
+    kmf::throw_message(diagram_messages, "UnknownHandle", embedded::expression::print_number(cvGetScalar(array)));
+  }
+  return *object;
+}
+
+host::System& inside_of(GantrelObject& object) {
+  if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) return diagram->diagram().root();
+  const auto& block = dynamic_cast<const GTBlock&>(object);
+  if (host::System* system = host::contents(block)) return *system;
+  kmf::throw_message(diagram_messages, "NoInside", block.getFullPath(true), host::blockType(block));
+}
+
+}  // namespace
+
+host::Diagram& diagram_from(const Call& call, std::size_t input) {
+  GantrelObject& object = object_from(call, input);
+  if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) return diagram->diagram();
+  kmf::throw_message(diagram_messages, "NotADiagram", dynamic_cast<const GTBlock&>(object).getFullPath(true));
+}
+
+GTBlock& block_from(const Call& call, std::size_t input) {
+  GantrelObject& object = object_from(call, input);
+  if (auto* block = dynamic_cast<GTBlock*>(&object)) return *block;
+  kmf::throw_message(diagram_messages, "NotABlock", dynamic_cast<const GTBlockDiagram&>(object).diagram().name());
+}
+
+host::System& system_from(const Call& call, std::size_t input) {
+  return inside_of(object_from(call, input));
+}
+
+host::System& system_at(const ustring& path) {
+  return inside_of(object_at(path));
+}
+
+host::ParameterTexts pairs_from(const Call& call, std::size_t first) {
+  host::ParameterTexts pairs;
+  for (std::size_t i = first; i < call.size(); i += 2) {
+    if (i + 1 == call.size()) {
+      kmf::throw_message(diagram_messages, "NameWithoutValue", std::string(call.name), call.text(i));
+    }
+    pairs.emplace_back(call.text(i), kmf::cvarray_to_ustring(call[i + 1]));
+  }
+  return pairs;
+}
+
+std::vector<std::string> block_names(const host::System& system) {
+  std::vector<std::string> names;
+  for (const GTBlock* block : system.blocks()) names.push_back(kmf::ustring_to_utf8_string(block->getGrName()));
+  return names;
+}
+
+cvUniquePtr text_column(const std::vector<std::string>& texts) {
+  cvUniquePtr cells(cvCreateCellMatrix(texts.size(), texts.empty() ? 0 : 1));
+  for (std::size_t i = 0; i < texts.size(); ++i) cvSetCell(cells.get(), i, cvCreateString(texts[i]));
+  return cells;
+}
+
+}  // namespace kinemo::scripting
