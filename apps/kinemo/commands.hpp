@@ -12,5 +12,7 @@ int run_blocks(Session& session);
 int run_export(Session& session);
 int run_explain(Session& session);
 int run_render(Session& session);
+int run_script_command(Session& session);
+int run_repl(Session& session);
 
 }  // namespace kinemo::app

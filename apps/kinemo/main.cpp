@@ -33,6 +33,10 @@ int run_command(const Options& options, Console& console) {
       return run_explain(session);
     case Command::render:
       return run_render(session);
+    case Command::run:
+      return run_script_command(session);
+    case Command::repl:
+      return run_repl(session);
   }
   return exit_code::internal;
 }

@@ -14,7 +14,8 @@ namespace kinemo::app {
 
 namespace {
 
-const std::vector<std::string> command_names{"compile", "check", "nets", "blocks", "explain", "export", "render"};
+const std::vector<std::string> command_names{"compile", "check",  "nets", "blocks", "explain",
+                                             "export",  "render", "run",  "repl"};
 
 constexpr const char* main_footer = R"(
 Models are diagrams (.yaml, .yml, .json) and SPICE netlists (.cir, .sp, .spice, .net, .ckt, .cdl); '-' is standard input.
@@ -27,7 +28,8 @@ Examples:
   kinemo nets amplifier.cir --format json
   kinemo render amplifier.cir -o amplifier.pdf
   kinemo export rc_lowpass.yaml --to spice -o rc_lowpass.cir
-  kinemo blocks physical/resistor)";
+  kinemo blocks physical/resistor
+  kinemo repl examples/rc_lowpass.yaml)";
 
 const std::map<std::string, When> when_names{
     {"auto", When::automatic}, {"always", When::always}, {"never", When::never}};
@@ -200,6 +202,31 @@ void add_render(CLI::App& app, Options& options) {
   add_common_options(*command, options);
 }
 
+void add_models(CLI::App& app, Options& options) {
+  app.add_option("MODEL", options.models, "Diagrams and netlists to open first");
+}
+
+void add_run(CLI::App& app, Options& options) {
+  CLI::App* run =
+      add_command(app, options, Command::run, "run", "Run a script",
+                  "\nExit status: 0 clean, 1 the script or a model has an error, 2 wrong usage or a file "
+                  "that can't be read;\nexit(n) in the script ends with n.\n"
+                  "\nExamples:\n  kinemo run sweep.kin rc_lowpass.yaml\n  echo 'disp(1 + 1)' | kinemo run -");
+  run->add_option("SCRIPT", options.script, "A script; '-' is standard input")->required();
+  add_models(*run, options);
+  add_common_options(*run, options);
+}
+
+void add_repl(CLI::App& app, Options& options) {
+  CLI::App* repl = add_command(app, options, Command::repl, "repl", "Work at a prompt",
+                               "\nWithout a terminal, lines of standard input are run one after the other; the exit "
+                               "status is 1 where one of them had an error.\n"
+                               "\nExamples:\n  kinemo repl rc_lowpass.yaml\n  kinemo repl < session.txt");
+  add_models(*repl, options);
+  repl->add_flag("--prompts", options.prompts, "Show prompts also where input doesn't come from a terminal");
+  add_common_options(*repl, options);
+}
+
 void add_commands(CLI::App& app, Options& options) {
   add_compile(app, options);
   add_check(app, options);
@@ -208,6 +235,8 @@ void add_commands(CLI::App& app, Options& options) {
   add_explain(app, options);
   add_export(app, options);
   add_render(app, options);
+  add_run(app, options);
+  add_repl(app, options);
 }
 
 /// The word where a command should stand.

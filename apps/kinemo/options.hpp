@@ -7,7 +7,7 @@
 
 namespace kinemo::app {
 
-enum class Command { compile, check, nets, blocks, explain, export_model, render };
+enum class Command { compile, check, nets, blocks, explain, export_model, render, run, repl };
 enum class When { automatic, always, never };
 
 struct Options {
@@ -23,6 +23,9 @@ struct Options {
   std::string system;                    ///< of `render`: path of a subsystem
   std::string net;                       ///< of `render`: a port, or the name of a line
   std::string picture;                   ///< of `check`: a file for the picture of what is found
+  std::string script;                    ///< of `run`: a file, or "-" for standard input
+  std::vector<std::string> models;       ///< of `run` and `repl`: opened first
+  bool prompts = false;                  ///< of `repl`: show them also where input comes from a file
   bool list_rules = false;
   bool warnings_as_errors = false;
 

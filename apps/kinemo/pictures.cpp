@@ -23,7 +23,7 @@ void write_picture(Session& session, embedded::block_diagram::Diagram& diagram,
   {
     const kmf::embedded::WarningCapture warnings;
     bytes = views::picture::make_picture(diagram, request);
-    session.add_warnings(warnings, list);
+    add_warnings(warnings, session.model_file(), list);
   }
   session.console().end_stage("draw");
   session.console().diagnostics(list);

@@ -55,6 +55,14 @@ boost::optional<CompiledModel> pick_model(const DACompileResult& result, const s
 
 }  // namespace
 
+void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file,
+                  formats::DiagnosticList& list) {
+  for (const kmf::Message& warning : capture.warnings()) {
+    const kmf::MessageId& id = warning.identifier();
+    list.warning(id.group + ":" + id.id, {file, 0, 0}, warning.text());
+  }
+}
+
 Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
   formats::diagram::install_dictionary_reader();
   load_domains();
@@ -87,19 +95,17 @@ std::string Session::model_file() const {
   return options_.model == "-" ? "<stdin>" : options_.model;
 }
 
-void Session::add_warnings(const kmf::embedded::WarningCapture& capture, formats::DiagnosticList& list) const {
-  for (const kmf::Message& warning : capture.warnings()) {
-    const kmf::MessageId& id = warning.identifier();
-    list.warning(id.group + ":" + id.id, {model_file(), 0, 0}, warning.text());
-  }
+embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
+  return read(options_, model_file(), list);
 }
 
-embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
+embedded::block_diagram::Diagram* Session::read(const Options& options, const std::string& shown,
+                                                formats::DiagnosticList& list) {
   console_.progress("reading", 0, 0);
   kmf::embedded::WarningCapture warnings;
-  embedded::block_diagram::Diagram* diagram = read_model(options_, model_file(), console_, list);
-  if (diagram != nullptr) define_variables(options_.definitions, *diagram, list);
-  add_warnings(warnings, list);
+  embedded::block_diagram::Diagram* diagram = read_model(options, shown, console_, list);
+  if (diagram != nullptr) define_variables(options.definitions, *diagram, list);
+  add_warnings(warnings, shown, list);
   console_.end_stage("read");
   return list.has_errors() ? nullptr : diagram;
 }
@@ -122,9 +128,22 @@ boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram
   } catch (const kmf::Exception& error) {
     views::add_error(error, &diagram, model_file(), list);
   }
-  add_warnings(warnings, list);
+  add_warnings(warnings, model_file(), list);
   console_.end_stage("compile");
   return model;
+}
+
+bool Session::open_models() {
+  bool right = true;
+  for (const std::string& file : options_.models) {
+    if (file == "-") throw UsageError("MODEL can't be standard input here");
+    Options one = options_;
+    one.model = file;
+    formats::DiagnosticList list;
+    right = read(one, file, list) != nullptr && right;
+    console_.diagnostics(list);
+  }
+  return right;
 }
 
 boost::optional<CompiledModel> Session::read_and_compile(embedded::block_diagram::Diagram*& diagram) {

@@ -26,6 +26,9 @@ struct CompiledModel {
   gl::core::Model model;
 };
 
+/// Warnings of the host as those of a file.
+void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file, formats::DiagnosticList& list);
+
 class Session {
  public:
   /// Opens the domain modules. @throws UsageError
@@ -38,15 +41,18 @@ class Session {
 
   /// Reads the model; null where it has errors, which are in the list then. @throws UsageError
   embedded::block_diagram::Diagram* read(formats::DiagnosticList& list);
+  /// Opens the models that a script works with, and tells their errors on standard error. Whether all are right.
+  /// @throws UsageError
+  bool open_models();
   /// Compiles; none where it has errors, which are in the list then. Warnings of the compile are in it, too.
   boost::optional<CompiledModel> compile(embedded::block_diagram::Diagram& diagram, formats::DiagnosticList& list);
-  /// Warnings of the host as those of the model's file.
-  void add_warnings(const kmf::embedded::WarningCapture& capture, formats::DiagnosticList& list) const;
   /// Both, with everything that is to be said told on standard error.
   boost::optional<CompiledModel> read_and_compile(embedded::block_diagram::Diagram*& diagram);
 
  private:
   void load_domains();
+  embedded::block_diagram::Diagram* read(const Options& options, const std::string& shown,
+                                         formats::DiagnosticList& list);
 
   const Options& options_;
   Console& console_;

@@ -354,6 +354,7 @@ void Parser::expect(TokenType closing, const Token& opening) {
 void Parser::fail_here() const {
   if (is(TokenType::end_of_text)) throw Failure{"UnexpectedEnd", "", token().offset};
   if (is(TokenType::newline)) throw Failure{"UnexpectedLineEnd", "", token().offset};
+  if (is(TokenType::assign)) throw Failure{"UnexpectedCharacter", "=", token().offset};
   throw Failure{"UnexpectedToken", std::string(lexeme()), token().offset};
 }
 

@@ -5,6 +5,7 @@
 #include "embedded/expression/token.hpp"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace embedded::expression {
@@ -13,6 +14,9 @@ class Parser {
  public:
   /// `text` must outlive the parser. @throws Failure
   explicit Parser(std::string_view text) : text_(text), tokens_(tokenize(text)) {}
+
+  /// Of a part of a longer text: tokens whose offsets count from the beginning of `text`, closed by `end_of_text`.
+  Parser(std::string_view text, std::vector<Token> tokens) : text_(text), tokens_(std::move(tokens)) {}
 
   /// @throws Failure
   Tree whole_text();

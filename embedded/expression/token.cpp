@@ -163,7 +163,7 @@ struct punctuation
                  token<TokenType::open_curly, pegtl::one<'{'>>, token<TokenType::close_curly, pegtl::one<'}'>>,
                  token<TokenType::comma, pegtl::one<','>>, token<TokenType::semicolon, pegtl::one<';'>>,
                  token<TokenType::colon, pegtl::one<':'>>, token<TokenType::at, pegtl::one<'@'>>,
-                 token<TokenType::dot, pegtl::one<'.'>>> {};
+                 token<TokenType::assign, pegtl::one<'='>>, token<TokenType::dot, pegtl::one<'.'>>> {};
 
 struct operand : pegtl::sor<token<TokenType::number, number>, token<TokenType::imaginary, imaginary>,
                             token<TokenType::name, name>> {};

@@ -26,6 +26,7 @@ enum class TokenType : std::uint8_t {
   colon,
   dot,
   at,
+  assign,  ///< a single "=", which is no part of an expression but of a statement
   newline,
   op,
   end_of_text

@@ -11,10 +11,10 @@ namespace {
 
 class AnonymousFunction : public Callable {
  public:
-  AnonymousFunction(const expression::Tree& tree, Workspace captured, std::string source)
-      : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)) {
+  AnonymousFunction(const expression::Tree& tree, Workspace captured, std::string source, Origin origin)
+      : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)), origin_(origin) {
     const std::size_t end = source_.find(')');
-    if (tree->offset() == 0 && end != std::string::npos) head_ = end + 1;
+    if (tree->offset() == 0 && is_alone(origin) && end != std::string::npos) head_ = end + 1;
     count_ = tree->children().size() - 1;
     for (std::size_t i = 0; i < count_; ++i) {
       if (tree->child(i).text() != "~") positions_[tree->child(i).text()] = i;
@@ -28,7 +28,7 @@ class AnonymousFunction : public Callable {
     const Scope scope({&captured_, &base_workspace()});
     const Parameters parameters{&positions_, inputs, static_cast<std::size_t>(nIn)};
     Outputs outputs;
-    for (Value& value : Evaluator(scope, source_, &parameters, head_).run(*body_, nOut)) {
+    for (Value& value : Evaluator(scope, source_, &parameters, head_, origin_).run(*body_, nOut)) {
       outputs.push_back(std::move(value).release());
     }
     if (outputs.size() < static_cast<std::size_t>(nOut)) {
@@ -39,19 +39,23 @@ class AnonymousFunction : public Callable {
   }
 
  private:
+  /// Not a part of a script, in which users look for the place themselves.
+  static bool is_alone(Origin origin) { return origin.lines == 0 && origin.columns == 0; }
+
   expression::Tree body_;
   std::unordered_map<std::string, std::size_t> positions_;
   std::size_t count_ = 0;
   Workspace captured_;
   std::string source_;
+  Origin origin_;
   std::size_t head_ = 0;  ///< up to the end of the names, where the function is all of the text
 };
 
 }  // namespace
 
-cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source) {
+cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source, Origin origin) {
   const std::shared_ptr<Callable> callable =
-      std::make_shared<AnonymousFunction>(tree, std::move(captured), std::move(source));
+      std::make_shared<AnonymousFunction>(tree, std::move(captured), std::move(source), origin);
   return cvUniquePtr(cvCreateFunctionHandle(expression::print(tree), callable));
 }
 

@@ -1,10 +1,13 @@
 #include "embedded/scripting_runtime/display.hpp"
 
 #include "embedded/scripting_runtime/class_dispatch.hpp"
+#include "embedded/scripting_runtime/display_numbers.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
+#include "platform/foundation/strings.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -14,41 +17,95 @@ namespace embedded::scripting_runtime {
 
 namespace {
 
-constexpr int display_digits = 5;
+constexpr std::size_t most_inline_elements = 16;
+constexpr std::size_t deepest_structure = 5;
+constexpr std::size_t indent_width = 4;
 
 DisplaySink& sink() {
-  static DisplaySink current = [](const std::string& text) { std::cout << text << '\n'; };
+  static DisplaySink current = [](const std::string& text) { std::cout << text; };
   return current;
 }
 
-std::string complex_text(Complex value, int digits) {
-  const std::string imaginary = number_text(value.imag(), digits) + "i";
-  const bool signed_already = imaginary.front() == '-';
-  return number_text(value.real(), digits) + (signed_already ? "" : "+") + imaginary;
+DisplaySink& error_sink() {
+  static DisplaySink current = [](const std::string& text) { std::cerr << text; };
+  return current;
 }
 
-std::string element_text(const Numbers& numbers, std::size_t i) {
-  return numbers.is_complex() ? complex_text(numbers.at(i), display_digits)
-                              : number_text(numbers.re[i], display_digits);
+bool is_text(const cvArray_tag* array) {
+  return cvIsChar(array) && cvGetDimensions(array)[0] <= 1;
 }
 
-std::string matrix_text(const Numbers& numbers) {
-  std::size_t width = 0;
-  std::vector<std::string> cells;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    cells.push_back(element_text(numbers, i));
-    width = std::max(width, cells.back().size());
+std::string quoted(const std::string& text) {
+  std::string result = "'";
+  for (const char c : text) {
+    result += c;
+    if (c == '\'') result += c;
   }
+  return result + "'";
+}
+
+/// "[](1x0)", with the class where it isn't double.
+std::string empty_text(const cvArray_tag* array) {
+  const std::string shape = shape_text(cvGetDimensions(array));
+  if (cvIsChar(array)) return shape == "0x0" ? "''" : "''(" + shape + ")";
+  if (cvIsCell(array)) return "{}(" + shape + ")";
+  const bool plain = cvGetClassID(array) == cvDOUBLE_CLASS;
+  return "[](" + shape + (plain ? ")" : " " + cvGetClassName(array) + ")");
+}
+
+// --- values on one line
+
+/// Elements by rows, in brackets; empty where it gets longer than `width`.
+template <class ElementText>
+std::string listed(const cvArray_tag* array, std::size_t width, const char* separator, ElementText element) {
   std::string result;
-  const std::size_t rows = numbers.rows();
+  const std::size_t rows = cvGetDimensions(array)[0];
+  const std::size_t count = cvGetNumberOfElements(array);
   for (std::size_t row = 0; row < rows; ++row) {
-    if (row > 0) result += '\n';
-    for (std::size_t i = row; i < cells.size(); i += rows) {
-      result += std::string(width - cells[i].size() + 3, ' ') + cells[i];
+    if (row > 0) result += "; ";
+    for (std::size_t i = row; i < count; i += rows) {
+      result += (i > row ? separator : "") + element(i);
+      if (result.size() > width) return {};
     }
   }
   return result;
 }
+
+std::string inline_numbers(const cvArray_tag* array, std::size_t width) {
+  const Numbers numbers = numbers_of(array);
+  if (numbers.is_scalar()) return element_text(numbers, 0);
+  const std::string elements = listed(array, width, " ", [&](std::size_t i) { return element_text(numbers, i); });
+  return elements.empty() ? "" : "[" + elements + "]";
+}
+
+std::string inline_cell(const cvArray_tag* array, std::size_t width) {
+  constexpr std::size_t share = 2;  // what an element may take of the line
+  constexpr std::size_t least = 8;  // so that cells in cells in cells come to an end
+  if (width < least) return {};
+  const std::string elements =
+      listed(array, width, ", ", [&](std::size_t i) { return inline_text(cvGetCell(array, i), width / share); });
+  return elements.empty() ? "" : "{" + elements + "}";
+}
+
+std::string inline_value(const cvArray_tag* array, std::size_t width) {
+  if (is_value_object(array)) {
+    const Quantity quantity = quantity_of(array);
+    const std::string numbers = inline_text(quantity.numbers.array(), width);
+    return quantity.has_unit() ? numbers + " " + unit_text(quantity.unit) : numbers;
+  }
+  if (cvGetClassID(array) == cvFUNCTION_CLASS) return cvGetFunctionText(array);
+  if (cvGetClassID(array) == cvOBJECT_CLASS || cvIsStruct(array)) return {};
+  if (cvGetNumberOfElements(array) == 0) {
+    if (cvGetDimensions(array) != Shape{0, 0}) return empty_text(array);
+    return cvIsChar(array) ? "''" : cvIsCell(array) ? "{}" : "[]";
+  }
+  if (is_text(array)) return cvGetNumberOfElements(array) <= width ? quoted(kmf::cvarray_to_string(array)) : "";
+  const bool small = cvGetNumberOfElements(array) <= most_inline_elements && cvGetDimensions(array).size() == 2;
+  if (!small || cvIsChar(array)) return {};
+  return cvIsCell(array) ? inline_cell(array, width) : inline_numbers(array, width);
+}
+
+// --- values on several lines
 
 /// "1 kOhm"; the unit of several rows stands below them.
 std::string quantity_display(const Quantity& quantity) {
@@ -57,38 +114,92 @@ std::string quantity_display(const Quantity& quantity) {
   return numbers + (numbers.find('\n') == std::string::npos ? " " : "\n   ") + unit_text(quantity.unit);
 }
 
-std::string described(const cvArray_tag* array) {
-  return "[" + shape_text(cvGetDimensions(array)) + " " + cvGetClassName(array) + "]";
+void append_structure(const cvArray_tag* array, std::size_t level, std::string& to) {
+  const std::vector<std::string> fields = cvGetFieldNames(array);
+  std::size_t longest = 0;
+  for (const std::string& field : fields) longest = std::max(longest, field.size());
+  const std::size_t indent = indent_width * level + longest;
+  for (const std::string& field : fields) {
+    const cvArray_tag* value = cvGetField(array, 0, field.c_str());
+    to += (to.empty() ? "" : "\n") + std::string(indent - field.size(), ' ') + field + ":";
+    const bool nested = cvIsStruct(value) && cvGetNumberOfElements(value) == 1 && level < deepest_structure;
+    if (nested) {
+      append_structure(value, level + 1, to);
+    } else {
+      const std::size_t width = display_limits().width;
+      to += " " + inline_text(value, width > indent + indent_width ? width - indent - 2 : indent_width);
+    }
+  }
 }
 
 std::string structure_text(const cvArray_tag* array) {
-  if (cvGetNumberOfElements(array) != 1) return described(array);
   std::string result;
-  for (const std::string& field : cvGetFieldNames(array)) {
-    const cvArray_tag* value = cvGetField(array, 0, field.c_str());
-    const bool small = checked_count(shape_of(value)) == 1 || (cvIsChar(value) && cvGetDimensions(value)[0] <= 1);
-    if (!result.empty()) result += '\n';
-    result += "    " + field + ": " + (small && !cvIsStruct(value) ? display_text(value) : described(value));
+  if (cvGetNumberOfElements(array) == 1) {
+    append_structure(array, 1, result);
+    return result.empty() ? "    (a structure without fields)" : result;
   }
+  result = shape_text(cvGetDimensions(array)) + " struct with fields:";
+  for (const std::string& field : cvGetFieldNames(array)) result += "\n    " + field;
+  return result;
+}
+
+/// "    {2,1}: 'abc'" for each element.
+std::string cell_lines(const cvArray_tag* array) {
+  const Shape& shape = cvGetDimensions(array);
+  const std::size_t count = cvGetNumberOfElements(array);
+  const std::size_t shown = std::min(count, display_limits().lines);
+  std::string result;
+  for (std::size_t i = 0; i < shown; ++i) {
+    std::string place;
+    std::size_t rest = i;
+    for (const std::size_t size : shape) {
+      place += (place.empty() ? "" : ",") + std::to_string(rest % size + 1);
+      rest /= size;
+    }
+    const std::string head = "    {" + place + "}: ";
+    const std::size_t width = display_limits().width;
+    result += (i > 0 ? "\n" : "") + head +
+              inline_text(cvGetCell(array, i), width > head.size() ? width - head.size() : indent_width);
+  }
+  if (shown < count) result += "\n    ... and " + std::to_string(count - shown) + " more elements";
   return result;
 }
 
 std::string cell_text(const cvArray_tag* array) {
-  std::string result = "{";
-  const std::size_t rows = cvGetDimensions(array)[0];
-  const std::size_t count = cvGetNumberOfElements(array);
-  for (std::size_t row = 0; row < rows; ++row) {
-    if (row > 0) result += "; ";
-    for (std::size_t i = row; i < count; i += rows) {
-      if (i > row) result += ", ";
-      const cvArray_tag* value = cvGetCell(array, i);
-      const bool text = cvIsChar(value) && cvGetDimensions(value)[0] <= 1;
-      const bool number = cvIsNumeric(value) || cvIsLogical(value) || is_value_object(value);
-      const bool small = number && checked_count(shape_of(value)) == 1;
-      result += text ? "'" + kmf::cvarray_to_string(value) + "'" : small ? display_text(value) : described(value);
-    }
+  if (cvGetDimensions(array).size() == 2) {
+    const std::string on_one_line = inline_cell(array, display_limits().width - indent_width * 2);
+    if (!on_one_line.empty()) return on_one_line;
   }
-  return result + "}";
+  return cell_lines(array);
+}
+
+std::string object_text(const cvArray_tag* array) {
+  if (is_value_object(array)) return quantity_display(quantity_of(array));
+  if (const auto shown = class_dispatch().display_text(array)) return *shown;
+  const std::vector<std::string> names = cvGetPropertyNames(array);
+  std::string text = names.empty() ? described(array) : cvGetClassName(array) + " with properties:";
+  for (const std::string& name : names) {
+    const cvUniquePtr value(cvGetProperty(array, 0, name.c_str()));
+    text += "\n    " + name + ": " +
+            inline_text(value.get(), display_limits().width - indent_width - name.size() % indent_width);
+  }
+  return text;
+}
+
+std::string character_rows(const cvArray_tag* array, bool with_quotes) {
+  if (cvGetDimensions(array).size() > 2) return described(array);
+  const ustring& characters = cvGetCharacters(array);
+  const std::size_t rows = cvGetDimensions(array)[0];
+  const std::size_t shown = std::min(rows, display_limits().lines);
+  std::string result;
+  for (std::size_t row = 0; row < shown; ++row) {
+    ustring line;
+    for (std::size_t i = row; i < characters.size(); i += rows) line += characters[i];
+    const std::string text = kmf::ustring_to_utf8_string(line);
+    result += (row > 0 ? "\n" : "") + (with_quotes ? "    " + quoted(text) : text);
+  }
+  if (shown < rows) result += "\n    ... and " + std::to_string(rows - shown) + " more rows";
+  return result;
 }
 
 }  // namespace
@@ -103,26 +214,45 @@ std::string number_text(double value, int digits) {
   return buffer.data();
 }
 
+std::string described(const cvArray_tag* array) {
+  return "[" + shape_text(cvGetDimensions(array)) + " " + cvGetClassName(array) + "]";
+}
+
+std::string inline_text(const cvArray_tag* array, std::size_t width) {
+  std::string text = inline_value(array, width);
+  const bool fits = !text.empty() && text.size() <= std::max<std::size_t>(width, 2 * indent_width);
+  return fits && text.find('\n') == std::string::npos ? text : described(array);
+}
+
 std::string display_text(const cvArray_tag* array) {
-  switch (cvGetClassID(array)) {
-    case cvCELL_CLASS:
-      return cell_text(array);
-    case cvSTRUCT_CLASS:
-      return structure_text(array);
-    case cvFUNCTION_CLASS:
-      return cvGetFunctionText(array);
-    case cvOBJECT_CLASS:
-      if (is_value_object(array)) return quantity_display(quantity_of(array));
-      return class_dispatch().display_text(array).value_or(described(array));
-    case cvCHAR_CLASS:
-      if (cvGetDimensions(array)[0] <= 1) return kmf::cvarray_to_string(array);
-      return described(array);
-    default:
-      break;
-  }
+  const cvClassID class_id = cvGetClassID(array);
+  if (class_id == cvFUNCTION_CLASS) return cvGetFunctionText(array);
+  if (class_id == cvOBJECT_CLASS) return object_text(array);
+  if (is_text(array)) return kmf::cvarray_to_string(array);
+  if (class_id == cvSTRUCT_CLASS) return structure_text(array);
+  if (cvGetNumberOfElements(array) == 0) return empty_text(array);
+  if (class_id == cvCELL_CLASS) return cell_text(array);
+  if (class_id == cvCHAR_CLASS) return character_rows(array, false);
   const Numbers numbers = numbers_of(array);
-  if (numbers.size() == 0 || !numbers.is_matrix()) return described(array);
   return numbers.is_scalar() ? element_text(numbers, 0) : matrix_text(numbers);
+}
+
+std::string named_text(const std::string& name, const cvArray_tag* array) {
+  if (cvIsChar(array)) {
+    if (cvGetNumberOfElements(array) == 0) return name + " = " + empty_text(array);
+    if (is_text(array)) return name + " = " + quoted(kmf::cvarray_to_string(array));
+    return name + " =\n" + character_rows(array, true);
+  }
+  const std::string text = display_text(array);
+  const bool several_structures = cvIsStruct(array) && cvGetNumberOfElements(array) != 1;
+  const bool one_line =
+      several_structures || (text.find('\n') == std::string::npos && !text.empty() && text.front() != ' ');
+  return name + (one_line ? " = " : " =\n") + text;
+}
+
+DisplayLimits& display_limits() {
+  static DisplayLimits limits;
+  return limits;
 }
 
 void set_display_sink(DisplaySink its_sink) {
@@ -130,7 +260,19 @@ void set_display_sink(DisplaySink its_sink) {
 }
 
 void display(const std::string& text) {
+  sink()(text + "\n");
+}
+
+void write_output(const std::string& text) {
   sink()(text);
+}
+
+void set_error_sink(DisplaySink its_sink) {
+  error_sink() = its_sink;
+}
+
+void write_error_output(const std::string& text) {
+  error_sink()(text);
 }
 
 }  // namespace embedded::scripting_runtime

@@ -47,14 +47,27 @@ Value function_in(const Value& value) {
 
 }  // namespace
 
-std::vector<Value> Evaluator::run(const Node& tree, int wanted) {
+/// What `compute` gives, as an evaluation of its own whose errors tell their place.
+template <class Compute>
+auto Evaluator::placed(Compute compute) {
   const RunningEvaluation running;
   try {
-    return outputs(tree, wanted);
+    return compute();
   } catch (kmf::AttributedException& error) {
     add_place(error);
     throw;
   }
+}
+
+std::vector<Value> Evaluator::run(const Node& tree, int wanted) {
+  return placed([&] { return outputs(tree, wanted); });
+}
+
+std::vector<Subscript> Evaluator::run_subscripts(const Node& tree, const cvArray_tag* indexed) {
+  return placed([&] {
+    at_ = &tree;
+    return subscripts(tree, indexed);
+  });
 }
 
 void Evaluator::add_place(kmf::AttributedException& error) const {
@@ -65,7 +78,10 @@ void Evaluator::add_place(kmf::AttributedException& error) const {
 }
 
 expression::Place Evaluator::place_of(const Node& node) const {
-  return expression::place_of(source_.substr(head_), std::max(node.offset(), head_) - head_);
+  expression::Place place = expression::place_of(source_.substr(head_), std::max(node.offset(), head_) - head_);
+  if (place.line == 1) place.column += origin_.columns;
+  place.line += origin_.lines;
+  return place;
 }
 
 std::vector<Value> Evaluator::outputs(const Node& node, int wanted) {
@@ -222,7 +238,7 @@ Value Evaluator::anonymous(const Node& node) {
   });
   // The tree is needed beyond this evaluation: a node doesn't know its owner, so its children are shared.
   return make_anonymous(expression::make_node(Kind::anonymous, node.children(), node.offset()), std::move(captured),
-                        std::string(source_));
+                        std::string(source_), origin_);
 }
 
 const cvArray_tag* Evaluator::find(const std::string& name) const {

@@ -24,14 +24,24 @@ struct Parameters {
   std::size_t count;
 };
 
+/// Where a text begins in a longer one: lines before it, and characters before it in its first line.
+struct Origin {
+  std::size_t lines = 0;
+  std::size_t columns = 0;
+};
+
 class Evaluator {
  public:
-  /// `source` is the text of the tree, or empty. Errors leave out its first `head` bytes.
-  Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr, std::size_t head = 0)
-      : scope_(scope), source_(source), head_(head), parameters_(parameters) {}
+  /// `source` is the text of the tree, or empty. Errors leave out its first `head` bytes, and tell places as they are
+  /// in the longer text that has `source` at `origin`.
+  Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr, std::size_t head = 0,
+            Origin origin = {})
+      : scope_(scope), source_(source), head_(head), origin_(origin), parameters_(parameters) {}
 
   /// The values that a tree gives when `wanted` are asked for; with 0 a call may give none.
   std::vector<Value> run(const expression::Node& tree, int wanted);
+  /// The subscripts of an index node; `end` in them means that of `indexed`.
+  std::vector<Subscript> run_subscripts(const expression::Node& tree, const cvArray_tag* indexed);
 
  private:
   using Node = expression::Node;
@@ -41,6 +51,8 @@ class Evaluator {
     std::size_t count;
   };
 
+  template <class Compute>
+  auto placed(Compute compute);
   std::vector<Value> outputs(const Node& node, int wanted);
   Value value(const Node& node);
   void append_values(const Node& node, std::vector<Value>& to);
@@ -80,6 +92,7 @@ class Evaluator {
   const Scope& scope_;
   std::string_view source_;
   std::size_t head_;
+  Origin origin_;
   const Parameters* parameters_;
   std::vector<EndPlace> ends_;
   const Node* at_ = nullptr;  ///< what is computed just now, for the places of errors
@@ -89,7 +102,7 @@ class Evaluator {
 /// An anonymous function: it keeps the tree, the variables that its body names at this moment, and for errors the text.
 /// Where the text is nothing but the function, errors tell places in its body: programs put heads before what users
 /// type.
-cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source);
+cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source, Origin origin = {});
 
 /// The nearest of the known names; empty when none is near.
 std::string nearest_name(const std::string& wanted, const std::vector<std::string>& known);

@@ -11,6 +11,7 @@ struct Help {
   std::string usage;    ///< how it is called, such as "y = sin(x)"; one line for each form
   std::string summary;  ///< one sentence
   std::string details;  ///< what inputs, outputs, units and errors are; may be empty
+  std::string area;     ///< what lists of functions put it under; empty: the package in its name
 };
 
 /// Names are those that users type, such as "sin", "kinemo.gl.gt.graph" or "kinemo.gl.Graph.nodes". Replaces an earlier
@@ -20,5 +21,18 @@ void set_help(const std::string& name, Help help);
 const Help* find_help(const std::string& name);
 /// Sorted.
 std::vector<std::string> help_topics();
+
+/// Topics under one heading.
+struct HelpGroup {
+  std::string title;
+  std::vector<std::string> topics;
+};
+/// All topics: first the areas of the built-in functions in their order, then further ones by title.
+std::vector<HelpGroup> help_groups();
+
+/// What `help NAME` shows. @throws "kinemo:scripting:runtime" "NoHelp" (name), with the nearest topic as its cause
+std::string help_text(const std::string& name);
+/// What `help` shows: all topics by group.
+std::string help_overview();
 
 }  // namespace embedded::scripting_runtime

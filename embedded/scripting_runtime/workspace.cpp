@@ -31,6 +31,11 @@ void Workspace::set(const std::string& name, cvUniquePtr value) {
   index_.emplace(added->name, added);
 }
 
+cvUniquePtr Workspace::take(std::string_view name) {
+  const auto found = index_.find(name);
+  return found == index_.end() ? nullptr : std::move(found->second->value);
+}
+
 bool Workspace::clear(std::string_view name) {
   const auto found = index_.find(name);
   if (found == index_.end()) return false;

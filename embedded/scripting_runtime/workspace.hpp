@@ -31,6 +31,9 @@ class Workspace {
   void set(const std::string& name, cvUniquePtr value);
   void set(const std::string& name, double value) { set(name, cvUniquePtr(cvCreateDoubleScalar(value))); }
   void set(const std::string& name, const std::string& utf8) { set(name, cvUniquePtr(cvCreateString(utf8))); }
+  /// Takes a variable's value out, to be changed in place without a copy; null when there is none. The variable can't
+  /// be found until it is set again.
+  cvUniquePtr take(std::string_view name);
   /// Whether there was one.
   bool clear(std::string_view name);
   void clear();

@@ -80,14 +80,38 @@ void get_field(Call& call) {
   call.give(cvUniquePtr(cvCreateSharedCopy(kmf::cvarray_get_field(call[0], 0, field.c_str()))));
 }
 
+void set_field(Call& call) {
+  cvUniquePtr result(cvCreateSharedCopy(call[0]));
+  cvSetField(result.get(), 0, call.text(1).c_str(), cvCreateSharedCopy(call[2]));
+  call.give(std::move(result));
+}
+
+/// Without one field, or without those that a cell array names.
+void remove_fields(Call& call) {
+  const std::vector<std::string> names = kmf::cvarray_to_string_vector(call[1]);
+  for (const std::string& name : names) kmf::cvarray_get_field(call[0], 0, name.c_str());
+  std::vector<std::string> kept;
+  for (const std::string& field : cvGetFieldNames(call[0])) {
+    if (std::find(names.begin(), names.end(), field) == names.end()) kept.push_back(field);
+  }
+  const std::size_t count = cvGetNumberOfElements(call[0]);
+  cvUniquePtr result(cvCreateStructMatrix(1, count, kept));
+  for (std::size_t i = 0; i < count; ++i) {
+    for (const std::string& field : kept) {
+      const cvArray_tag* value = cvGetField(call[0], i, field.c_str());
+      cvSetField(result.get(), i, field.c_str(), cvCreateSharedCopy(value));
+    }
+  }
+  cvSetDimensions(result.get(), cvGetDimensions(call[0]));
+  call.give(std::move(result));
+}
+
 }  // namespace
 
 std::vector<Builtin> container_builtins() {
-  return {{"cell", 0, any_number, cell},
-          {"struct", 0, any_number, structure},
-          {"fieldnames", 1, 1, field_names},
-          {"isfield", 2, 2, is_field},
-          {"getfield", 2, 2, get_field}};
+  return {{"cell", 0, any_number, cell},   {"struct", 0, any_number, structure}, {"fieldnames", 1, 1, field_names},
+          {"isfield", 2, 2, is_field},     {"getfield", 2, 2, get_field},        {"setfield", 3, 3, set_field},
+          {"rmfield", 2, 2, remove_fields}};
 }
 
 }  // namespace embedded::scripting_runtime

@@ -115,7 +115,10 @@ void concatenate(Call& call) {
     if (texts.size() != 1 && texts.size() != count) {
       throw_runtime_error("SizeMismatch", "strcat", std::to_string(count), std::to_string(texts.size()));
     }
-    for (std::size_t k = 0; k < count; ++k) results[k] += texts[texts.size() == 1 ? 0 : k];
+    for (std::size_t k = 0; k < count; ++k) {
+      results[k] += texts[texts.size() == 1 ? 0 : k];
+      checked_count({1, results[k].size()});
+    }
   }
   if (cells == nullptr) return call.give(text_array(results.front()));
   cvUniquePtr result(cvCreateSharedCopy(cells));

@@ -1,0 +1,44 @@
+#include "embedded/scripting_runtime/prompt.hpp"
+
+#include "embedded/scripting_runtime/display.hpp"
+#include "embedded/scripting_runtime/errors.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
+#include "embedded/scripting_runtime/script.hpp"
+
+#include <new>
+#include <utility>
+
+namespace embedded::scripting_runtime {
+
+void Prompt::enter(const std::string& line) {
+  pending_ += line + "\n";
+  // Without its last line end: "..." at the end asks for another line, which an empty one ends.
+  if (is_incomplete(std::string_view(pending_).substr(0, pending_.size() - 1))) return;
+  run(std::exchange(pending_, {}));
+}
+
+void Prompt::finish() {
+  if (!pending_.empty()) run(std::exchange(pending_, {}));
+}
+
+void Prompt::run(const std::string& text) {
+  request_interrupt(false);
+  try {
+    const Interruptible interruptible(true);
+    run_script(text, "", workspace_);
+  } catch (const ExitRequest& request) {
+    exit_code_ = request.code();
+  } catch (const kmf::Exception& error) {
+    tell(to_text(problem_of(error)));
+  } catch (const std::bad_alloc&) {
+    tell("error: out of memory\n");
+  }
+  request_interrupt(false);
+}
+
+void Prompt::tell(const std::string& error) {
+  failed_ = true;
+  write_error_output(error);
+}
+
+}  // namespace embedded::scripting_runtime
