@@ -198,7 +198,8 @@ std::string character_rows(const cvArray_tag* array, bool with_quotes) {
     const std::string text = kmf::ustring_to_utf8_string(line);
     result += (row > 0 ? "\n" : "") + (with_quotes ? "    " + quoted(text) : text);
   }
-  if (shown < rows) result += "\n    ... and " + std::to_string(rows - shown) + " more rows";
+  if (shown < rows)
+    result += "\n    ... and " + std::to_string(rows - shown) + (rows - shown == 1 ? " more row" : " more rows");
   return result;
 }
 
@@ -207,6 +208,7 @@ std::string character_rows(const cvArray_tag* array, bool with_quotes) {
 std::string number_text(double value, int digits) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Inf" : "-Inf";
+  if (value == 0) return "0";  // without the sign that it may have
   const double whole_limit = 1e15;
   if (value == std::floor(value) && std::abs(value) < whole_limit) digits = 16;
   std::array<char, 64> buffer{};

@@ -8,10 +8,10 @@
 namespace embedded::scripting_runtime {
 
 struct Help {
-  std::string usage;    ///< how it is called, such as "y = sin(x)"; one line for each form
-  std::string summary;  ///< one sentence
-  std::string details;  ///< what inputs, outputs, units and errors are; may be empty
-  std::string area;     ///< what lists of functions put it under; empty: the package in its name
+  std::string usage;      ///< how it is called, such as "y = sin(x)"; one line for each form
+  std::string summary;    ///< one sentence
+  std::string details;    ///< what inputs, outputs, units and errors are; may be empty
+  std::string area = {};  ///< what lists of functions put it under; empty: the package in its name
 };
 
 /// Names are those that users type, such as "sin", "kinemo.gl.gt.graph" or "kinemo.gl.Graph.nodes". Replaces an earlier

@@ -9,9 +9,9 @@ namespace embedded::scripting_runtime {
 
 struct HelpRow {
   const char* name;
-  const char* usage;    ///< one line for each form
-  const char* summary;  ///< one sentence
-  const char* details = "";
+  const char* usage;         ///< one line for each form
+  const char* summary;       ///< one sentence
+  const char* details = "";  ///< may be empty
 };
 
 struct HelpArea {

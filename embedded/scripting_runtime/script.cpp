@@ -187,6 +187,7 @@ class RunningScript {
   static constexpr std::size_t levels = 12;  // of stack, compared with the walk over one node
 
   DepthGuard depth_;
+  RunningEvaluation evaluation_;  // so that steps are counted through all statements
 };
 
 std::vector<Statement> parse_named(std::string_view text, const std::string& name) {

@@ -45,6 +45,7 @@ std::filesystem::path make_folder() {
     const std::string file = options.output_file.empty() ? (streams / "out").string() : options.output_file;
     redirect(file, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
   }
+  if (options.errors_to_output) ::dup2(STDOUT_FILENO, STDERR_FILENO);
   for (const auto& [name, value] : options.environment) ::setenv(name.c_str(), value.c_str(), 1);
   if (::chdir(folder.c_str()) != 0) ::_exit(126);
   std::vector<char*> raw{const_cast<char*>(KINEMO_PROGRAM)};

@@ -20,6 +20,7 @@ struct ProgramRun {
 struct RunOptions {
   std::string input;
   std::string output_file;                         ///< where standard output goes instead, such as /dev/full
+  bool errors_to_output = false;                   ///< both streams are one, in the order in which they are written
   bool close_output = false;                       ///< standard output is a pipe that nobody reads
   std::map<std::string, std::string> environment;  ///< besides the test's own
 };

@@ -21,7 +21,7 @@ HelpArea array_help() {
           {"vertcat", "y = vertcat(a, b, ...)", "Arrays joined one above the other, as [a; b]."},
           {"fliplr", "y = fliplr(x)", "The columns of a matrix in reverse order."},
           {"flipud", "y = flipud(x)", "The rows of a matrix in reverse order."},
-          {"transpose", "y = transpose(x)", "Rows and columns exchanged, as x.'"},
+          {"transpose", "y = transpose(x)", "Rows and columns exchanged, as x.'."},
           {"diag", "y = diag(x)", "A matrix with the vector x on its diagonal, or the diagonal of the matrix x."},
           {"size", "s = size(x)\nn = size(x, d)\n[n, m, ...] = size(x)",
            "The dimensions of an array, or its dimension d."},

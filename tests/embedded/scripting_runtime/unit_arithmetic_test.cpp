@@ -340,7 +340,7 @@ TEST_F(Units, ValuesAreShownWithTheirUnits) {
   const ValueCase cases[] = {{"R", "2 kOhm"},
                              {"v", "   3   1   2 V"},
                              {"v'", "   3\n   1\n   2\n   V"},
-                             {"{R, v}", "{2 kOhm, [1x1 kinemo.Value]}"},
+                             {"{R, v}", "{2 kOhm, [3 1 2] V}"},
                              {"struct('R', R)", "    R: 2 kOhm"},
                              {"P", "2 kOhm"}};
   for (const ValueCase& one : cases) {
