@@ -1,7 +1,6 @@
 #include "views/layout/maze.hpp"
 
 #include <algorithm>
-#include <array>
 #include <queue>
 
 #include "views/layout/track_grid.hpp"
@@ -69,14 +68,17 @@ class Maze {
     if (state >= best_.size() || cost >= best_[state]) return;
     best_[state] = cost;
     from_[state] = from;
-    open_.push({cost + to_come(state / 2), cost, state});
+    open_.push({cost + to_come(state), cost, state});
   }
 
-  float to_come(std::size_t vertex) const {
-    const Point at = grid_.point(vertex);
+  /// The way along the axes, and the bend that it needs at least.
+  float to_come(std::size_t state) const {
+    const Point at = grid_.point(state / 2);
     const Rectangle& ends = grid_.ends();
-    return static_cast<float>(std::max({ends.x - at.x, at.x - right(ends), 0.0}) +
-                              std::max({ends.y - at.y, at.y - bottom(ends), 0.0}));
+    const double x = std::max({ends.x - at.x, at.x - right(ends), 0.0});
+    const double y = std::max({ends.y - at.y, at.y - bottom(ends), 0.0});
+    const bool bends = state % 2 == along_x ? y > 0 : x > 0;
+    return static_cast<float>(x + y) + (bends ? bend_price : 0);
   }
 
   Way way_to(std::size_t state) const {

@@ -8,7 +8,7 @@ namespace kinemo::views::layout {
 
 namespace {
 
-constexpr std::array margins{50.0, 150.0, 450.0, 1350.0};
+constexpr std::array margins{50.0, 150.0, 500.0};
 
 /// Lines and ends of legs that a search may reach.
 struct Tree {
@@ -52,7 +52,7 @@ bool on_line(Point it, Point a, Point b) {
 }  // namespace
 
 Effort::Effort(const Problem& problem) : left_(2e6) {
-  constexpr double vertices_for_pin = 1e4;
+  constexpr double vertices_for_pin = 4e3;
   for (const Net& net : problem.nets) left_ += vertices_for_pin * static_cast<double>(net.pins.size());
 }
 
