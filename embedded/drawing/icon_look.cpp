@@ -42,6 +42,8 @@ IconLook look_of(const GTIconResource& resource) {
   look.proportional = !is(u"Geometric", u"Off");
   look.crop = is(u"PreAdjustSize", u"CropToContent");
   look.thin_strokes = is(u"StrokeScalingOnResize", u"NonScaling");
+  look.normal_strokes = is(u"PreAdjustStrokeWidth", u"Normalized");
+  look.constant_text = is(u"TextScalingOnResize", u"Constant");
   look.clip = !is(u"Clipping", u"None");
   look.frame = is(u"Frame", u"On");
   look.rotate = is(u"Rotate", u"On");

@@ -9,17 +9,21 @@
 
 namespace embedded::drawing {
 
-/// The styles of a vector icon that this host honours. Others ("TextScalingOnResize", "PreAdjustStrokeWidth",
-/// "StrokeScaling", "LineExtension") have no effect.
+/// The styles of a vector icon that this host honours. Others have no effect: "StrokeScaling", as lines at all ports
+/// are equally wide; "LineExtension", as icons reach their ports themselves; "Port", as the style of ports is always
+/// that of the most.
 struct IconLook {
   bool fit = false;           ///< "Resize" = "FitToBlock": as large as the block
   bool proportional = true;   ///< "Geometric" other than "Off": width and height grow alike
   bool crop = false;          ///< "PreAdjustSize" = "CropToContent": without the file's empty margin
   bool thin_strokes = false;  ///< "StrokeScalingOnResize" = "NonScaling": strokes keep the file's width
-  bool clip = true;           ///< "Clipping" other than "None"
-  bool frame = false;         ///< "Frame" = "On"
-  bool rotate = false;        ///< "Rotate" = "On": turns with the block
-  bool port_color = false;    ///< "Foreground" = "PortStyled": black becomes the colour of most ports
+  bool normal_strokes =
+      false;  ///< "PreAdjustStrokeWidth" = "Normalized": the stroke that the file names first is 1.5 wide
+  bool constant_text = false;  ///< "TextScalingOnResize" = "Constant": texts keep the file's size
+  bool clip = true;            ///< "Clipping" other than "None"
+  bool frame = false;          ///< "Frame" = "On"
+  bool rotate = false;         ///< "Rotate" = "On": turns with the block
+  bool port_color = false;     ///< "Foreground" = "PortStyled": black becomes the colour of most ports
 };
 
 IconLook look_of(const GTIconResource& resource);

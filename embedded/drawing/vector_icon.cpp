@@ -15,6 +15,13 @@ namespace {
 
 constexpr std::size_t file_limit = std::size_t{1} << 26;
 constexpr double pixels_per_inch = 96;
+/// What is smaller or larger in a file has no size.
+constexpr double least_size = 1e-3;
+constexpr double most_size = 1e5;
+
+bool is_size(double width, double height) {
+  return width >= least_size && height >= least_size && width <= most_size && height <= most_size;
+}
 
 ObjectPointer<RsvgHandle> parse(const std::string& text, std::string& reason) {
   GError* error = nullptr;
@@ -58,15 +65,17 @@ VectorIcon::VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle)
 
 void VectorIcon::measurePage() {
   constexpr double default_size = 100;
+  gboolean has_view = FALSE;
+  RsvgRectangle view{};
+  rsvg_handle_get_intrinsic_dimensions(handle_.get(), nullptr, nullptr, nullptr, nullptr, &has_view, &view);
   if (!rsvg_handle_get_intrinsic_size_in_pixels(handle_.get(), &page_.width, &page_.height)) {
-    gboolean has_view = FALSE;
-    RsvgRectangle view{};
-    rsvg_handle_get_intrinsic_dimensions(handle_.get(), nullptr, nullptr, nullptr, nullptr, &has_view, &view);
     page_.width = has_view ? view.width : 0;
     page_.height = has_view ? view.height : 0;
   }
-  has_size_ = page_.width > 0 && page_.height > 0;
+  has_size_ = is_size(page_.width, page_.height);
   if (!has_size_) page_.width = page_.height = default_size;
+  if (has_view && is_size(view.width, view.height))
+    unit_ = std::min(page_.width / view.width, page_.height / view.height);
 }
 
 void VectorIcon::measureContent() {
@@ -98,29 +107,48 @@ void VectorIcon::render(cairo_t* context, RsvgHandle* handle) const {
   rsvg_handle_render_document(handle, context, &viewport, nullptr);
 }
 
-RsvgHandle* VectorIcon::variant(double stroke_factor, const boost::optional<GTColor>& foreground) {
-  const std::string color = foreground ? hex(*foreground) : std::string();
-  if (stroke_factor == 1 && color.empty()) return handle_.get();
+VectorIcon::Changes VectorIcon::changes(double x_factor, double y_factor, const IconLook& look) const {
+  constexpr double normal_width = 1.5;
+  Changes changes;
+  if (look.thin_strokes) changes.strokes /= std::sqrt(x_factor * y_factor);
+  if (look.normal_strokes) changes.strokes *= normal_width / std::max(first_stroke_width(text_) * unit_, least_size);
+  if (look.constant_text) {
+    changes.texts_x = 1 / x_factor;
+    changes.texts_y = 1 / y_factor;
+  }
+  return changes;
+}
+
+RsvgHandle* VectorIcon::variant(const Changes& changes) {
+  const std::string color = changes.foreground ? hex(*changes.foreground) : std::string();
+  std::string key = color;
   // Sizes that differ by less than a hundredth look alike.
-  const long hundredths = std::lround(std::log(stroke_factor) * 100);
-  ObjectPointer<RsvgHandle>& handle = variants_[std::to_string(hundredths) + color];
+  for (const double factor : {changes.strokes, changes.texts_x, changes.texts_y})
+    key += " " + std::to_string(std::lround(std::log(factor) * 100));
+  if (key == " 0 0 0") return handle_.get();
+  ObjectPointer<RsvgHandle>& handle = variants_[key];
   if (!handle) {
-    std::string text = with_stroke_widths(text_, stroke_factor);
-    if (!color.empty()) text = with_foreground(text, color);
     std::string reason;
-    handle = parse(text, reason);
+    handle = parse(changedText(changes, color), reason);
     if (handle && !color.empty()) set_style_sheet(handle.get(), foreground_style_sheet(color));
   }
   return handle ? handle.get() : handle_.get();
 }
 
+std::string VectorIcon::changedText(const Changes& changes, const std::string& color) const {
+  std::string text = with_stroke_widths(text_, changes.strokes);
+  if (changes.texts_x != 1 || changes.texts_y != 1) text = with_texts_stretched(text, changes.texts_x, changes.texts_y);
+  return color.empty() ? text : with_foreground(text, color);
+}
+
 void VectorIcon::draw(cairo_t* context, Size room, const IconLook& look, const boost::optional<GTColor>& foreground) {
-  const bool empty = content_.width <= 0 || content_.height <= 0;
-  const Rectangle& shown = look.crop && !empty ? content_ : page_;
+  const bool crop = look.crop && is_size(content_.width, content_.height);
+  const Rectangle& shown = crop ? content_ : page_;
   double x_factor = look.fit ? room.width / shown.width : 1;
   double y_factor = look.fit ? room.height / shown.height : 1;
   if (look.proportional) x_factor = y_factor = std::min(x_factor, y_factor);
-  const double stroke_factor = look.thin_strokes ? 1 / std::sqrt(x_factor * y_factor) : 1;
+  Changes wanted = changes(x_factor, y_factor, look);
+  wanted.foreground = foreground;
   const SavedContext saved(context);
   if (look.clip) {
     cairo_rectangle(context, 0, 0, room.width, room.height);
@@ -129,7 +157,7 @@ void VectorIcon::draw(cairo_t* context, Size room, const IconLook& look, const b
   cairo_translate(context, (room.width - shown.width * x_factor) / 2, (room.height - shown.height * y_factor) / 2);
   cairo_scale(context, x_factor, y_factor);
   cairo_translate(context, -shown.x, -shown.y);
-  render(context, variant(stroke_factor, foreground));
+  render(context, variant(wanted));
 }
 
 }  // namespace embedded::drawing

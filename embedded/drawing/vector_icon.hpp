@@ -17,7 +17,7 @@ class VectorIcon {
   /// Null, with the reason, for a file that can't be read.
   static std::unique_ptr<VectorIcon> load(const std::string& file, std::string& reason);
 
-  /// The size that the file gives its page, in pixels; none where it gives none.
+  /// The size that the file gives its page, in pixels; none where it gives none, or one that no block has.
   boost::optional<Size> pageSize() const;
   /// Draws into the rectangle of a size at the origin. Without a colour the file's own stay.
   void draw(cairo_t* context, Size room, const IconLook& look, const boost::optional<GTColor>& foreground);
@@ -34,14 +34,24 @@ class VectorIcon {
   static Rectangle around(const Rectangle& a, const Rectangle& b);
   void measurePage();
   void measureContent();
-  /// The graphics in a colour and with strokes of a share of their width. Blocks of one size share it.
-  RsvgHandle* variant(double stroke_factor, const boost::optional<GTColor>& foreground);
+  /// How the graphics differ from the file's.
+  struct Changes {
+    double strokes = 1;  ///< share of their widths
+    double texts_x = 1;  ///< stretching of texts
+    double texts_y = 1;
+    boost::optional<GTColor> foreground;
+  };
+  Changes changes(double x_factor, double y_factor, const IconLook& look) const;
+  /// The graphics with changes. Blocks of one size share it.
+  RsvgHandle* variant(const Changes& changes);
+  std::string changedText(const Changes& changes, const std::string& color) const;
   void render(cairo_t* context, RsvgHandle* handle) const;
 
   std::string text_;
   ObjectPointer<RsvgHandle> handle_;
   std::map<std::string, ObjectPointer<RsvgHandle>> variants_;
   Rectangle page_;         ///< the whole page, at the origin
+  double unit_ = 1;        ///< of the file's coordinates, in pixels
   bool has_size_ = false;  ///< whether the file gives the page its size
   Rectangle content_;      ///< around all shapes, also those without paint, by which a file keeps a margin
 };

@@ -112,10 +112,11 @@ TEST_F(DrawBlock, VectorIconFillsTheBlockWithItsContent) {
 
 TEST_F(DrawBlock, ShapesWithoutPaintAreContentToo) {
   Part part;
-  registerIcon(part,
-               "<svg xmlns='http://www.w3.org/2000/svg' width='60' height='40'><rect width='60' height='40' fill='none'/>"
-               "<rect x='15' y='10' width='30' height='20'/></svg>",
-               fitted);
+  registerIcon(
+      part,
+      "<svg xmlns='http://www.w3.org/2000/svg' width='60' height='40'><rect width='60' height='40' fill='none'/>"
+      "<rect x='15' y='10' width='30' height='20'/></svg>",
+      fitted);
   const Picture::Ink ink = drawn(part, {0, 0, 120, 120}, {120, 120}).ink();
   EXPECT_NEAR(ink.left, 30, 1);
   EXPECT_NEAR(ink.top, 30, 1);
@@ -142,6 +143,8 @@ TEST_F(DrawBlock, NaturalSizeIsThatOfThePage) {
   EXPECT_EQ(size_of("width='1in' height='48pt'"), std::pair(96.0, 64.0));
   EXPECT_EQ(size_of("viewBox='5 5 30 20'"), std::pair(30.0, 20.0));
   EXPECT_EQ(size_of("width='0' height='40'"), std::pair(0.0, 0.0)) << "none";
+  EXPECT_EQ(size_of("width='1e9' height='40'"), std::pair(0.0, 0.0)) << "of no block";
+  EXPECT_EQ(size_of("width='40' height='-40'"), std::pair(0.0, 0.0)) << "of no block";
   EXPECT_EQ(size_of("><g"), std::pair(0.0, 0.0)) << "not readable; that is told when it is drawn";
 }
 
@@ -159,6 +162,48 @@ TEST_F(DrawBlock, StrokesKeepTheirWidthWhereTheyDoNotScale) {
   EXPECT_NEAR(width_of_line(styles), 2, 1);
   styles[u"StrokeScalingOnResize"] = u"Scaling";
   EXPECT_NEAR(width_of_line(styles), 20, 2);
+}
+
+TEST_F(DrawBlock, StrokesBecomeEquallyWideInAllFiles) {
+  Part part;
+  std::map<ustring, ustring> styles = fitted;
+  styles[u"PreAdjustStrokeWidth"] = u"Normalized";
+  for (const char* stroke : {"", "stroke-width='0.1'", "stroke-width='4'", "style='stroke-width:2.5'"}) {
+    registerIcon(part,
+                 std::string("<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40' viewBox='0 0 20 20'>"
+                             "<path d='M0 0 H20 M0 10 H20 M0 20 H20' stroke='#000000' ") +
+                     stroke + "/></svg>",
+                 styles);
+    Canvas canvas(Format::Png, {100, 100}, 4);
+    draw_block(canvas, part, {0, 0, 100, 100});
+    const Picture picture(canvas);
+    int dark = 0;
+    for (int y = 100; y < 300; ++y) dark += (picture.at(200, y) & 0xFF) < 0x80;
+    EXPECT_NEAR(dark, 6, 1) << stroke;
+  }
+}
+
+TEST_F(DrawBlock, TextsKeepTheirSizeWhereItIsConstant) {
+  const auto width_of_text = [&](const ustring& style, const char* attributes) {
+    Part part;
+    std::map<ustring, ustring> styles = fitted;
+    styles[u"TextScalingOnResize"] = style;
+    registerIcon(part,
+                 std::string("<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+                             "<rect width='40' height='40' fill='none'/><text font-size='10' text-anchor='middle' ") +
+                     attributes + ">HH</text></svg>",
+                 styles);
+    const Picture::Ink ink = drawn(part, {0, 0, 160, 40}, {160, 40}).ink();
+    if (style == u"Constant") {
+      EXPECT_NEAR(ink.left + ink.right, 160, 4) << attributes;
+    }
+    return ink.right - ink.left;
+  };
+  for (const char* attributes : {"x='20' y='25'", "y = '5' transform='translate(20 20)'"}) {
+    const int constant = width_of_text(u"Constant", attributes);
+    EXPECT_LT(constant, 20);
+    EXPECT_NEAR(width_of_text(u"Scaling", attributes), 4 * constant, 8);
+  }
 }
 
 TEST_F(DrawBlock, VectorIconTurnsWithTheBlockWhereItsStyleSaysSo) {
@@ -232,6 +277,55 @@ TEST_F(DrawBlock, IconThatCannotBeDrawnCostsOneWarningAndLeavesAFrame) {
   }
 }
 
+TEST_F(DrawBlock, IconsOfOddSizesLeaveTheRestOfThePageIntact) {
+  const auto page = [](const char* attributes, const char* contents) {
+    return std::string("<svg xmlns='http://www.w3.org/2000/svg' ") + attributes + ">" + contents + "</svg>";
+  };
+  const std::string line = "<path d='M0 5 H10' stroke='black'/>";
+  for (const std::string& svg :
+       {page("width='1e-300' height='1e-300'", line.c_str()), page("width='1e30' height='1e30'", line.c_str()),
+        page("width='40' height='40' viewBox='0 0 1e-30 1e30'", line.c_str()),
+        page("width='40' height='40'", "<path d='M0 5 H10' stroke='black' stroke-width='1e-300'/>"),
+        page("width='40' height='40'", "<path d='M0 5 H1e-30' stroke='black' stroke-width='1e-30'/>"),
+        page("width='40' height='40'", "<rect width='1e30' height='1' fill='none'/>"), page("", "")}) {
+    Part part;
+    std::map<ustring, ustring> styles = fitted;
+    styles[u"PreAdjustStrokeWidth"] = u"Normalized";
+    styles[u"TextScalingOnResize"] = u"Constant";
+    registerIcon(part, svg, styles);
+    Canvas canvas(Format::Png, {60, 80});
+    draw_block(canvas, part, {10, 10, 50, 30});
+    canvas.drawFrame({10, 50, 50, 70});
+    EXPECT_NEAR(Picture(canvas).ink().bottom, 70, 1) << svg;
+  }
+}
+
+TEST_F(DrawBlock, FilesThatAreNotThereCostAWarningToo) {
+  Part part;
+  for (const std::string& file : {(folder.path() / "missing.svg").string(), folder.path().string()}) {
+    part.style = kmf::utf8_string_to_ustring(file);
+    GTBlockIcon::registerBlockIconFromResource(part.style, part.style, fitted);
+    EXPECT_FALSE(natural_size(part));
+    EXPECT_NEAR(drawn(part, {10, 10, 50, 30}, {60, 40}).ink().right, 50, 1);
+    EXPECT_THAT(take_warnings(), testing::ElementsAre("kinemo:host:drawing:CannotDrawIcon")) << file;
+  }
+}
+
+TEST_F(DrawBlock, TextsOfAnyScriptAreDrawnAsTheyStand) {
+  // Markup, Arabic, Hebrew, Chinese, a combining sequence, half of a surrogate pair, a direction mark, a control
+  // character.
+  for (const char16_t* text : {u"<b>&amp;</i>", u"\u0645\u0642\u0627\u0648\u0645", u"\u05E0\u05D2\u05D3",
+                               u"\u96FB\u963B", u"e\u0301", u"\xD83D?", u"\u202Eabc", u"a\u0001b"}) {
+    Part part;
+    part.text = part.label = text;
+    registerIcon(part, graphics, fitted);
+    EXPECT_GE(drawn(part, {0, 0, 120, 40}, {120, 40}).ink().right, 0) << kmf::ustring_to_utf8_string(part.text);
+    part.style = u"KinemoBlockNoBorder";
+    const Picture::Ink ink = drawn(part, {0, 0, 120, 40}, {120, 40}).ink();
+    EXPECT_NEAR(ink.left + ink.right, 120, 8) << kmf::ustring_to_utf8_string(part.text);
+  }
+}
+
 TEST_F(DrawBlock, IconOfWhichTheServiceKnowsNothingLeavesAFrame) {
   Part part;
   part.style = u"unknown.svg";
@@ -282,6 +376,24 @@ TEST(SvgText, TheRootGetsNoAttributeTwice) {
       {"<svg title='", "<svg color=\"red\" fill=\"red\" title='"},
   };
   for (const Case& row : cases) EXPECT_EQ(with_foreground(row.svg, "red"), row.expected);
+}
+
+TEST(SvgText, OnlyTextsAreStretched) {
+  struct Case {
+    const char* svg;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"<text x='4' y=\"2\">a</text>",
+       "<text transform=\"translate(4 2) scale(2 0.5) translate(-4 -2)\" x='4' y=\"2\">a</text>"},
+      {"<text transform='rotate(3)'/>", "<text transform='rotate(3) translate(0 0) scale(2 0.5) translate(0 0)'/>"},
+      {"<textPath x='4'>a</textPath>", "<textPath x='4'>a</textPath>"},
+      {"<text id='a > x=\"9\"'>", "<text transform=\"translate(0 0) scale(2 0.5) translate(0 0)\" id='a > x=\"9\"'>"},
+      {"<text transform='x>", "<text transform='x>"},
+      {"<text", "<text"},
+      {"", ""},
+  };
+  for (const Case& row : cases) EXPECT_EQ(with_texts_stretched(row.svg, 2, 0.5), row.expected);
 }
 
 }  // namespace embedded::drawing::test
