@@ -10,6 +10,7 @@
 #include "formats/diagram/variables.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "views/error_diagnostics.hpp"
 
 #include <filesystem>
@@ -53,6 +54,15 @@ boost::optional<CompiledModel> pick_model(const DACompileResult& result, const s
   return picked;
 }
 
+/// Blocks take their icons when they are made.
+void show_vector_icons() {
+  const cvUniquePtr on(cvCreateLogicalScalar(true));
+  cvArray_tag* input = on.get();
+  cvArray_tag* output = nullptr;
+  kmf::call_internal_corvane(1, &output, 1, &input, "gl.gti.iconStyling");
+  cvDestroyArray(output);
+}
+
 }  // namespace
 
 void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file,
@@ -65,6 +75,7 @@ void add_warnings(const kmf::embedded::WarningCapture& capture, const std::strin
 
 Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
   formats::diagram::install_dictionary_reader();
+  if (options.command == Command::render || !options.picture.empty()) show_vector_icons();
   load_domains();
 }
 

@@ -47,6 +47,13 @@ TEST_F(Render, TheNameOfTheFileTellsTheKindOfPicture) {
   EXPECT_THAT(run({"render", "model.yaml", "--format", "svg"}).output, HasSubstr("<svg"));
 }
 
+TEST_F(Render, BlocksAreDrawnAsTheirSymbols) {
+  write("one.yaml", "kinemo: 1\nblocks: {C: {type: physical/capacitor}}\n");
+  const std::string symbol = run({"render", "one.yaml", "--format", "svg"}).output;
+  EXPECT_THAT(symbol, ::testing::ContainsRegex("stroke:rgb.0%,3")) << "in the colour of its ports";
+  EXPECT_EQ(0u, count(symbol, "stroke:rgb(0%,0%,0%)")) << "without a frame";
+}
+
 TEST_F(Render, ANetIsShownWhereItIs) {
   const auto lines = [&](const std::vector<std::string>& more) {
     std::vector<std::string> arguments{"render", "model.yaml", "--format", "svg"};

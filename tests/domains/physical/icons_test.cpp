@@ -9,6 +9,8 @@
 #include "platform/block_diagram/block.hpp"
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
+#include "tests/domains/physical/physical_fixture.hpp"
 #include "tests/embedded/drawing/picture.hpp"
 #include "tests/support/no_leaks.hpp"
 
@@ -83,6 +85,24 @@ class PhysicalIcons : public kinemo::test::NoLeaks {
   }
 };
 
+/// Blocks of the module, with vector icons.
+class PlacedIcons : public PhysicalTest {
+ protected:
+  PlacedIcons() { showVectorIcons(true); }
+  ~PlacedIcons() override {
+    showVectorIcons(false);
+    embedded::block_diagram::forgetIcons();
+  }
+
+  static void showVectorIcons(bool show) {
+    const cvUniquePtr flag(cvCreateLogicalScalar(show));
+    cvArray_tag* input = flag.get();
+    cvArray_tag* output = nullptr;
+    kmf::call_internal_corvane(1, &output, 1, &input, "gl.gti.iconStyling");
+    cvDestroyArray(output);
+  }
+};
+
 std::string icon_of(const char* kind_name, const ustring& terminals, const ustring& card) {
   for (const BlockKind& kind : spice_kinds()) {
     if (kind.name != kind_name) continue;
@@ -104,6 +124,16 @@ TEST_F(PhysicalIcons, HaveALeadToEveryPortOfEveryKind) {
       const bool any_count = kind.rule.port && icon.ports == 0;  // a box, which has no leads
       if (!any_count) expectImage(*prepared.look(parameters(kind, icon)));
     }
+  }
+}
+
+TEST_F(PlacedIcons, AreFoundBesideTheModuleAndDrawn) {
+  int at = 0;
+  drawing::Canvas canvas(drawing::Format::Png, {100, 100});
+  for (const BlockKind& kind : all_kinds()) {
+    const GTBlock& block = place(kmf::utf8_string_to_ustring("b" + std::to_string(++at)), "physical/" + kind.name);
+    EXPECT_TRUE(drawing::natural_size(block)) << kind.name;
+    drawing::draw_block(canvas, block, {10, 10, 90, 90});  // a warning would fail the test
   }
 }
 
