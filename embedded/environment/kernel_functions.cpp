@@ -38,6 +38,25 @@ constexpr KernelFunction kFunctions[] = {
      "empty text for a block that is no core block."},
 };
 
+/// Methods of the kernel's package, which makes them known itself.
+constexpr KernelFunction kMethods[] = {
+    {"kinemo.gl.gt.graph", "g = kinemo.gl.gt.graph(domain, model)", "The graph of a compiled model.",
+     "The inputs are texts: the name of a domain, such as 'physical', and of an open model. The model is translated "
+     "anew "
+     "from what was recorded at its last compile. The result is an object of the class kinemo.gl.Graph, which nothing "
+     "changes afterwards."},
+    {"kinemo.gl.gt.runtimeParameterInfo", "r = kinemo.gl.gt.runtimeParameterInfo(domain, model)",
+     "The run-time parameters of a compiled model.",
+     "The inputs are texts: the name of a domain, such as 'physical', and of an open model. The model is translated "
+     "anew "
+     "from what was recorded at its last compile. The result is an object of the class "
+     "kinemo.gl.RuntimeParameterInfo."},
+};
+
+void set_help(const KernelFunction& function) {
+  scripting_runtime::set_help(function.name, {function.usage, function.summary, function.details});
+}
+
 [[noreturn]] void refuse(const std::string& difference) {
   kmf::throw_message(kGroup, "FunctionTableDoesNotFit", difference);
 }
@@ -75,8 +94,9 @@ void registerKernelFunctions(const cvFunctionTable& table) {
   for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
     const KernelFunction& function = kFunctions[i];
     kmf::register_corvane_function(function.name, guarded(function.name, table.entries[i]));
-    scripting_runtime::set_help(function.name, {function.usage, function.summary, function.details});
+    set_help(function);
   }
+  for (const KernelFunction& method : kMethods) set_help(method);
 }
 
 void unregisterKernelFunctions() {

@@ -3,6 +3,8 @@
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/evaluator.hpp"
 
+#include <algorithm>
+
 namespace embedded::scripting_runtime {
 
 namespace {
@@ -17,6 +19,12 @@ constinit const ClassDispatch* known_dispatch = nullptr;
     error.addCause(kmf::MessageException(kmf::Message(kmf::MessageId(group, "NearestName", nearest))));
   }
   throw error;
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
 }
 
 }  // namespace
@@ -76,17 +84,16 @@ void throw_no_such_method(const std::string& class_name, const std::string& meth
 }
 
 void refuse_in_package(const std::string& path) {
-  std::size_t end = path.find('.');
-  if (end == std::string::npos || !class_dispatch().has_package(path.substr(0, end))) return;
-  for (;;) {
-    const std::size_t next = path.find('.', end + 1);
-    if (next == std::string::npos || !class_dispatch().has_package(path.substr(0, next))) break;
-    end = next;
-  }
+  const auto end_of_name = [&](std::size_t begin) { return std::min(path.find('.', begin), path.size()); };
+  const auto is_package = [&](std::size_t end) { return class_dispatch().has_package(path.substr(0, end)); };
+  std::size_t end = end_of_name(0);
+  if (!is_package(end)) return;
+  while (end < path.size() && is_package(end_of_name(end + 1))) end = end_of_name(end + 1);
   const std::string package = path.substr(0, end);
-  const std::string name = path.substr(end + 1, path.find('.', end + 1) - end - 1);
-  fail(kmf::MessageException(kmf::Message(kmf::MessageId(group, "NotInPackage", name, package))), name,
-       package_contents(package));
+  const std::vector<std::string> known = package_contents(package);
+  if (end == path.size()) throw_runtime_error("PackageIsNoValue", package, joined(known));
+  const std::string name = path.substr(end + 1, end_of_name(end + 1) - end - 1);
+  fail(kmf::MessageException(kmf::Message(kmf::MessageId(group, "NotInPackage", name, package))), name, known);
 }
 
 }  // namespace embedded::scripting_runtime

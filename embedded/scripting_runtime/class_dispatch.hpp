@@ -49,8 +49,9 @@ std::vector<std::string> package_contents(const std::string& path);
 
 /// @throws "NoSuchMethod" (method, class), with the nearest method's name as its cause
 [[noreturn]] void throw_no_such_method(const std::string& class_name, const std::string& method);
-/// Raises an error where `path` begins with a package's name and so can't be a variable; returns otherwise.
-/// @throws "NotInPackage" (name, package), with the nearest name of the package as its cause
+/// Raises an error where `path`, which is no variable nor function, begins with a package's name; returns otherwise.
+/// @throws "NotInPackage" (name, package), with the nearest name of the package as its cause, or "PackageIsNoValue"
+/// (package, what is in it)
 void refuse_in_package(const std::string& path);
 
 }  // namespace embedded::scripting_runtime

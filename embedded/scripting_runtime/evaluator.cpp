@@ -396,6 +396,7 @@ std::vector<Value> Evaluator::call_value(const Value& function, const std::vecto
 }
 
 void Evaluator::fail_undefined(const Node& node, const std::string& name, const std::vector<Value>& inputs) const {
+  refuse_in_package(name);
   const expression::Place place = source_.empty() ? expression::place_of(expression::print(node), 0) : place_of(node);
   kmf::MessageException error(
       kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "UndefinedName", name, std::to_string(place.line),

@@ -47,10 +47,11 @@ struct InnerTag {
   static const char* name() { return "packages_inner"; }
 };
 
-/// A package that can load things when they are asked for.
+/// A package that can load things when they are asked for: the method late and the class OnDemand.
 class LoadingInfo : public ccos::COSPackageInfo {
  public:
-  const char* getName() const override { return "packages_loading"; }
+  explicit LoadingInfo(const char* name) : name_(name) {}
+  const char* getName() const override { return name_; }
   void setPackage(ccos::COSPackage* its_package) override { package = its_package; }
   bool attemptToLoadFunction(const ccos::COSNameID& name) override {
     asked.emplace_back(name.text());
@@ -60,7 +61,7 @@ class LoadingInfo : public ccos::COSPackageInfo {
   }
   bool attemptToLoadClass(const ccos::COSNameID& name) override {
     if (name != "OnDemand") return false;
-    add_class(class_around<Counter>("packages_loading.OnDemand"));
+    add_class(class_around<Counter>(std::string(name_) + ".OnDemand"));
     return true;
   }
   bool isLocked() const override { return locked; }
@@ -68,16 +69,19 @@ class LoadingInfo : public ccos::COSPackageInfo {
   ccos::COSPackage* package = nullptr;
   bool locked = false;
   std::vector<std::string> asked;
+
+ private:
+  const char* name_;
 };
 
 class Packages : public ClassTest {
  protected:
-  static LoadingInfo& loading() {
-    static auto* info = [] {
-      auto* made = new LoadingInfo();
-      ccos::COSPackage::addPackage(made);
-      return made;
-    }();
+  /// A new top-level package, which stays; so each test has one of its own.
+  static LoadingInfo& added(const char* name) {
+    auto* info = new LoadingInfo(name);
+    static std::vector<LoadingInfo*> all;
+    all.push_back(info);
+    ccos::COSPackage::addPackage(info);
     return *info;
   }
 };
@@ -85,6 +89,7 @@ class Packages : public ClassTest {
 TEST_F(Packages, AreTopLevelOnlyWithoutAParent) {
   using Top = kmf::ccos::PackageInfo<TopTag>;
   using Inner = kmf::ccos::PackageInfo<InnerTag>;
+  const int before = Sum::alive;
   Top::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum("sum")));
   Inner::ensure(find_package("packages_top"));
   Inner::ensure(nullptr);  // there is one, which keeps its parent
@@ -94,51 +99,54 @@ TEST_F(Packages, AreTopLevelOnlyWithoutAParent) {
   EXPECT_THAT(scripting_runtime::package_contents("packages_top"), ElementsAre("packages_inner", "sum"));
   EXPECT_THAT(scripting_runtime::package_contents(""), Contains("packages_top"));
   EXPECT_THAT(scripting_runtime::package_contents(""), Not(Contains("packages_inner")));
-  EXPECT_EQ(Sum::alive, 2) << "a method that was replaced is ended";
+  EXPECT_EQ(Sum::alive, before + 2) << "a method that was replaced is ended";
   EXPECT_EQ(value_of("packages_top.packages_inner.sum(2, 3) + packages_top.sum(1)"), "6");
 }
 
 TEST_F(Packages, LoadWhatIsAskedFor) {
-  loading();
+  const LoadingInfo& info = added("packages_loading");
   EXPECT_EQ(value_of("packages_loading.late(4)"), "4");
   EXPECT_EQ(value_of("packages_loading.late(4)"), "4");
-  EXPECT_THAT(loading().asked, ElementsAre("late"));
+  EXPECT_THAT(info.asked, ElementsAre("late"));
   EXPECT_EQ(value_of("class(packages_loading.OnDemand())"), "'packages_loading.OnDemand'");
   EXPECT_EQ(raised([] { ccos::COSClass::getClass("packages_loading.Never"); }),
             "kinemo:scripting:classes:ClassNotLoaded(packages_loading.Never)");
 }
 
 TEST_F(Packages, CanBeLockedAsCanTheirMethods) {
+  LoadingInfo& info = added("packages_locked");
   const int before = Sum::alive;
-  loading().package->addMethod(new Sum("fixed", true));
-  EXPECT_EQ(raised([&] { loading().package->addMethod(new Sum("fixed")); }),
-            "kinemo:scripting:classes:MethodLocked(fixed, packages_loading)");
-  loading().locked = true;
-  EXPECT_EQ(raised([&] { loading().package->addMethod(new Sum("more")); }),
-            "kinemo:scripting:classes:PackageLocked(packages_loading)");
-  loading().locked = false;
+  info.package->addMethod(new Sum("fixed", true));
+  EXPECT_EQ(raised([&] { info.package->addMethod(new Sum("fixed")); }),
+            "kinemo:scripting:classes:MethodLocked(fixed, packages_locked)");
+  info.locked = true;
+  EXPECT_EQ(raised([&] { info.package->addMethod(new Sum("more")); }),
+            "kinemo:scripting:classes:PackageLocked(packages_locked)");
+  info.locked = false;
   EXPECT_EQ(Sum::alive, before + 1);
 }
 
 TEST_F(Packages, UnknownNamesTellTheNearest) {
-  loading();
-  EXPECT_EQ(value_of("packages_loading.late(1)"), "1");
-  EXPECT_EQ(error_of("packages_loading.lata(1)"), "NotInPackage(lata, packages_loading) NearestName(late)");
-  EXPECT_EQ(error_of("packages_loading.zzz"), "NotInPackage(zzz, packages_loading)");
+  added("packages_known");
+  EXPECT_EQ(value_of("packages_known.late(1)"), "1");
+  EXPECT_EQ(error_of("packages_known.lata(1)"), "NotInPackage(lata, packages_known) NearestName(late)");
+  EXPECT_EQ(error_of("packages_known.zzz"), "NotInPackage(zzz, packages_known)");
+  EXPECT_EQ(error_of("packages_known.zzz.late(1)"), "NotInPackage(zzz, packages_known)");
+  EXPECT_EQ(error_of("packages_known + 1"), "PackageIsNoValue(packages_known, late)");
 }
 
 TEST_F(Packages, AVariableHidesThem) {
-  loading();
-  set("packages_loading", "struct('late', 7)");
-  EXPECT_EQ(value_of("packages_loading.late"), "7");
+  added("packages_hidden");
+  set("packages_hidden", "struct('late', 7)");
+  EXPECT_EQ(value_of("packages_hidden.late"), "7");
 }
 
 TEST_F(Packages, CallsAreHeldAgainstTheSignature) {
-  loading();
-  const std::string sum = "packages_loading.late";
-  EXPECT_EQ(error_of(sum + "()"), "classes:TooFewInputs(packages_loading.late, 0, 1)");
-  EXPECT_EQ(error_of(sum + "(1, 2, 3)"), "classes:TooManyInputs(packages_loading.late, 3, 2)");
-  EXPECT_EQ(error_of(sum + "(1, 'a')"), "classes:InputType(packages_loading.late, 2, double, char)");
+  added("packages_called");
+  const std::string sum = "packages_called.late";
+  EXPECT_EQ(error_of(sum + "()"), "classes:TooFewInputs(packages_called.late, 0, 1)");
+  EXPECT_EQ(error_of(sum + "(1, 2, 3)"), "classes:TooManyInputs(packages_called.late, 3, 2)");
+  EXPECT_EQ(error_of(sum + "(1, 'a')"), "classes:InputType(packages_called.late, 2, double, char)");
 }
 
 }  // namespace

@@ -104,7 +104,8 @@ TEST_F(FunctionTable, OtherTablesAreRefused) {
 }
 
 TEST_F(FunctionTable, FunctionsHaveHelp) {
-  for (const char* name : {"gl.gti.iconStyling", "gl.gti.loggingSupported", "gl.gti.portName"}) {
+  for (const char* name : {"gl.gti.iconStyling", "gl.gti.loggingSupported", "gl.gti.portName", "kinemo.gl.gt.graph",
+                           "kinemo.gl.gt.runtimeParameterInfo"}) {
     EXPECT_NE(embedded::scripting_runtime::find_help(name), nullptr) << name;
   }
 }
