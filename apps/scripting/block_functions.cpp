@@ -119,8 +119,10 @@ void place(Call& call) {
   GTBlock& block = block_from(call, 0);
   const ustring position = position_from(call[1]);
   const ustring rotation = call.size() > 2 ? rotation_from(call.number(2)) : ustring();
+  const bool mirrored = call.size() > 3 && switch_from(call, 3);
   host::setProperty(block, "Position", position);
-  if (!rotation.empty()) host::setProperty(block, "Rotation", rotation);
+  if (call.size() > 2) host::setProperty(block, "Rotation", rotation);
+  if (call.size() > 3) host::setProperty(block, "Mirror", mirrored ? u"on" : u"off");
 }
 
 void ports(Call& call) {
@@ -130,39 +132,42 @@ void ports(Call& call) {
 }  // namespace
 
 std::vector<DiagramFunction> block_functions() {
-  return {{"add_block",
-           2,
-           any_number,
-           add_block,
-           {"add_block(type, path)\nadd_block(type, path, parameter, value, ...)\nh = add_block(...)",
-            "Places a block, sets parameters of it, and gives its handle.",
-            "The type is the name of a block of the library, such as 'physical/resistor', or 'subsystem', or 'port': a "
-            "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'). "
-            "A wrong parameter places nothing."}},
-          {"delete_block",
-           1,
-           1,
-           delete_block,
-           {"delete_block(path)", "Takes a block away, with all that lies in it.",
-            "Lines lose their ends at its ports, and end where they join nothing any more."}},
-          {"rename_block",
-           2,
-           2,
-           rename_block,
-           {"rename_block(path, name)", "Gives a block another name.",
-            "Lines stay; a variant follows the name of its active choice."}},
-          {"place",
-           2,
-           3,
-           place,
-           {"place(path, [x y width height])\nplace(path, [x y width height], rotation)",
-            "Says where a block stands in a picture of its system.", "The rotation is 0, 90, 180 or 270 degrees."}},
-          {"ports",
-           1,
-           1,
-           ports,
-           {"names = ports(path)", "Names of a block's ports, as a column of texts.",
-            "Their order is that of the block's kind; of a subsystem, left ports come first."}}};
+  return {
+      {"add_block",
+       2,
+       any_number,
+       add_block,
+       {"add_block(type, path)\nadd_block(type, path, parameter, value, ...)\nh = add_block(...)",
+        "Places a block, sets parameters of it, and gives its handle.",
+        "The type is the name of a block of the library, such as 'physical/resistor', or 'subsystem', or 'port': a "
+        "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'). "
+        "A wrong parameter places nothing."}},
+      {"delete_block",
+       1,
+       1,
+       delete_block,
+       {"delete_block(path)", "Takes a block away, with all that lies in it.",
+        "Lines lose their ends at its ports, and end where they join nothing any more."}},
+      {"rename_block",
+       2,
+       2,
+       rename_block,
+       {"rename_block(path, name)", "Gives a block another name.",
+        "Lines stay; a variant follows the name of its active choice."}},
+      {"place",
+       2,
+       4,
+       place,
+       {"place(path, [x y width height])\nplace(path, [x y width height], rotation)\n"
+        "place(path, [x y width height], rotation, mirror)",
+        "Says where a block stands in a picture of its system.",
+        "The rotation is 0, 90, 180 or 270 degrees. With mirror 'on' or true, left and right are exchanged before."}},
+      {"ports",
+       1,
+       1,
+       ports,
+       {"names = ports(path)", "Names of a block's ports, as a column of texts.",
+        "Their order is that of the block's kind; of a subsystem, left ports come first."}}};
 }
 
 }  // namespace kinemo::scripting

@@ -103,6 +103,17 @@ host::ParameterTexts pairs_from(const Call& call, std::size_t first) {
   return pairs;
 }
 
+bool switch_from(const Call& call, std::size_t input) {
+  const cvArray_tag* array = call[input];
+  const std::string text = cvIsChar(array) ? kmf::lower(call.text(input)) : std::string();
+  if (text == "on" || text == "off") return text == "on";
+  const bool scalar = (cvIsLogical(array) || cvIsNumeric(array)) && cvGetNumberOfElements(array) == 1;
+  if (!scalar || (cvGetScalar(array) != 0 && cvGetScalar(array) != 1)) {
+    kmf::throw_message(diagram_messages, "NotASwitch", std::string(call.name), std::to_string(input + 1));
+  }
+  return cvGetScalar(array) == 1;
+}
+
 std::vector<std::string> block_names(const host::System& system) {
   std::vector<std::string> names;
   for (const GTBlock* block : system.blocks()) names.push_back(kmf::ustring_to_utf8_string(block->getGrName()));

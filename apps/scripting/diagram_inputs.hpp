@@ -27,6 +27,9 @@ host::System& system_at(const ustring& path);
 /// Pairs of name and text from the input `first` on. @throws "NameWithoutValue" (function, name)
 host::ParameterTexts pairs_from(const Call& call, std::size_t first);
 
+/// true, false, 'on', 'off', 1 or 0. @throws "NotASwitch" (function, input)
+bool switch_from(const Call& call, std::size_t input);
+
 /// The names of the blocks of a system, UTF-8.
 std::vector<std::string> block_names(const host::System& system);
 

@@ -31,18 +31,6 @@ std::string variable_from(const Call& call, std::size_t input) {
   return name;
 }
 
-/// true, 'on', 1 … @throws "NotASwitch" (function, input)
-bool switch_from(const Call& call, std::size_t input) {
-  const cvArray_tag* array = call[input];
-  const std::string text = cvIsChar(array) ? kmf::lower(call.text(input)) : std::string();
-  if (text == "on" || text == "off") return text == "on";
-  const bool scalar = (cvIsLogical(array) || cvIsNumeric(array)) && cvGetNumberOfElements(array) == 1;
-  if (!scalar || (cvGetScalar(array) != 0 && cvGetScalar(array) != 1)) {
-    kmf::throw_message(diagram_messages, "NotASwitch", std::string(call.name), std::to_string(input + 1));
-  }
-  return cvGetScalar(array) == 1;
-}
-
 void set_variable(Call& call) {
   host::Diagram& diagram = diagram_from(call, 0);
   const std::string name = variable_from(call, 1);

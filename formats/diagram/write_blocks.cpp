@@ -61,18 +61,43 @@ std::optional<std::string> at_text(const ustring& position) {
   return yaml_list(numbers);
 }
 
-void add_place(Writing& writing, const GTBlock& block, const std::string& name, const ustring& text,
-               YamlEntries& entries) {
-  if (name == "Rotation") {
-    const bool known = text == u"0" || text == u"90" || text == u"180" || text == u"270";
-    if (known) return entries.emplace_back("rotate", kmf::ustring_to_utf8_string(text)), void();
-    return writing.refuse(&block, "the rotation '" + kmf::ustring_to_utf8_string(text) + "' can't be written",
-                          "0, 90, 180, 270");
-  }
-  const auto at = at_text(text);
-  if (at) return entries.emplace_back("at", *at), void();
-  writing.refuse(&block, "the position '" + kmf::ustring_to_utf8_string(text) + "' can't be written",
-                 "four finite numbers of like size: left, top, right, bottom");
+/// How a property stands in a file: its key, and the value as YAML; none where a file can't hold the text.
+struct PlaceProperty {
+  const char* name;
+  const char* key;
+  const char* valid;
+  std::optional<std::string> (*yaml)(const ustring& text);
+};
+
+std::optional<std::string> rotation_text(const ustring& rotation) {
+  const bool known = rotation == u"0" || rotation == u"90" || rotation == u"180" || rotation == u"270";
+  return known ? std::optional(kmf::ustring_to_utf8_string(rotation)) : std::nullopt;
+}
+
+std::optional<std::string> switch_text(const ustring& text) {
+  return text == u"on" || text == u"off" ? std::optional(kmf::ustring_to_utf8_string(text)) : std::nullopt;
+}
+
+constexpr PlaceProperty place_properties[] = {
+    {"Position", "at", "four finite numbers of like size: left, top, right, bottom", at_text},
+    {"Rotation", "rotate", "0, 90, 180, 270", rotation_text},
+    {"Mirror", "mirror", "on, off", switch_text},
+};
+
+void add_place(Writing& writing, const GTBlock& block, const PlaceProperty& property, YamlEntries& entries) {
+  const auto& properties = host::properties(block);
+  const auto found = properties.find(property.name);
+  if (found == properties.end()) return;
+  if (const auto yaml = property.yaml(found->second)) return entries.emplace_back(property.key, *yaml), void();
+  writing.refuse(&block,
+                 std::string("the property '") + property.name + "' can't be '" +
+                     kmf::ustring_to_utf8_string(found->second) + "' in a file",
+                 property.valid);
+}
+
+bool is_place(const std::string& name) {
+  return std::any_of(std::begin(place_properties), std::end(place_properties),
+                     [&](const PlaceProperty& property) { return name == property.name; });
 }
 
 /// Parameters that differ from what a block has when it is placed.
@@ -93,17 +118,16 @@ YamlEntries changed_parameters(Writing& writing, const GTBlock& block) {
 YamlEntries place_entries(Writing& writing, const GTBlock& block, const std::map<std::string, ustring>& known,
                           YamlEntries* parameters) {
   YamlEntries entries;
+  for (const PlaceProperty& property : place_properties) add_place(writing, block, property, entries);
   for (const auto& [name, text] : host::properties(block)) {
-    if (name == "Position" || name == "Rotation") {
-      add_place(writing, block, name, text, entries);
-      continue;
-    }
+    if (is_place(name)) continue;
     const auto usual = known.find(name);
     if (usual != known.end() && usual->second == text) continue;
     if (parameters != nullptr) {
       parameters->emplace_back(writing.name(&block, name), writing.value(&block, text));
     } else {
-      writing.refuse(&block, "the block's property '" + name + "' has no place in a file", "Position, Rotation");
+      writing.refuse(&block, "the block's property '" + name + "' has no place in a file",
+                     "Position, Rotation, Mirror");
     }
   }
   return entries;

@@ -11,10 +11,15 @@ namespace kinemo::formats::diagram {
 namespace {
 
 constexpr std::size_t longest_line = 100;
+constexpr std::size_t most_refusals = 1000;
 
 }  // namespace
 
 void Writing::refuse(const GTBlock* block, const std::string& what, const std::string& valid, const std::string& rule) {
+  if (refusals_++ == most_refusals) {
+    problems_.error("diagram:too-many", {file_, 0, 0}, "there is more that can't be written than is shown here");
+  }
+  if (refusals_ > most_refusals) return;
   SourcePlace place{file_, 0, 0};
   const host::SourcePlace written = block != nullptr ? host::sourcePlace(*block) : host::SourcePlace();
   if (written.line != 0 && written.file != nullptr) {

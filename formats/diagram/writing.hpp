@@ -33,7 +33,7 @@ class Writing {
   std::string text;
   LinkedParts* parts;
 
-  /// Tells that something can't be written; `block` may be null.
+  /// Tells that something can't be written; `block` may be null. Of very many refusals only the first ones are told.
   void refuse(const GTBlock* block, const std::string& what, const std::string& valid = {},
               const std::string& rule = "diagram:unwritable");
 
@@ -70,6 +70,7 @@ class Writing {
   std::string checked(const GTBlock* block, const std::string& utf8);
 
   DiagnosticList& problems_;
+  std::size_t refusals_ = 0;
   std::string file_;
   std::unordered_map<std::string, BlockDefaults> defaults_;
   std::unordered_map<const GTMaskDefinition*, std::size_t> mask_uses_;
@@ -96,8 +97,8 @@ void write_lines(Writing& writing, const host::System& system, std::size_t inden
 
 // --- for several of them
 
-/// "Position" and "Rotation" as `at` and `rotate`. Other properties than these and `known` are refused; those that a
-/// subsystem may have, being opaque, are added to `parameters`.
+/// "Position", "Rotation" and "Mirror" as `at`, `rotate` and `mirror`. Other properties than these and `known` are
+/// refused; those that a subsystem may have, being opaque, are added to `parameters`.
 YamlEntries place_entries(Writing& writing, const GTBlock& block, const std::map<std::string, ustring>& known,
                           YamlEntries* parameters);
 /// Parameters of a subsystem's mask that differ from those of `fresh`, or from the mask's defaults where it is null.

@@ -269,6 +269,7 @@ class RandomDiagram {
   void place(GTBlock& block) {
     if (one_of(3) == 0) host::setProperty(block, "Position", u"[0.1 -20 10000 33.3]");
     if (one_of(3) == 0) host::setProperty(block, "Rotation", u"270");
+    if (one_of(3) == 0) host::setProperty(block, "Mirror", one_of(2) == 0 ? u"on" : u"off");
   }
 
   void fill(host::System& system, int level) {
@@ -412,9 +413,10 @@ TEST_F(WriteDiagram, WhatAFileCannotHoldIsRefused) {
     std::function<void(host::Diagram&)> make;
   } cases[] = {
       {"'Colour' has no place in a file", [&](auto& m) { host::setProperty(subsystem(m), "Colour", u"red"); }},
-      {"the rotation '45'", [&](auto& m) { host::setProperty(subsystem(m), "Rotation", u"45"); }},
-      {"the position '[1 2 3]'", [&](auto& m) { host::setProperty(subsystem(m), "Position", u"[1 2 3]"); }},
-      {"the position '[1e300 0 1 1]'", [&](auto& m) { host::setProperty(subsystem(m), "Position", u"[1e300 0 1 1]"); }},
+      {"'Rotation' can't be '45'", [&](auto& m) { host::setProperty(subsystem(m), "Rotation", u"45"); }},
+      {"'Position' can't be '[1 2 3]'", [&](auto& m) { host::setProperty(subsystem(m), "Position", u"[1 2 3]"); }},
+      {"'Position' can't be '[1e300 0 1 1]'",
+       [&](auto& m) { host::setProperty(subsystem(m), "Position", u"[1e300 0 1 1]"); }},
       {"names none of its choices", [&](auto& m) { host::setParameter(subsystem(m), "Variant", u"on"); }},
       {"is no variant", [&](auto& m) { host::setParameter(subsystem(m), "ActiveVariant", u"x"); }},
       {"can't end with '/'", [](auto& m) { m.root().addSubsystem(u"a/"); }},
