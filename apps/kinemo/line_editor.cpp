@@ -121,6 +121,7 @@ LineEditor::Result LineEditor::read(const std::string& prompt, std::string& line
   state_->prompt = prompt;
   state_->abandoned = false;
   int count = 0;
+  ::el_set(state_->editor, EL_PREP_TERM, 1);  // before the prompt stands there, so that Ctrl-C behind it is a key
   const char* text = ::el_gets(state_->editor, &count);
   if (state_->abandoned) {
     std::fputc('\n', stdout);
