@@ -3,6 +3,7 @@
 #include "apps/kinemo/line_editor.hpp"
 #include "apps/kinemo/script_output.hpp"
 #include "apps/kinemo/session.hpp"
+#include "apps/scripting/diagram_functions.hpp"
 #include "embedded/scripting_runtime/completion.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
@@ -80,6 +81,7 @@ void work_through_input(runtime::Prompt& prompt, bool show_prompts) {
 }  // namespace
 
 int run_repl(Session& session) {
+  const scripting::RegisteredDiagramFunctions functions;
   if (!session.open_models()) return exit_code::model_has_errors;
   const bool terminal = ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
   ScriptOutput output(true);

@@ -2,6 +2,7 @@
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/script_output.hpp"
 #include "apps/kinemo/session.hpp"
+#include "apps/scripting/diagram_functions.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/script.hpp"
 #include "formats/read_text.hpp"
@@ -38,6 +39,7 @@ int run(const std::string& text, const std::string& name) {
 int run_script_command(Session& session) {
   const std::string& file = session.options().script;
   const std::string text = read_script(file);
+  const scripting::RegisteredDiagramFunctions functions;
   if (!session.open_models()) return exit_code::model_has_errors;
   ScriptOutput output(false);
   const int code = run(text, file == "-" ? "<stdin>" : file);

@@ -5,6 +5,7 @@
 #include "formats/diagram/variables.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace kinemo::scripting {
 
@@ -38,7 +39,9 @@ void register_diagram_functions() {
   watch_diagram_files();
   for (const DiagramFunction& row : all_functions()) {
     kmf::register_corvane_function(row.name, function_of(row));
-    embedded::scripting_runtime::set_help(row.name, row.help);
+    embedded::scripting_runtime::Help help = row.help;
+    help.area = "Diagrams";
+    embedded::scripting_runtime::set_help(row.name, std::move(help));
   }
 }
 

@@ -11,4 +11,13 @@ void register_diagram_functions();
 /// Takes the functions back; their help stays.
 void unregister_diagram_functions();
 
+/// They are known while one is alive.
+class RegisteredDiagramFunctions {
+ public:
+  RegisteredDiagramFunctions() { register_diagram_functions(); }
+  RegisteredDiagramFunctions(const RegisteredDiagramFunctions&) = delete;
+  RegisteredDiagramFunctions& operator=(const RegisteredDiagramFunctions&) = delete;
+  ~RegisteredDiagramFunctions() { unregister_diagram_functions(); }
+};
+
 }  // namespace kinemo::scripting

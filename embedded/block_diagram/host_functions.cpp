@@ -2,6 +2,7 @@
 
 #include "embedded/block_diagram/data_dictionary.hpp"
 #include "embedded/block_diagram/icons.hpp"
+#include "embedded/scripting_runtime/help.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 namespace embedded::block_diagram {
@@ -16,16 +17,27 @@ void iconStyling(int, Arguments outputs, int nIn, Arguments) {
 struct HostFunction {
   const char* name;
   void (*function)(int, Arguments, int, Arguments);
+  const char* usage = nullptr;  ///< null for what only programs call
+  const char* summary = nullptr;
 };
 
 constexpr HostFunction functions[] = {
-    {"get_param", getParam},
-    {"set_param", setParam},
-    {"find_system", findSystem},
-    {"data", workspaceData},
-    {"Gantrel.dd.open", openDictionaryObject},
-    {"gl.gti.runtimeParameters", runtimeParameters},
-    {"gl.gti.resolveRuntimeParameters", resolveRuntimeParameters},
+    {"get_param", getParam, "x = get_param(object, name)\nc = get_param(objects, name)",
+     "A parameter of a block, line, port or diagram, which a path or a handle names; a cell array for several."},
+    {"set_param", setParam, "set_param(object, name, text, ...)",
+     "Sets parameters of a block or settings of a diagram; all of them, or after an error none."},
+    {"find_system", findSystem,
+     "h = find_system(system, 'SearchDepth', 1, 'Variants', 'ActiveVariants', 'LookUnderMasks', 'All', 'FollowLinks', "
+     "'on', 'LookUnderReadProtectedSubsystems', 'on', 'BlockType', type)",
+     "Handles of the blocks of one type in a system, as a column."},
+    {"data", workspaceData, "s = data(workspace)",
+     "The variables of a model's workspace as structures with the fields Name and Value."},
+    {"Gantrel.dd.open", openDictionaryObject, "d = Gantrel.dd.open(file)",
+     "Opens a data dictionary, in which evalin can evaluate expressions."},
+    {"gl.gti.runtimeParameters", runtimeParameters, "names = gl.gti.runtimeParameters(model)",
+     "Names of a model's variables that are marked as run-time parameters, as a column of texts."},
+    {"gl.gti.resolveRuntimeParameters", resolveRuntimeParameters, "s = gl.gti.resolveRuntimeParameters(model, names)",
+     "Values of run-time parameters: a structure with the fields Map (Name, Value) and NonValue."},
     {"gl.gti.internal.recursiveMaskNames", recursiveMaskNames},
     {"verdane.internal.enableIconStyling", iconStyling},
 };
@@ -33,7 +45,11 @@ constexpr HostFunction functions[] = {
 }  // namespace
 
 void registerHostFunctions() {
-  for (const HostFunction& entry : functions) kmf::register_corvane_function(entry.name, entry.function);
+  for (const HostFunction& entry : functions) {
+    kmf::register_corvane_function(entry.name, entry.function);
+    if (entry.usage == nullptr) continue;
+    scripting_runtime::set_help(entry.name, {entry.usage, entry.summary, "", "Diagrams"});
+  }
   registerDictionaryClass();
 }
 
