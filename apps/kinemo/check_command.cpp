@@ -64,7 +64,8 @@ void draw_findings(Session& session, embedded::block_diagram::Diagram* diagram, 
     session.console().info("there is no picture, as the model can't be read");
     return;
   }
-  write_picture(session, *diagram, views::picture::picture_of_findings(*diagram, list, *picture_format(file)), file);
+  write_picture(session, *diagram,
+                views::picture::picture_of_findings(*diagram, list, *views::picture::picture_format(file)), file);
 }
 
 }  // namespace

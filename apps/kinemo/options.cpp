@@ -82,8 +82,9 @@ void add_output(CLI::App& app, Options& options) {
 
 /// Empty, or why no picture can have that name.
 std::string picture_fault(const std::string& file) {
-  return picture_format(file) ? std::string()
-                              : "'" + file + "' tells no kind of picture; valid endings are .svg, .png and .pdf";
+  return views::picture::picture_format(file)
+             ? std::string()
+             : "'" + file + "' tells no kind of picture; valid endings are .svg, .png and .pdf";
 }
 
 CLI::App* add_command(CLI::App& app, Options& options, Command command, const std::string& name,

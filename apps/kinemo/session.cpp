@@ -54,6 +54,11 @@ boost::optional<CompiledModel> pick_model(const DACompileResult& result, const s
   return picked;
 }
 
+bool draws(const Options& options) {
+  return options.command == Command::render || options.command == Command::run || options.command == Command::repl ||
+         !options.picture.empty();
+}
+
 /// Blocks take their icons when they are made.
 void show_vector_icons() {
   const cvUniquePtr on(cvCreateLogicalScalar(true));
@@ -75,7 +80,7 @@ void add_warnings(const kmf::embedded::WarningCapture& capture, const std::strin
 
 Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
   formats::diagram::install_dictionary_reader();
-  if (options.command == Command::render || !options.picture.empty()) show_vector_icons();
+  if (draws(options)) show_vector_icons();
   load_domains();
 }
 

@@ -1,8 +1,10 @@
 #include "views/picture/picture.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "platform/foundation/strings.hpp"
 #include "views/picture/draw_scene.hpp"
 #include "views/picture/scene.hpp"
+#include "views/systems.hpp"
 
 #include <algorithm>
 
@@ -80,7 +82,37 @@ class Pages {
   std::vector<Scene> scenes_;
 };
 
+constexpr GTColor net_color{0.9, 0.45, 0.0, -1, 0};
+constexpr GTColor net_light{1.0, 0.85, 0.5, -1, 0};
+
 }  // namespace
+
+boost::optional<drawing::Format> picture_format(const std::string& name) {
+  const std::string ending = kmf::lower(name.substr(name.rfind('.') + 1));
+  if (ending == "svg") return drawing::Format::Svg;
+  if (ending == "png") return drawing::Format::Png;
+  if (ending == "pdf") return drawing::Format::Pdf;
+  return boost::none;
+}
+
+PictureRequest request_picture(host::Diagram& diagram, drawing::Format format, host::System* system, gtPort* net) {
+  PictureRequest request;
+  request.format = format;
+  if (net != nullptr) {
+    request.marks.color = net_color;
+    request.marks.light = net_light;
+    request.marks.add_net(*net);
+  }
+  if (system != nullptr) {
+    request.systems = {system};
+  } else if (format == drawing::Format::Pdf) {
+    for_each_system(diagram, [&](host::System& each) { request.systems.push_back(&each); });
+  } else {
+    request.systems = {net != nullptr ? &host::parentSystem(*net->getGrOwnerBlock()) : &diagram.root()};
+  }
+  request.titles = request.systems.size() > 1;
+  return request;
+}
 
 std::string make_picture(host::Diagram& diagram, const PictureRequest& request) {
   return Pages(diagram, request).draw();

@@ -4,6 +4,8 @@
 #include "embedded/drawing/canvas.hpp"
 #include "views/picture/marks.hpp"
 
+#include <boost/optional.hpp>
+
 #include <string>
 #include <vector>
 
@@ -14,12 +16,20 @@ class System;
 
 namespace kinemo::views::picture {
 
+/// By the ending of a file's name, or by a name such as "svg"; none for any other.
+boost::optional<embedded::drawing::Format> picture_format(const std::string& name);
+
 struct PictureRequest {
   embedded::drawing::Format format = embedded::drawing::Format::Svg;
   std::vector<embedded::block_diagram::System*> systems;  ///< one for each page; a single one but for PDF
   bool titles = false;                                    ///< each page tells the path of its system
   Marks marks;
 };
+
+/// A picture of one system; without it, of all systems where the format has pages, and else of the one where the net
+/// is, or of the top. The net of the port is marked; null for none.
+PictureRequest request_picture(embedded::block_diagram::Diagram& diagram, embedded::drawing::Format format,
+                               embedded::block_diagram::System* system, gtPort* net);
 
 /// The bytes of the file: one unit of the diagram is a pixel or point of SVG and PDF and two pixels of PNG, less where
 /// the page would be too large for the format. Warnings of icons that can't be drawn are issued.
