@@ -5,6 +5,7 @@
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <iterator>
+#include <stdexcept>
 #include <string>
 
 /// Of the kernel, which stands above the platform: null where the program has none.
@@ -70,15 +71,13 @@ void check(const cvFunctionTable& table) {
   if (table.entries[std::size(kFunctions)] != nullptr) refuse("more functions");
 }
 
-/// What isn't an error of the system's own becomes one, so that it can't end a program at its prompt.
+/// The kernel looks a port up without asking whether the block has it; at a prompt that is an error like others.
 kmf::CvFunction guarded(const char* name, cvEntryFunction entry) {
   return [name, entry](int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
     try {
       entry(nOut, outputs, nIn, inputs);
-    } catch (const kmf::Exception&) {
-      throw;
-    } catch (const std::exception& error) {
-      kmf::throw_message(kGroup, "FunctionFailed", std::string(name), std::string(error.what()));
+    } catch (const std::out_of_range&) {
+      kmf::throw_message(kGroup, "UnknownPortHandle", std::string(name));
     }
   };
 }

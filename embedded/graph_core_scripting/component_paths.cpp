@@ -25,9 +25,9 @@ std::string block_name(const gl::core::Component& component) {
     known.emplace_back(id);
     if (std::string block = block_name(component); !block.empty()) known.push_back(std::move(block));
   }
-  throw_with_nearest(
-      kmf::MessageException(kmf::Message(kmf::MessageId(group, "NoSuchComponent", name, address_text(place)))), name,
-      known);
+  const std::string where = place.empty() ? "/" : address_text(place);
+  throw_with_nearest(kmf::MessageException(kmf::Message(kmf::MessageId(group, "NoSuchComponent", name, where))), name,
+                     known);
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ struct FoundComponent {
   const gl::core::Component& component() const { return *components.back(); }
 };
 
-/// @throws "kinemo:graph:scripting" "NoSuchComponent" (name, path of the graph or ""), with the nearest name as its
-/// cause, "NotASubgraph" (path), and "EmptyPath"
+/// @throws "kinemo:graph:scripting" "NoSuchComponent" (name, path of the graph, "/" at the top), with the nearest name
+/// as its cause, "NotASubgraph" (path), and "EmptyPath"
 FoundComponent find_component(const gl::core::Graph& graph, const std::vector<std::string>& names);
 /// The graph inside a component; `graph` itself for no names. @throws as `find_component`
 const gl::core::Graph& find_graph(const gl::core::Graph& graph, const std::vector<std::string>& names);

@@ -102,10 +102,10 @@ TEST_F(GraphScripts, PathsAreIdentifiersOrNamesOfBlocks) {
          {"isequal(g.subgraph({'d'}), g.subgraph('Divider'))", "logical(1)"},
          {"g.component('Divider/R//1').path", "'d/r1'"},
          {"g.component({'Divider', 'R/1'}).block", "'m/Divider/R//1'"}});
-  check_errors({{"g.subgraph('x1')", "scripting:NoSuchComponent(x1, )"},
-                {"g.subgraph('Dvider')", "scripting:NoSuchComponent(Dvider, ) NearestName(Divider)"},
+  check_errors({{"g.subgraph('x1')", "scripting:NoSuchComponent(x1, /)"},
+                {"g.subgraph('Dvider')", "scripting:NoSuchComponent(Dvider, /) NearestName(Divider)"},
                 {"g.component('d/r3')", "scripting:NoSuchComponent(r3, d) NearestName(r1)"},
-                {"g.component('d//r1')", "scripting:NoSuchComponent(d/r1, )"},
+                {"g.component('d//r1')", "scripting:NoSuchComponent(d/r1, /)"},
                 {"g.component('d/')", "scripting:NoSuchComponent(, d)"},
                 {"g.subgraph('load')", "scripting:NotASubgraph(load)"},
                 {"g.component('load/r1')", "scripting:NotASubgraph(load)"},
@@ -126,7 +126,7 @@ TEST_F(GraphScripts, ComponentsTellWhatTheyAre) {
          {"numel(fieldnames(g.tags('load')))", "0"},
          {"g.tags('d')", "struct(OBJECT='m/Divider' )"},
          {"numel(fieldnames(g.tags('d/middle')))", "0"}});
-  check_errors({{"g.tags('nowhere')", "scripting:NoSuchComponent(nowhere, )"}});
+  check_errors({{"g.tags('nowhere')", "scripting:NoSuchComponent(nowhere, /)"}});
 }
 
 TEST_F(GraphScripts, NetsReachThroughAllLevels) {

@@ -82,7 +82,7 @@ TEST_F(FunctionTable, PortsAreNamedByHandles) {
   EXPECT_EQ(value_of("gl.gti.portName(x, out)"), "out");
   EXPECT_EQ(value_of("gl.gti.portName(s, in)"), "");
   EXPECT_EQ(error_of([] { value_of("gl.gti.portName(x, 0.5)"); }),
-            "kinemo:host:modules:FunctionFailed(gl.gti.portName, invalid map<K, T> key)");
+            "kinemo:host:modules:UnknownPortHandle(gl.gti.portName)");
   EXPECT_EQ(error_of([] { value_of("gl.gti.portName(x)"); }), "kinemo:scripting:runtime:TooFewInputs(1, 2)");
 }
 
