@@ -4,6 +4,7 @@
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/model_input.hpp"
 #include "apps/kinemo/setting_names.hpp"
+#include "apps/scripting/diagram_files.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/foundation/warnings.hpp"
@@ -156,7 +157,9 @@ bool Session::open_models() {
     Options one = options_;
     one.model = file;
     formats::DiagnosticList list;
-    right = read(one, file, list) != nullptr && right;
+    const embedded::block_diagram::Diagram* diagram = read(one, file, list);
+    if (diagram != nullptr) scripting::keep_diagram_file(*diagram, file);
+    right = diagram != nullptr && right;
     console_.diagnostics(list);
   }
   return right;

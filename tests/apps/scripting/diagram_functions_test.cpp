@@ -16,7 +16,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <iostream>
 
 namespace kinemo::scripting {
 namespace {
@@ -298,35 +297,6 @@ TEST_F(DiagramFunctions, AClosedDiagramIsUnknown) {
     sr::base_workspace().set("h", handle);
     EXPECT_THAT(message_of("close_diagram(h)"), StartsWith("UnknownHandle("));
   }
-}
-
-/// Inputs whose values are shown end with `disp`, so that no prompt is needed for them.
-TEST_F(DiagramFunctions, DocumentedExamplesDoWhatThePageSays) {
-  static std::string output;
-  sr::set_display_sink([](const std::string& text) { output += text + "\n"; });
-  std::ifstream page(KINEMO_SOURCE_DIR "/docs/scripting_diagrams.md");
-  bool inside = false;
-  std::string expected;
-  std::size_t commands = 0;
-  for (std::string line; std::getline(page, line);) {
-    const bool fence = line.compare(0, 3, "```") == 0;
-    const bool command = inside && line.compare(0, 3, ">> ") == 0;
-    if (fence || command) {
-      EXPECT_EQ(expected, output);
-      expected.clear();
-      output.clear();
-    }
-    if (fence) inside = !inside;
-    if (command) {
-      SCOPED_TRACE(line);
-      ++commands;
-      run(line.substr(3, line.find_last_not_of(';') - 2));
-    } else if (inside && !fence) {
-      expected += line + "\n";
-    }
-  }
-  sr::set_display_sink([](const std::string& text) { std::cout << text << "\n"; });
-  EXPECT_LT(30U, commands);
 }
 
 TEST_F(DiagramFunctions, EveryFunctionHasHelp) {
