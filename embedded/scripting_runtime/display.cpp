@@ -114,20 +114,20 @@ std::string quantity_display(const Quantity& quantity) {
   return numbers + (numbers.find('\n') == std::string::npos ? " " : "\n   ") + unit_text(quantity.unit);
 }
 
+/// Fields below each other, their values aligned; those of a structure inside stand below its name.
 void append_structure(const cvArray_tag* array, std::size_t level, std::string& to) {
   const std::vector<std::string> fields = cvGetFieldNames(array);
   std::size_t longest = 0;
   for (const std::string& field : fields) longest = std::max(longest, field.size());
-  const std::size_t indent = indent_width * level + longest;
+  const std::size_t taken = indent_width * level + longest + 2;
+  const std::size_t width = std::max(display_limits().width, taken + indent_width) - taken;
   for (const std::string& field : fields) {
     const cvArray_tag* value = cvGetField(array, 0, field.c_str());
-    to += (to.empty() ? "" : "\n") + std::string(indent - field.size(), ' ') + field + ":";
-    const bool nested = cvIsStruct(value) && cvGetNumberOfElements(value) == 1 && level < deepest_structure;
-    if (nested) {
+    to += (to.empty() ? "" : "\n") + std::string(indent_width * level, ' ') + field + ":";
+    if (cvIsStruct(value) && cvGetNumberOfElements(value) == 1 && level < deepest_structure) {
       append_structure(value, level + 1, to);
     } else {
-      const std::size_t width = display_limits().width;
-      to += " " + inline_text(value, width > indent + indent_width ? width - indent - 2 : indent_width);
+      to += std::string(longest - field.size() + 1, ' ') + inline_text(value, width);
     }
   }
 }

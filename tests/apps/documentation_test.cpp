@@ -93,7 +93,8 @@ TEST_F(Documentation, EveryFunctionOfThePromptHasHelp) {
   environment.loadDomain(KINEMO_PHYSICAL_MODULE);
   const scripting::RegisteredDiagramFunctions functions;
   for (const std::string& name : runtime::function_names()) {
-    if (name.find(".internal.") == std::string::npos) EXPECT_NE(runtime::find_help(name), nullptr) << name;
+    const bool internal = name.find(".internal.") != std::string::npos;
+    EXPECT_TRUE(internal || runtime::find_help(name) != nullptr) << name;
   }
 }
 
