@@ -48,7 +48,7 @@ TEST_F(Display, ValuesAreReadable) {
       {"x = struct('a', {1, 2})", "x = 1x2 struct with fields:\n    a\n"},
       {"x = struct()", "x =\n    (a structure without fields)\n"},
       {"x.long = 'v'; x.s.t = [1 2 3]; x.s.u.w = 1; disp(x)",
-       "    long: 'v'\n       s:\n        t: [1 2 3]\n        u:\n            w: 1\n"},
+       "    long: 'v'\n    s:\n        t: [1 2 3]\n        u:\n            w: 1\n"},
       {"x = ones(2, 1, 2)", "x =\n(:,:,1) =\n   1\n   1\n(:,:,2) =\n   1\n   1\n"},
       {"x = kinemo.Value(5, 'V')", "x = 5 V\n"},
       {"x = kinemo.Value([5 6], 'V')", "x =\n   5   6 V\n"},
