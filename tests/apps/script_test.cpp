@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <poll.h>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 
@@ -124,19 +125,21 @@ class Terminal {
     ASSERT_EQ(static_cast<ssize_t>(keys.size()), ::write(master_, keys.data(), keys.size()));
   }
 
-  /// What the program writes until `end` comes, which may take a minute on a busy machine.
+  /// What the program writes up to `end`, which may take a minute on a busy machine. What comes behind it waits.
   std::string read_to(const std::string& end) {
     const auto last = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    std::string text;
-    while (text.find(end) == std::string::npos && std::chrono::steady_clock::now() < last) {
+    while (written_.find(end) == std::string::npos && std::chrono::steady_clock::now() < last) {
       pollfd ready{master_, POLLIN, 0};
       if (::poll(&ready, 1, 1000) <= 0) continue;
       char buffer[4096];
       const ssize_t count = ::read(master_, buffer, sizeof buffer);
       if (count <= 0) break;
-      text.append(buffer, static_cast<std::size_t>(count));
+      written_.append(buffer, static_cast<std::size_t>(count));
     }
-    EXPECT_THAT(text, HasSubstr(end));
+    EXPECT_THAT(written_, HasSubstr(end));
+    const std::size_t found = std::min(written_.find(end), written_.size());
+    const std::string text = written_.substr(0, found + end.size());
+    written_.erase(0, text.size());
     return text;
   }
 
@@ -149,6 +152,7 @@ class Terminal {
  private:
   pid_t child_ = -1;
   int master_ = -1;
+  std::string written_;
 };
 
 TEST_F(ScriptProgram, TerminalEditsCompletesAndRemembers) {

@@ -5,7 +5,6 @@
 #include "common/gl/gti/export/translation_manager.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
-#include "embedded/scripting_runtime/help.hpp"
 #include "platform/foundation/strings.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "tests/support/errors.hpp"
@@ -296,15 +295,6 @@ TEST_F(DiagramFunctions, AClosedDiagramIsUnknown) {
   for (const double handle : {diagram, block}) {
     sr::base_workspace().set("h", handle);
     EXPECT_THAT(message_of("close_diagram(h)"), StartsWith("UnknownHandle("));
-  }
-}
-
-TEST_F(DiagramFunctions, EveryFunctionHasHelp) {
-  for (const char* name : {"new_diagram", "open_diagram", "save_diagram", "close_diagram", "diagrams", "add_block",
-                           "delete_block", "rename_block", "place", "ports", "add_line", "delete_line", "name_line",
-                           "set_variable", "delete_variable", "compile_diagram", "check_diagram", "nets"}) {
-    ASSERT_NE(nullptr, sr::find_help(name)) << name;
-    EXPECT_THAT(sr::find_help(name)->usage, HasSubstr(name));
   }
 }
 
