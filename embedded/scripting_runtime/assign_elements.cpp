@@ -1,67 +1,16 @@
-// Assignment to elements of arrays, their growth, and their deletion.
+// Assignment to elements of arrays, and their growth.
 
-#include "embedded/expression/print.hpp"
 #include "embedded/scripting_runtime/assign.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
-#include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/places.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
-#include <cmath>
 
 namespace embedded::scripting_runtime {
 
 namespace {
-
-/// The places that a subscript names in one dimension.
-struct Names {
-  bool all = false;
-  std::vector<std::size_t> at;
-  std::size_t needed = 0;  ///< size of the dimension that holds them all
-};
-
-std::size_t place_of(double index) {
-  constexpr double most = 1e18;
-  if (!(index >= 1) || index != std::floor(index)) {
-    throw_runtime_error("InvalidIndex", expression::print_number(index));
-  }
-  return static_cast<std::size_t>(std::min(index, most)) - 1;
-}
-
-Names names_of(const Subscript& subscript) {
-  Names result;
-  result.all = !subscript;
-  if (result.all) return result;
-  const Numbers numbers = numbers_of(*subscript);
-  const bool mask = numbers.class_id == cvLOGICAL_CLASS;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    if (mask && numbers.re[i] == 0) continue;
-    result.at.push_back(mask ? i : place_of(numbers.re[i]));
-    result.needed = std::max(result.needed, result.at.back() + 1);
-  }
-  return result;
-}
-
-std::vector<Names> all_names(const std::vector<Subscript>& subscripts) {
-  std::vector<Names> result;
-  for (const Subscript& subscript : subscripts) result.push_back(names_of(subscript));
-  if (result.empty()) result.push_back(names_of(Subscript()));
-  return result;
-}
-
-/// The dimensions as `count` subscripts see them: the last one takes what is left.
-Shape seen_by(const Shape& shape, std::size_t count) {
-  Shape result(count, 1);
-  for (std::size_t d = 0; d < shape.size(); ++d) result[std::min(d, count - 1)] *= shape[d];
-  return result;
-}
-
-std::size_t product(const Shape& shape) {
-  std::size_t result = 1;
-  for (const std::size_t size : shape) result *= size;
-  return result;
-}
 
 Shape without_ones(Shape shape) {
   shape.erase(std::remove(shape.begin(), shape.end(), std::size_t{1}), shape.end());
@@ -100,31 +49,6 @@ Shape shape_for(const Shape& shape, const std::vector<Names>& names, const Shape
   if (!larger) return shape;
   if (names.size() < shape.size()) cannot_grow(names.back().needed, shape);
   while (result.size() > 2 && result.back() == 1) result.pop_back();
-  return result;
-}
-
-/// Offsets of the places in an array of `shape`, the first dimension fastest.
-std::vector<std::size_t> offsets_in(const Shape& shape, const std::vector<Names>& names) {
-  const Shape sizes = seen_by(shape, names.size());
-  std::vector<std::size_t> result{0};
-  std::size_t stride = product(sizes);
-  for (std::size_t d = names.size(); d-- > 0;) {
-    stride = sizes[d] == 0 ? 0 : stride / sizes[d];
-    const std::size_t count = names[d].all ? sizes[d] : names[d].at.size();
-    std::vector<std::size_t> next;
-    next.reserve(result.size() * count);
-    for (const std::size_t base : result) {
-      for (std::size_t i = 0; i < count; ++i) next.push_back(base + (names[d].all ? i : names[d].at[i]) * stride);
-    }
-    result = std::move(next);
-  }
-  return result;
-}
-
-Shape shape_of_places(const Shape& shape, const std::vector<Names>& names) {
-  const Shape sizes = seen_by(shape, names.size());
-  Shape result;
-  for (std::size_t d = 0; d < names.size(); ++d) result.push_back(names[d].all ? sizes[d] : names[d].at.size());
   return result;
 }
 
@@ -320,88 +244,6 @@ void assign_elements(cvUniquePtr& target, const std::vector<Subscript>& places, 
     return assign_quantities(target, names, value);
   }
   assign_arrays(target, names, value.array());
-}
-
-namespace {
-
-/// Whether the places are all of the dimension, also when they are told one by one.
-bool covers(const Names& names, std::size_t size) {
-  if (names.all) return true;
-  std::vector<bool> seen(size);
-  std::size_t count = 0;
-  for (const std::size_t place : names.at) {
-    if (!seen[place]) ++count;
-    seen[place] = true;
-  }
-  return count == size;
-}
-
-/// Places from 0 to `size` that aren't named.
-Names kept(const Names& names, std::size_t size) {
-  Names result;
-  if (names.all) return result;
-  std::vector<bool> gone(size);
-  for (const std::size_t place : names.at) gone[place] = true;
-  for (std::size_t i = 0; i < size; ++i) {
-    if (!gone[i]) result.at.push_back(i);
-  }
-  return result;
-}
-
-void check_range(const Names& names, std::size_t size) {
-  if (names.needed > size) {
-    throw_runtime_error("IndexOutOfRange", std::to_string(names.needed), std::to_string(size));
-  }
-}
-
-cvUniquePtr without(const cvArray_tag* array, const Names& names) {
-  const Shape& shape = cvGetDimensions(array);
-  const std::size_t count = cvGetNumberOfElements(array);
-  check_range(names, count);
-  if (names.all) return gather(array, {0, 0}, {});
-  const Names rest = kept(names, count);
-  if (rest.at.size() == count) return cvUniquePtr(cvCreateSharedCopy(array));
-  const bool column = shape.size() == 2 && shape[1] == 1 && shape[0] != 1;
-  const std::size_t left = rest.at.size();
-  return gather(array, column ? Shape{left, 1} : Shape{1, left}, rest.at);
-}
-
-/// All dimensions but one must be named as a whole.
-cvUniquePtr without(const cvArray_tag* array, std::vector<Names> names) {
-  const Shape sizes = seen_by(cvGetDimensions(array), names.size());
-  std::size_t partial = names.size();
-  for (std::size_t d = 0; d < names.size(); ++d) {
-    check_range(names[d], sizes[d]);
-    if (covers(names[d], sizes[d])) continue;
-    if (partial != names.size()) throw_runtime_error("CannotDelete", shape_text(cvGetDimensions(array)));
-    partial = d;
-  }
-  for (std::size_t d = 0; partial == names.size() && d < names.size(); ++d) {
-    if (!names[d].all) partial = d;  // all are told one by one: these go
-  }
-  if (partial == names.size()) partial = 0;
-  Shape shape = sizes;
-  std::vector<Names> rest(names.size());
-  for (Names& each : rest) each.all = true;
-  rest[partial] = kept(names[partial], sizes[partial]);
-  shape[partial] = rest[partial].at.size();
-  return gather(array, shape, offsets_in(sizes, rest));
-}
-
-}  // namespace
-
-void delete_elements(cvUniquePtr& target, const std::vector<Subscript>& places) {
-  if (!target) target.reset(cvCreateDoubleMatrix(0, 0));
-  if (is_value_object(target.get())) {
-    Quantity quantity = quantity_of(target.get());
-    cvUniquePtr numbers = std::move(quantity.numbers).release();
-    delete_elements(numbers, places);
-    target = std::move(value_of({Value(std::move(numbers)), quantity.unit})).release();
-    return;
-  }
-  if (!empty_like(target.get())) throw_runtime_error("CannotDelete", cvGetClassName(target.get()));
-  const std::vector<Names> names = all_names(places);
-  target = names.size() == 1 ? without(target.get(), names[0]) : without(target.get(), names);
 }
 
 }  // namespace embedded::scripting_runtime
