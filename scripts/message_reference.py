@@ -37,7 +37,8 @@ def main():
     if not groups:
         sys.exit('no catalogue in %s' % FOLDER)
     print('# Messages\n')
-    print('Made from the catalogue by `scripts/message_reference.py`. {1}, {2}, … stand for arguments.')
+    print('Made from the catalogue by `scripts/message_reference.py`. {1}, {2}, … stand for arguments;'
+          ' what stands in {n? … ?} is told where argument n is not empty.')
     for group in sorted(groups):
         print('\n## %s\n\n| id | text |\n|---|---|' % group)
         for name in sorted(groups[group]):

@@ -42,7 +42,8 @@ class KINEMO_PLATFORM_API Catalogue {
   std::unique_ptr<const Texts> texts_;
 };
 
-/// `pattern` with every {n} replaced by argument number n. A placeholder beyond the arguments stays as it is.
+/// `pattern` with every {n} replaced by argument number n. A placeholder beyond the arguments stays as it is. What stands
+/// in "{n? ... ?}" is left out where argument n is empty.
 KINEMO_PLATFORM_API std::string fill_placeholders(std::string_view pattern, const std::vector<std::string>& arguments);
 
 /// The largest n of the placeholders {n} in `pattern`; 0 when there are none.

@@ -30,12 +30,40 @@ void split(std::string_view pattern, const Text& text, const Placeholder& placeh
   }
 }
 
+/// The number of the mark "{n?" that ends at `end`; 0 for any other question mark.
+std::size_t option_number(std::string_view pattern, std::size_t end) {
+  const std::size_t open = pattern.rfind('{', end);
+  if (open == std::string_view::npos) return 0;
+  const std::string_view inside = pattern.substr(open, end - open);
+  return inside.find('}') == std::string_view::npos ? highest_placeholder(std::string(inside) + "}") : 0;
+}
+
+/// The pattern without its optional parts whose argument is empty, and without the marks of the others.
+std::string with_options(std::string_view pattern, const std::vector<std::string>& arguments) {
+  std::string result;
+  for (std::size_t mark = 0; (mark = pattern.find('?')) != std::string_view::npos;) {
+    const std::size_t close = pattern.find("?}", mark + 1);
+    const std::size_t number = option_number(pattern, mark);
+    if (number == 0 || close == std::string_view::npos) {
+      result.append(pattern.substr(0, mark + 1));
+      pattern.remove_prefix(mark + 1);
+      continue;
+    }
+    result.append(pattern.substr(0, pattern.rfind('{', mark)));
+    const bool shown = number <= arguments.size() && !arguments[number - 1].empty();
+    if (shown) result.append(pattern.substr(mark + 1, close - mark - 1));
+    pattern.remove_prefix(close + 2);
+  }
+  return result.append(pattern);
+}
+
 }  // namespace
 
-std::string fill_placeholders(std::string_view pattern, const std::vector<std::string>& arguments) {
+std::string fill_placeholders(std::string_view text, const std::vector<std::string>& arguments) {
+  const std::string pattern = with_options(text, arguments);
   std::string result;
   split(
-      pattern, [&](std::string_view text) { result += text; },
+      pattern, [&](std::string_view part) { result += part; },
       [&](std::size_t number, std::string_view part) {
         result += number <= arguments.size() ? std::string_view(arguments[number - 1]) : part;
       });

@@ -77,6 +77,9 @@ TEST(Catalogue, FillsPlaceholdersOnce) {
   EXPECT_EQ(fill_placeholders("", {"a"}), "");
   EXPECT_EQ(fill_placeholders("{12}", std::vector<std::string>(12, "z")), "z");
   EXPECT_EQ(fill_placeholders("{99999999999999999999}", {"a"}), "{99999999999999999999}");
+  const std::string optional = "{1}? {2? Meant: {2}?}{1? {1}.?}{x? {2? open";
+  EXPECT_EQ(fill_placeholders(optional, {"a", "b?}"}), "a?  Meant: b?} a.{x? {2? open");
+  EXPECT_EQ(fill_placeholders(optional, {"", ""}), "? {x? {2? open");
   EXPECT_EQ(kmf::embedded::highest_placeholder("{1} {3} {x9}"), 3U);
 }
 
