@@ -53,6 +53,15 @@ TEST_F(ScriptProgram, RunEndsAsTheScriptSays) {
   EXPECT_EQ(2, run({"run", "nothere.kin"}).exit_code);
 }
 
+// Its assertions compare nets and parameters, so that it fails where a step doesn't do what it says.
+TEST_F(ScriptProgram, AScriptBuildsCompilesAsksDrawsAndClosesACircuit) {
+  const ProgramRun done = run({"run", KINEMO_SOURCE_DIR "/examples/differential_pair.kin"});
+  EXPECT_EQ(0, done.exit_code) << done.errors;
+  EXPECT_THAT(done.output, HasSubstr("components:  13\n"));
+  EXPECT_THAT(done.output, HasSubstr("bias_then = 44000 Ohm\n"));
+  EXPECT_THAT(read("differential_pair.svg"), HasSubstr("</svg>"));
+}
+
 TEST_F(ScriptProgram, ModelsAreOpenedFirst) {
   RunOptions options;
   options.input = "disp(get_param('rc_lowpass', 'Name'))";
