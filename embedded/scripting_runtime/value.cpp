@@ -1,5 +1,7 @@
 #include "embedded/scripting_runtime/value.hpp"
 
+#include "embedded/scripting_runtime/errors.hpp"
+
 namespace embedded::scripting_runtime {
 
 namespace {
@@ -29,6 +31,17 @@ cvArray_tag* Value::array() const {
 cvUniquePtr Value::release() && {
   array();
   return std::move(array_);
+}
+
+Value single(std::vector<Value> values) {
+  if (values.empty()) throw_runtime_error("NoValue");
+  return std::move(values.front());
+}
+
+std::vector<Value> one(Value value) {
+  std::vector<Value> result;
+  result.push_back(std::move(value));
+  return result;
 }
 
 bool is_value_object(const cvArray_tag* array) {

@@ -4,6 +4,8 @@
 
 #include "platform/scripting_array/scripting_array.hpp"
 
+#include <vector>
+
 namespace embedded::scripting_runtime {
 
 class Value {
@@ -26,6 +28,11 @@ class Value {
   bool is_number_ = false;
   mutable cvUniquePtr array_;
 };
+
+/// The first of the values. @throws "kinemo:scripting:runtime" "NoValue" where there is none
+Value single(std::vector<Value> values);
+/// The value alone.
+std::vector<Value> one(Value value);
 
 /// Whether an array is an object that counts as a value in computations: one with a unit, or a parameter object. What
 /// it counts as is told in quantity.hpp.
