@@ -29,8 +29,10 @@ struct KernelFunction {
 constexpr KernelFunction kFunctions[] = {
     {"gl.gti.iconStyling", "on = gl.gti.iconStyling()\non = gl.gti.iconStyling(true)",
      "Whether vector icons of blocks are drawn by the host's icon service, and a switch for it.",
-     "One logical value for the whole program, false at first. While it is false, blocks with vector icons show their "
-     "texts. A change is seen by blocks that take a new icon afterwards."},
+     "One logical value for the whole program, false at first; the program kinemo begins with true where it draws or "
+     "takes commands: run, repl, render and check with a picture. While it is false, blocks with vector icons show "
+     "their texts. Turning it off is seen by all blocks at once, turning it on by those that take their icon "
+     "afterwards: a block from before is a bare frame, unless another one has brought the same icon."},
     {"gl.gti.loggingSupported", "yes = gl.gti.loggingSupported(block)", "Whether a block can log simulation data.",
      "The input is a block's handle. False for anything but a core block whose kind supports it."},
     {"gl.gti.portName", "name = gl.gti.portName(block, port)", "The identifier of a port of a block.",
