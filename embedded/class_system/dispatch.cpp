@@ -45,6 +45,12 @@ const ccos::COSMethodInfo* method_of(const std::string& class_name, std::string_
   return found ? found->method(std::string(name)) : nullptr;
 }
 
+const ccos::COSMethodInfo* package_method(std::string_view path) {
+  const auto [place, name] = split_path(path);
+  Package* package = place.empty() ? nullptr : find_package(place);  // packages alone stand at the top
+  return package ? package->method(std::string(name)) : nullptr;
+}
+
 class Dispatch : public scripting_runtime::ClassDispatch {
  public:
   Function find_method(const std::string& class_name, std::string_view name) const override {
@@ -60,13 +66,18 @@ class Dispatch : public scripting_runtime::ClassDispatch {
   }
 
   Function find_function(std::string_view path) const override {
-    const auto [place, name] = split_path(path);
-    if (place.empty()) return nullptr;  // packages alone stand at the top
-    Package* package = find_package(place);
-    const ccos::COSMethodInfo* method = package ? package->method(std::string(name)) : nullptr;
-    if (method) return function_of(std::string(path), method);
+    if (const ccos::COSMethodInfo* method = package_method(path)) return function_of(std::string(path), method);
+    if (path.find('.') == std::string_view::npos) return nullptr;
     Class* its_class = find_class(ccos::COSNameID(std::string(path)));
     return its_class ? constructor_of(*its_class) : nullptr;
+  }
+
+  std::string description(std::string_view path) const override {
+    const ccos::COSMethodInfo* method = package_method(path);
+    if (!method) return {};
+    const std::string sentence = method->getDescription();
+    const std::string details = method->getDetailedDescription();
+    return sentence + (sentence.empty() || details.empty() ? "" : "\n") + details;
   }
 
   std::optional<std::string> display_text(const cvArray_tag* array) const override {

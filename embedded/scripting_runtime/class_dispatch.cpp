@@ -38,6 +38,9 @@ bool ClassDispatch::is_property(const std::string&, std::string_view) const {
 std::shared_ptr<const kmf::CvFunction> ClassDispatch::find_function(std::string_view) const {
   return nullptr;
 }
+std::string ClassDispatch::description(std::string_view) const {
+  return {};
+}
 std::optional<std::string> ClassDispatch::display_text(const cvArray_tag*) const {
   return std::nullopt;
 }

@@ -27,6 +27,8 @@ class ClassDispatch {
   virtual bool is_property(const std::string& class_name, std::string_view method) const;
   /// A function of a package, or the constructor of a class, by its path. Null where there is none.
   virtual std::shared_ptr<const kmf::CvFunction> find_function(std::string_view path) const;
+  /// What its author tells of a function of a package; empty for nothing, or where there is none.
+  virtual std::string description(std::string_view path) const;
   /// How a prompt shows an array; none for arrays that hold no objects of the class system.
   virtual std::optional<std::string> display_text(const cvArray_tag* array) const;
 

@@ -1,5 +1,6 @@
 #include "embedded/scripting_runtime/help.hpp"
 
+#include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/evaluator.hpp"
@@ -88,12 +89,15 @@ std::vector<HelpGroup> help_groups() {
 }
 
 std::string help_text(const std::string& name) {
+  const std::string described = class_dispatch().description(name);
   if (const Help* help = find_help(name)) {
     std::string text = name + ": " + help->summary + "\n" + indented(help->usage);
+    if (!described.empty()) text += described + "\n";
     if (!help->details.empty()) return text + help->details;
     text.pop_back();
     return text;
   }
+  if (!described.empty()) return name + ": " + described;
   kmf::MessageException error(kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "NoHelp", name)));
   if (const std::string nearest = nearest_name(name, help_topics()); !nearest.empty()) {
     error.addCause(

@@ -61,7 +61,7 @@ class KINEMO_PLATFORM_API COSMethodInfo {
   virtual ~COSMethodInfo();
   virtual const char* getName() const = 0;
   virtual const char* getDescription() const;          ///< one sentence; the base gives none
-  virtual const char* getDetailedDescription() const;  ///< shown as help; the base gives none
+  virtual const char* getDetailedDescription() const;  ///< part of its help; the base gives none
   virtual COSMemberAccess getMemberAccess() const;     ///< the base: public
   virtual const COSNameID* getExtendedAccess() const;  ///< a class that may call it besides; the base: null
   /// Never null; lives as long as the info.

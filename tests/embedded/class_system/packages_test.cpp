@@ -24,6 +24,7 @@ class Sum : public ccos::COSMethodInfo {
   }
   ~Sum() override { --alive; }
   const char* getName() const override { return name_; }
+  const char* getDetailedDescription() const override { return "Adds numbers."; }
   bool isLocked() const override { return locked_; }
   const ccos::COSMethodSignature* getMethodSignature() const override { return signature_.get(); }
   void invoke(const ccos::COSClient*, int& nOut, ccos::COSValue* outputs, int nIn,
@@ -139,6 +140,15 @@ TEST_F(Packages, AVariableHidesThem) {
   added("packages_hidden");
   set("packages_hidden", "struct('late', 7)");
   EXPECT_EQ(value_of("packages_hidden.late"), "7");
+}
+
+TEST_F(Packages, HelpHasWhatTheAuthorOfAMethodTells) {
+  added("packages_helped");
+  const std::string sum = "packages_helped.late";
+  EXPECT_EQ(scripting_runtime::help_text(sum), sum + ": Adds numbers.");
+  scripting_runtime::set_help(sum, {"s = late(x)", "A sum.", "Of doubles."});
+  EXPECT_EQ(scripting_runtime::help_text(sum), sum + ": A sum.\n  s = late(x)\nAdds numbers.\nOf doubles.");
+  EXPECT_THAT(raised([] { scripting_runtime::help_text("packages_helped.none"); }), testing::HasSubstr(":NoHelp("));
 }
 
 TEST_F(Packages, CallsAreHeldAgainstTheSignature) {
