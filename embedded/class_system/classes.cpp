@@ -33,9 +33,9 @@ void Class::construct(ccos::COSInterfacePtr& object) {
   if (definition_.construct) object->setNativePointer(name_, definition_.construct());
 }
 
-const ccos::COSMethodInfo* Class::method(const std::string& name) const {
+std::shared_ptr<const ccos::COSMethodInfo> Class::method(const std::string& name) const {
   const auto found = methods_.find(name);
-  return found == methods_.end() ? nullptr : found->second.get();
+  return found == methods_.end() ? nullptr : found->second;
 }
 
 std::vector<std::string> Class::method_names() const {

@@ -65,14 +65,14 @@ class Class : public ccos::COSClass {
 
   const ClassDefinition& definition() const { return definition_; }
   /// Null where there is none.
-  const ccos::COSMethodInfo* method(const std::string& name) const;
+  std::shared_ptr<const ccos::COSMethodInfo> method(const std::string& name) const;
   /// Sorted.
   std::vector<std::string> method_names() const;
 
  private:
   ccos::COSNameID name_;
   ClassDefinition definition_;
-  std::map<std::string, std::unique_ptr<ccos::COSMethodInfo>> methods_;
+  std::map<std::string, std::shared_ptr<const ccos::COSMethodInfo>> methods_;
 };
 
 /// Makes a class and the help of its methods known. @throws "DuplicateClass" (name)

@@ -15,7 +15,7 @@ namespace {
 using Function = std::shared_ptr<const kmf::CvFunction>;
 
 /// A call of a method as the runtime makes it.
-Function function_of(std::string name, const ccos::COSMethodInfo* method) {
+Function function_of(std::string name, const MethodPtr& method) {
   return std::make_shared<const kmf::CvFunction>(
       [name = std::move(name), method](int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
         check_inputs(name, *method->getMethodSignature(), nIn, inputs, method->isFirstArgDispatch() ? 1 : 0);
@@ -40,12 +40,12 @@ std::string size_text(const cvArray_tag* array) {
   return text;
 }
 
-const ccos::COSMethodInfo* method_of(const std::string& class_name, std::string_view name) {
+MethodPtr method_of(const std::string& class_name, std::string_view name) {
   const Class* found = find_class(ccos::COSNameID(class_name));
   return found ? found->method(std::string(name)) : nullptr;
 }
 
-const ccos::COSMethodInfo* package_method(std::string_view path) {
+MethodPtr package_method(std::string_view path) {
   const auto [place, name] = split_path(path);
   Package* package = place.empty() ? nullptr : find_package(place);  // packages alone stand at the top
   return package ? package->method(std::string(name)) : nullptr;
@@ -54,26 +54,26 @@ const ccos::COSMethodInfo* package_method(std::string_view path) {
 class Dispatch : public scripting_runtime::ClassDispatch {
  public:
   Function find_method(const std::string& class_name, std::string_view name) const override {
-    const ccos::COSMethodInfo* method = method_of(class_name, name);
+    const MethodPtr method = method_of(class_name, name);
     return method ? function_of(class_name + '.' + method->getName(), method) : nullptr;
   }
 
   bool is_property(const std::string& class_name, std::string_view name) const override {
-    const ccos::COSMethodInfo* method = method_of(class_name, name);
+    const MethodPtr method = method_of(class_name, name);
     if (!method) return false;
     const ccos::COSMethodSignature& signature = *method->getMethodSignature();
     return signature.numInputs() == 1 && !signature.takesFurtherInputs();
   }
 
   Function find_function(std::string_view path) const override {
-    if (const ccos::COSMethodInfo* method = package_method(path)) return function_of(std::string(path), method);
+    if (const MethodPtr method = package_method(path)) return function_of(std::string(path), method);
     if (path.find('.') == std::string_view::npos) return nullptr;
     Class* its_class = find_class(ccos::COSNameID(std::string(path)));
     return its_class ? constructor_of(*its_class) : nullptr;
   }
 
   std::string description(std::string_view path) const override {
-    const ccos::COSMethodInfo* method = package_method(path);
+    const MethodPtr method = package_method(path);
     if (!method) return {};
     const std::string sentence = method->getDescription();
     const std::string details = method->getDetailedDescription();

@@ -6,6 +6,15 @@
 
 namespace embedded::class_system {
 
+namespace {
+
+MethodPtr taken_over(const ccos::COSMethodInfo* method) {
+  if (method->isDestructible()) return MethodPtr(method);
+  return {method, [](const ccos::COSMethodInfo*) {}};  // its author keeps it
+}
+
+}  // namespace
+
 void Package::addSubPackage(ccos::COSPackageInfo* info) {
   std::unique_ptr<Package>& place = packages_[info->getName()];
   if (!place) place = std::make_unique<Package>(info->getName(), this);
@@ -15,13 +24,12 @@ void Package::addSubPackage(ccos::COSPackageInfo* info) {
 }
 
 void Package::addMethod(ccos::COSMethodInfo* method) {
-  std::unique_ptr<ccos::COSMethodInfo> owned(method);
+  MethodPtr owned = taken_over(method);
   const auto locked = [](const ccos::COSPackageInfo* info) { return info->isLocked(); };
   if (std::any_of(infos_.begin(), infos_.end(), locked)) throw_class_error("PackageLocked", getPath());
-  std::unique_ptr<ccos::COSMethodInfo>& place = methods_[owned->getName()];
-  if (place && place->isLocked()) throw_class_error("MethodLocked", std::string(owned->getName()), getPath());
-  if (place && !place->isDestructible()) place.release();  // its author keeps it
-  place = std::move(owned);
+  MethodPtr& place = methods_[method->getName()];
+  if (place && place->isLocked()) throw_class_error("MethodLocked", std::string(method->getName()), getPath());
+  place.swap(owned);  // the former one ends when the table is right again
 }
 
 std::string Package::getPath() const {
@@ -38,12 +46,12 @@ Package* Package::package(const std::string& name) {
   return found == packages_.end() ? nullptr : found->second.get();
 }
 
-const ccos::COSMethodInfo* Package::method(const std::string& name) {
+MethodPtr Package::method(const std::string& name) {
   auto found = methods_.find(name);
   for (std::size_t i = 0; found == methods_.end() && i < infos_.size(); ++i) {
     if (infos_[i]->attemptToLoadFunction(ccos::COSNameID(name))) found = methods_.find(name);
   }
-  return found == methods_.end() ? nullptr : found->second.get();
+  return found == methods_.end() ? nullptr : found->second;
 }
 
 bool Package::load_class(const ccos::COSNameID& name) {

@@ -12,6 +12,9 @@
 
 namespace embedded::class_system {
 
+/// Shared with the calls that are running, so that a method may replace itself.
+using MethodPtr = std::shared_ptr<const ccos::COSMethodInfo>;
+
 class Package : public ccos::COSPackage {
  public:
   /// `outer` is null for the room around all top-level packages.
@@ -23,7 +26,7 @@ class Package : public ccos::COSPackage {
 
   /// Null where there is none and no info can load it.
   Package* package(const std::string& name);
-  const ccos::COSMethodInfo* method(const std::string& name);
+  MethodPtr method(const std::string& name);
   /// Whether an info made the class known just now.
   bool load_class(const ccos::COSNameID& name);
   /// Names of sub-packages and visible methods, sorted.
@@ -34,7 +37,7 @@ class Package : public ccos::COSPackage {
   Package* outer_;
   std::vector<ccos::COSPackageInfo*> infos_;
   std::map<std::string, std::unique_ptr<Package>> packages_;
-  std::map<std::string, std::unique_ptr<ccos::COSMethodInfo>> methods_;
+  std::map<std::string, MethodPtr> methods_;
 };
 
 /// The room around all top-level packages.

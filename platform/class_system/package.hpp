@@ -24,7 +24,8 @@ class KINEMO_PLATFORM_API COSPackage {
 
   /// The same below this package. Adding an info again changes nothing.
   virtual void addSubPackage(COSPackageInfo* info) = 0;
-  /// Takes over `method`, in place of one of the same name, also when it fails. @throws "MethodLocked" (method,
+  /// Takes over `method`, in place of one of the same name. Where it fails, `method` is ended as well, if its
+  /// `isDestructible` says so. Calls that are running keep the method that they run. @throws "MethodLocked" (method,
   /// package) when that one, or "PackageLocked" (package) when the package can't be changed
   virtual void addMethod(COSMethodInfo* method) = 0;
   /// From the top, joined by full stops: "kinemo.gl".

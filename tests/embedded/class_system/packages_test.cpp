@@ -127,6 +127,56 @@ TEST_F(Packages, CanBeLockedAsCanTheirMethods) {
   EXPECT_EQ(Sum::alive, before + 1);
 }
 
+/// As Sum, but its author keeps it: in tests for the length of the process, since packages stay.
+class KeptSum : public Sum {
+ public:
+  using Sum::Sum;
+  bool isDestructible() const override { return false; }
+};
+
+TEST_F(Packages, MethodsThatTheirAuthorsKeepAreNeverEnded) {
+  LoadingInfo& info = added("packages_keeping");
+  const int before = Sum::alive;
+  static KeptSum locked("fixed", true);
+  static KeptSum replaced("free");
+  static KeptSum refused("fixed");
+  info.package->addMethod(&locked);
+  info.package->addMethod(&replaced);
+  info.package->addMethod(new Sum("free"));
+  EXPECT_EQ(raised([&] { info.package->addMethod(&refused); }),
+            "kinemo:scripting:classes:MethodLocked(fixed, packages_keeping)");
+  info.locked = true;
+  EXPECT_EQ(raised([&] { info.package->addMethod(&refused); }),
+            "kinemo:scripting:classes:PackageLocked(packages_keeping)");
+  EXPECT_EQ(Sum::alive, before + 4);
+  EXPECT_EQ(value_of("packages_keeping.fixed(1, 2)"), "3");
+  info.locked = false;
+}
+
+/// Puts another method in its own place while it runs.
+class SelfReplacing : public Sum {
+ public:
+  SelfReplacing(const char* name, ccos::COSPackage& its_package) : Sum(name), package_(&its_package) {}
+  void invoke(const ccos::COSClient* client, int& nOut, ccos::COSValue* outputs, int nIn,
+              const ccos::COSValue* inputs) const override {
+    const int before = alive;
+    package_->addMethod(new Sum(getName()));
+    EXPECT_EQ(alive, before + 1);
+    Sum::invoke(client, nOut, outputs, nIn, inputs);
+  }
+
+ private:
+  ccos::COSPackage* package_;
+};
+
+TEST_F(Packages, AMethodMayReplaceItselfWhileItRuns) {
+  ccos::COSPackage& own = *added("packages_replacing").package;
+  const int before = Sum::alive;
+  own.addMethod(new SelfReplacing("f", own));
+  EXPECT_EQ(value_of("packages_replacing.f(1) + packages_replacing.f(2)"), "3");
+  EXPECT_EQ(Sum::alive, before + 1);
+}
+
 TEST_F(Packages, UnknownNamesTellTheNearest) {
   added("packages_known");
   EXPECT_EQ(value_of("packages_known.late(1)"), "1");

@@ -123,8 +123,8 @@ TEST_F(ModelMethods, StandInThePackageBelowTheGraphCores) {
 
 TEST_F(ModelMethods, TellTheirSignaturesAndTexts) {
   for (const char* name : {"graph", "runtimeParameterInfo"}) {
-    const ccos::COSMethodInfo* method = embedded::class_system::find_package("kinemo.gl.gt")->method(name);
-    ASSERT_NE(dynamic_cast<const kmf::ccos::MethodInfo*>(method), nullptr);
+    const auto method = embedded::class_system::find_package("kinemo.gl.gt")->method(name);
+    ASSERT_NE(dynamic_cast<const kmf::ccos::MethodInfo*>(method.get()), nullptr);
     EXPECT_STREQ(method->getName(), name);
     const ccos::COSMethodSignature& signature = *method->getMethodSignature();
     ASSERT_EQ(signature.leastInputs(), 2U);
