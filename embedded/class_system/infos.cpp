@@ -1,4 +1,5 @@
-// The infos of methods and packages: what they answer where their authors say nothing, and their memory.
+// Signatures, and the infos of methods and packages: what infos answer where their authors say nothing, and the memory
+// of them all.
 
 #include "platform/class_system/class_system.hpp"
 #include "platform/class_system/method_info.hpp"
@@ -6,6 +7,9 @@
 #include <new>
 
 namespace ccos {
+
+COSMethodSignature::COSMethodSignature() = default;
+COSMethodSignature::~COSMethodSignature() = default;
 
 COSMethodSignature* COSMethodSignature::createMethodSignature() {
   return new COSMethodSignature();
@@ -20,8 +24,22 @@ void COSMethodSignature::addOptionalInputType(const COSNameID& type) {
   inputs_.push_back(type);
 }
 
-// Libraries of one process may bring C++ run-times of their own: an info is made and ended here, whoever does it.
+void COSMethodSignature::setFurtherInputType(const COSNameID& type) {
+  further_.assign(1, type);
+}
 
+void COSMethodSignature::addOutputType(const COSNameID& type) {
+  outputs_.push_back(type);
+}
+
+// Libraries of one process may bring C++ run-times of their own: all these are made and ended here, whoever does it.
+
+void* COSMethodSignature::operator new(std::size_t size) {
+  return ::operator new(size);
+}
+void COSMethodSignature::operator delete(void* memory) noexcept {
+  ::operator delete(memory);
+}
 void* COSMethodInfo::operator new(std::size_t size) {
   return ::operator new(size);
 }

@@ -19,9 +19,17 @@ using COSValue = cvArray_tag*;
 
 enum class COSMemberAccess { Public, Protected, Private };
 
-/// The types that a method takes and gives. The caller's inputs are held against it before the method runs.
+/// The types that a method takes and gives. The caller's inputs are held against it before the method runs. What it
+/// holds is the class system's own memory, whoever fills and ends it.
 class KINEMO_PLATFORM_API COSMethodSignature {
  public:
+  COSMethodSignature();
+  COSMethodSignature(const COSMethodSignature&) = delete;
+  COSMethodSignature& operator=(const COSMethodSignature&) = delete;
+  ~COSMethodSignature();
+  static void* operator new(std::size_t size);
+  static void operator delete(void* memory) noexcept;
+
   /// An empty one, which the caller owns. Ended by `delete`.
   static COSMethodSignature* createMethodSignature();
 
@@ -29,8 +37,8 @@ class KINEMO_PLATFORM_API COSMethodSignature {
   /// An input that may be left out, behind all that must be given.
   void addOptionalInputType(const COSNameID& type);
   /// Any number of further inputs of this type.
-  void setFurtherInputType(const COSNameID& type) { further_.assign(1, type); }
-  void addOutputType(const COSNameID& type) { outputs_.push_back(type); }
+  void setFurtherInputType(const COSNameID& type);
+  void addOutputType(const COSNameID& type);
 
   std::size_t leastInputs() const { return required_; }
   bool takesFurtherInputs() const { return !further_.empty(); }
