@@ -30,7 +30,10 @@ void Class::createInstance(ccos::COSInterfacePtr& object) {
 }
 
 void Class::construct(ccos::COSInterfacePtr& object) {
-  if (definition_.construct) object->setNativePointer(name_, definition_.construct());
+  if (!definition_.construct) return;
+  void* former = object->getNativePointer(name_);
+  object->setNativePointer(name_, definition_.construct());
+  if (former && definition_.destroy) definition_.destroy(former);
 }
 
 std::shared_ptr<const ccos::COSMethodInfo> Class::method(const std::string& name) const {

@@ -15,7 +15,8 @@ class KINEMO_PLATFORM_API COSClass {
 
   /// Makes an object that isn't constructed, in place of what `object` refers to.
   virtual void createInstance(COSInterfacePtr& object) = 0;
-  /// Runs the class's constructor without inputs, which may give the object a native pointer.
+  /// Runs the class's constructor without inputs, which may give the object a native pointer. What was behind that of
+  /// an object that is constructed again is ended.
   virtual void construct(COSInterfacePtr& object) = 0;
   virtual const COSNameID& getNameID() const = 0;
 
