@@ -19,24 +19,22 @@ class KinemoInfo : public ccos::COSPackageInfo {
   ccos::COSPackage* package_ = nullptr;
 };
 
-/// Loads the classes when one of them is asked for.
+/// Loads a class when it is asked for.
 class GlInfo : public ccos::COSPackageInfo {
  public:
   const char* getName() const override { return "gl"; }
   const char* getDescription() const override { return "Graphs of compiled models and their run-time parameters."; }
   void setPackage(ccos::COSPackage* package) override { package_ = package; }
   bool attemptToLoadClass(const ccos::COSNameID& name) override {
-    if (loaded_ || (name != "Graph" && name != "RuntimeParameterInfo")) return false;
-    loaded_ = true;
-    class_system::add_class(graph_class());
-    class_system::add_class(parameter_info_class());
+    const bool graph = name == "Graph";
+    if (!graph && name != "RuntimeParameterInfo") return false;
+    class_system::add_class(graph ? graph_class() : parameter_info_class());
     return true;
   }
   ccos::COSPackage* package() const { return package_; }
 
  private:
   ccos::COSPackage* package_ = nullptr;
-  bool loaded_ = false;
 };
 
 ccos::COSPackage* make_gl_package() {
@@ -51,7 +49,7 @@ ccos::COSPackage* make_gl_package() {
 
 void load() {
   gl::cvi::gl_package();
-  class_system::find_class(graph_class_name);
+  for (const char* name : {graph_class_name, parameter_info_class_name}) class_system::find_class(name);
 }
 
 void throw_with_nearest(kmf::MessageException error, const std::string& name, const std::vector<std::string>& known) {
