@@ -49,11 +49,11 @@ Environment::Environment() : parts_(std::make_unique<Parts>()) {
 
 Environment::~Environment() {
   closeDiagrams();
+  scripting_runtime::base_workspace().clear();  // what modules made may stand in it
   // A module may stand on one that came before it.
   while (!parts_->modules.empty()) parts_->modules.pop_back();
   unregisterKernelFunctions();
   block_diagram::unregisterHostFunctions();
-  scripting_runtime::base_workspace().clear();
   environment_exists = false;
 }
 

@@ -1,6 +1,8 @@
 #include "embedded/environment/environment.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "embedded/class_system/classes.hpp"
+#include "embedded/class_system/objects.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
@@ -125,6 +127,24 @@ TEST(EnvironmentTest, ItsEndClosesDiagramsAndReleasesAllArrays) {
   EXPECT_EQ(closing.count, 2);
   EXPECT_TRUE(Diagram::open().empty());
   EXPECT_EQ(cvLiveArrayCount(), before);
+}
+
+TEST(EnvironmentTest, TheWorkspaceEndsBeforeTheModules) {
+  static int ended = 0;
+  auto definition = embedded::class_system::class_around<int>("test.Ending");
+  definition.destroy = [](void* native) {
+    EXPECT_NE(gt_find_prototype("module_test/part"), nullptr) << "what a module made may need its code";
+    ++ended;
+    delete static_cast<int*>(native);
+  };
+  embedded::class_system::add_class(std::move(definition));
+  {
+    Environment environment;
+    environment.loadDomain(module(good));
+    embedded::scripting_runtime::base_workspace().set(
+        "x", embedded::class_system::array_of(embedded::class_system::object_around("test.Ending", 1)));
+  }
+  EXPECT_EQ(ended, 1);
 }
 
 TEST(EnvironmentTest, TheHostsFunctionsAreThereAsLongAsTheEnvironment) {
