@@ -54,7 +54,10 @@ void registerHostFunctions() {
 }
 
 void unregisterHostFunctions() {
-  for (const HostFunction& entry : functions) kmf::unregister_corvane_function(entry.name);
+  for (const HostFunction& entry : functions) {
+    kmf::unregister_corvane_function(entry.name);
+    scripting_runtime::forget_help(entry.name);
+  }
   closeDictionaries();
   forgetIcons();
 }

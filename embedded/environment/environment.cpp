@@ -11,12 +11,11 @@
 #include "platform/foundation/warning.hpp"
 
 #include <exception>
+#include <utility>
 
 namespace embedded {
 
 namespace {
-
-bool environment_exists = false;
 
 /// Closes what is open, the latest diagram first. A listener that fails doesn't keep the others from closing.
 void closeDiagrams() {
@@ -31,30 +30,49 @@ void closeDiagrams() {
   }
 }
 
+bool environment_exists = false;
+
+/// There is one environment as long as this is there.
+struct OnlyOne {
+  OnlyOne() {
+    if (std::exchange(environment_exists, true)) kmf::throw_message("kinemo:host:modules", "EnvironmentInUse");
+  }
+  ~OnlyOne() { environment_exists = false; }
+};
+
+struct HostFunctions {
+  HostFunctions() { block_diagram::registerHostFunctions(); }
+  ~HostFunctions() { block_diagram::unregisterHostFunctions(); }
+};
+
+/// Those of a kernel that the program is linked with, or later of one that comes with a domain.
+struct KernelFunctions {
+  KernelFunctions() {
+    class_system::install_dispatch();
+    graph_core_scripting::load();
+    if (QueryFunctionTable* query = linkedKernelTable()) registerKernelFunctions(query());
+  }
+  ~KernelFunctions() { unregisterKernelFunctions(); }
+};
+
 }  // namespace
 
+/// In the order in which they are assembled; where one fails, those before it are taken back.
 struct Environment::Parts {
+  OnlyOne only_one;
+  HostFunctions host_functions;
+  KernelFunctions kernel_functions;
   std::vector<std::unique_ptr<Module>> modules;
   std::vector<std::string> domains;
 };
 
-Environment::Environment() : parts_(std::make_unique<Parts>()) {
-  if (environment_exists) kmf::throw_message("kinemo:host:modules", "EnvironmentInUse");
-  block_diagram::registerHostFunctions();
-  class_system::install_dispatch();
-  graph_core_scripting::load();
-  if (QueryFunctionTable* query = linkedKernelTable()) registerKernelFunctions(*query());
-  environment_exists = true;
-}
+Environment::Environment() : parts_(std::make_unique<Parts>()) {}
 
 Environment::~Environment() {
   closeDiagrams();
   scripting_runtime::base_workspace().clear();  // what modules made may stand in it
   // A module may stand on one that came before it.
   while (!parts_->modules.empty()) parts_->modules.pop_back();
-  unregisterKernelFunctions();
-  block_diagram::unregisterHostFunctions();
-  environment_exists = false;
 }
 
 std::string Environment::loadDomain(const std::string& file) {
@@ -66,7 +84,7 @@ std::string Environment::loadDomain(const std::string& file) {
   }
   module->load(&block_diagram::hostContext());
   if (linkedKernelTable() == nullptr) {  // the kernel comes with the first domain
-    if (auto* query = module->exported<QueryFunctionTable>(kernel_table_symbol)) registerKernelFunctions(*query());
+    if (auto* query = module->exported<QueryFunctionTable>(kernel_table_symbol)) registerKernelFunctions(query());
   }
   parts_->domains.push_back(module->name());
   parts_->modules.push_back(std::move(module));

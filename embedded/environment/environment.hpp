@@ -10,6 +10,8 @@ namespace embedded {
 /// begin with one; there is at most one at a time. Diagrams that are still open at its end are closed.
 class Environment {
  public:
+  /// @throws "kinemo:host:modules" "EnvironmentInUse", or "FunctionTableDoesNotFit" (what differs) for the linked
+  /// kernel
   Environment();
   ~Environment();
   Environment(const Environment&) = delete;
@@ -17,7 +19,9 @@ class Environment {
 
   /// Opens a domain module and lets it register its blocks; returns the domain's name.
   /// @throws "kinemo:host:modules" "CannotOpenModule" (file, system's text), "NotADomainModule" (file),
-  /// "ModuleDoesNotFit" (file, its interface number, ours)
+  /// "ModuleDoesNotFit" (file, its interface number, ours), "DomainAlreadyLoaded" (name, file before, file),
+  /// "FunctionTableDoesNotFit" (what differs) for the kernel that comes with the module, and what the module raises. A
+  /// module that fails isn't kept.
   std::string loadDomain(const std::string& file);
   const std::vector<std::string>& domains() const;
 

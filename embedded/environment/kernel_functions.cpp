@@ -64,9 +64,13 @@ void set_help(const KernelFunction& function) {
   kmf::throw_message(kGroup, "FunctionTableDoesNotFit", difference);
 }
 
-void check(const cvFunctionTable& table) {
+/// Marks first: other words of a table that isn't ours mean nothing.
+void check(const cvFunctionTable* given) {
+  if (given == nullptr) refuse("no table");
+  const cvFunctionTable& table = *given;
   if (table.firstMark != kExpected.firstMark || table.secondMark != kExpected.secondMark) refuse("marks");
   if (table.version != kExpected.version) refuse("version " + std::to_string(table.version));
+  if (table.entries == nullptr) refuse("no list of functions");
   for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
     if (table.entries[i] == nullptr) refuse(std::to_string(i) + " functions");
   }
@@ -90,18 +94,22 @@ QueryFunctionTable* linkedKernelTable() noexcept {
   return QueryCVFcnTable_kinemo_common_gl_gti_kernel;
 }
 
-void registerKernelFunctions(const cvFunctionTable& table) {
+void registerKernelFunctions(const cvFunctionTable* table) {
   check(table);
   for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
     const KernelFunction& function = kFunctions[i];
-    kmf::register_corvane_function(function.name, guarded(function.name, table.entries[i]));
+    kmf::register_corvane_function(function.name, guarded(function.name, table->entries[i]));
     set_help(function);
   }
   for (const KernelFunction& method : kMethods) set_help(method);
 }
 
 void unregisterKernelFunctions() {
-  for (const KernelFunction& function : kFunctions) kmf::unregister_corvane_function(function.name);
+  for (const KernelFunction& function : kFunctions) {
+    kmf::unregister_corvane_function(function.name);
+    scripting_runtime::forget_help(function.name);
+  }
+  for (const KernelFunction& method : kMethods) scripting_runtime::forget_help(method.name);
 }
 
 }  // namespace embedded

@@ -12,9 +12,10 @@ using QueryFunctionTable = const cvFunctionTable*();
 QueryFunctionTable* linkedKernelTable() noexcept;
 /// Makes the functions of the kernel's table known to the runtime, with their help: gl.gti.iconStyling,
 /// gl.gti.loggingSupported and gl.gti.portName.
-/// @throws "kinemo:host:modules" "FunctionTableDoesNotFit" (what differs) for marks, a version or a count of functions
-/// that aren't the expected ones, and then nothing is made known
-void registerKernelFunctions(const cvFunctionTable& table);
+/// @throws "kinemo:host:modules" "FunctionTableDoesNotFit" (what differs) for a null table or list, and for marks, a
+/// version or a count of functions that aren't the expected ones, and then nothing is made known
+void registerKernelFunctions(const cvFunctionTable* table);
+/// Takes back the functions and all help.
 void unregisterKernelFunctions();
 
 }  // namespace embedded

@@ -64,6 +64,10 @@ void set_help(const std::string& name, Help help) {
   texts()[name] = std::move(help);
 }
 
+void forget_help(const std::string& name) {
+  texts().erase(name);
+}
+
 const Help* find_help(const std::string& name) {
   const auto found = texts().find(name);
   return found == texts().end() ? nullptr : &found->second;

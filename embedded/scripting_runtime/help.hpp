@@ -17,7 +17,9 @@ struct Help {
 /// Names are those that users type, such as "sin", "kinemo.gl.gt.graph" or "kinemo.gl.Graph.nodes". Replaces an earlier
 /// text.
 void set_help(const std::string& name, Help help);
-/// Null for an unknown name; valid until the name's help is set again.
+/// For who takes the function back. Unknown names are left alone.
+void forget_help(const std::string& name);
+/// Null for an unknown name; valid until the name's help is set again or forgotten.
 const Help* find_help(const std::string& name);
 /// Sorted.
 std::vector<std::string> help_topics();

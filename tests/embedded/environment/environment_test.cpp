@@ -20,7 +20,7 @@ namespace {
 using embedded::Environment;
 using embedded::block_diagram::Diagram;
 
-enum Variant { good = 0, other_interface = 1, failing = 2, none = 3 };
+enum Variant { good = 0, other_interface = 1, failing = 2, none = 3, other_kernel = 4 };
 
 std::string module(Variant variant) {
   return MODULE_FOLDER "/libenvironment_module_" + std::to_string(variant) + MODULE_SUFFIX;
@@ -77,9 +77,12 @@ TEST(EnvironmentTest, FilesThatAreNoModuleAreToldApart) {
 
 TEST(EnvironmentTest, AModuleThatFailsToLoadLeavesNothing) {
   Environment environment;
-  EXPECT_EQ(errorOf([&] { environment.loadDomain(module(failing)); }), "LoadFailed");
-  EXPECT_EQ(gt_find_prototype("module_test/part"), nullptr);
-  EXPECT_TRUE(environment.domains().empty());
+  for (const auto& [variant, error] :
+       {std::pair(failing, "LoadFailed"), {other_kernel, "FunctionTableDoesNotFit(version 2)"}}) {
+    EXPECT_EQ(errorOf([variant = variant, &environment] { environment.loadDomain(module(variant)); }), error);
+    EXPECT_EQ(gt_find_prototype("module_test/part"), nullptr);
+    EXPECT_TRUE(environment.domains().empty());
+  }
   EXPECT_EQ(environment.loadDomain(module(good)), "module_test");
 }
 

@@ -1,9 +1,10 @@
 // A domain module of one block, in the variants that a program may come across: VARIANT 0 is a good one, 1 is built for
-// another interface, 2 fails while it loads, 3 is none at all.
+// another interface, 2 fails while it loads, 3 is none at all, 4 brings a kernel that doesn't fit.
 
 #include "platform/block_diagram/library.hpp"
 #include "platform/block_diagram/mask.hpp"
 #include "platform/foundation/exception.hpp"
+#include "platform/scripting_runtime/function_table.hpp"
 
 #include <boost/make_shared.hpp>
 
@@ -36,4 +37,11 @@ class Part : public GTBlock {
 #if VARIANT != 3
 extern "C" __attribute__((visibility("default"))) const KinemoDomainModule kinemo_domain_module = {
     VARIANT == 1 ? KINEMO_DOMAIN_ABI + 41 : KINEMO_DOMAIN_ABI, "module_test", load, unload};
+#endif
+
+#if VARIANT == 4
+extern "C" __attribute__((visibility("default"))) const cvFunctionTable* QueryCVFcnTable_kinemo_common_gl_gti_kernel() {
+  static constexpr cvFunctionTable table{nullptr, 0x3defa4fb, 0x5a7a3667, 2};
+  return &table;
+}
 #endif

@@ -91,16 +91,19 @@ TEST_F(FunctionTable, OtherTablesAreRefused) {
   cvFunctionTable other = sound;
   other.secondMark = 1;
   const std::string error = "kinemo:host:modules:FunctionTableDoesNotFit";
-  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(other); }), error + "(marks)");
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(&other); }), error + "(marks)");
   other = sound;
   other.version = 4;
-  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(other); }), error + "(version 4)");
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(&other); }), error + "(version 4)");
   const cvEntryFunction two[] = {sound.entries[0], sound.entries[1], nullptr};
   const cvEntryFunction four[] = {sound.entries[0], sound.entries[1], sound.entries[2], sound.entries[0], nullptr};
   other = {two, sound.firstMark, sound.secondMark, sound.version};
-  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(other); }), error + "(2 functions)");
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(&other); }), error + "(2 functions)");
   other.entries = four;
-  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(other); }), error + "(more functions)");
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(&other); }), error + "(more functions)");
+  other.entries = nullptr;
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(&other); }), error + "(no list of functions)");
+  EXPECT_EQ(error_of([&] { embedded::registerKernelFunctions(nullptr); }), error + "(no table)");
 }
 
 TEST_F(FunctionTable, FunctionsHaveHelp) {
