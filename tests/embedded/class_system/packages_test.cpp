@@ -44,6 +44,16 @@ class Sum : public ccos::COSMethodInfo {
 struct TopTag {
   static const char* name() { return "packages_top"; }
 };
+struct TimesTag {
+  static const char* name() {
+    ++asked;
+    return "packages_times";
+  }
+  static inline int asked = 0;
+};
+struct CountedTag {
+  static const char* name() { return "packages_counted"; }
+};
 struct InnerTag {
   static const char* name() { return "packages_inner"; }
 };
@@ -102,6 +112,39 @@ TEST_F(Packages, AreTopLevelOnlyWithoutAParent) {
   EXPECT_THAT(scripting_runtime::package_contents(""), Not(Contains("packages_inner")));
   EXPECT_EQ(Sum::alive, before + 2) << "a method that was replaced is ended";
   EXPECT_EQ(value_of("packages_top.packages_inner.sum(2, 3) + packages_top.sum(1)"), "6");
+}
+
+/// A parent that counts what is added to it.
+class CountingParent : public ccos::COSPackage {
+ public:
+  explicit CountingParent(ccos::COSPackage& child) : child_(&child) {}
+  void addSubPackage(ccos::COSPackageInfo* info) override {
+    ++added;
+    info->setPackage(child_);
+  }
+  void addMethod(ccos::COSMethodInfo*) override { ADD_FAILURE() << "methods belong into the package"; }
+  std::string getPath() const override { return "counting"; }
+
+  int added = 0;
+
+ private:
+  ccos::COSPackage* child_;
+};
+
+TEST_F(Packages, AreAddedToTheirParentWithEachMethodButOnceAtTheTop) {
+  using Counted = kmf::ccos::PackageInfo<CountedTag>;
+  using Times = kmf::ccos::PackageInfo<TimesTag>;
+  static CountingParent parent(*added("packages_child").package);
+  Counted::ensure(&parent);
+  EXPECT_EQ(parent.added, 0);
+  for (const char* name : {"a", "b"}) Counted::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum(name)));
+  EXPECT_EQ(parent.added, 2);
+  EXPECT_EQ(value_of("packages_child.a(1) + packages_child.b(2)"), "3");
+  Times::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum("a")));
+  const int asked = TimesTag::asked;
+  Times::add(boost::shared_ptr<ccos::COSMethodInfo>(new Sum("b")));
+  EXPECT_EQ(TimesTag::asked, asked) << "the class system has no reason to ask for the name again";
+  EXPECT_EQ(value_of("packages_times.a(1) + packages_times.b(2)"), "3");
 }
 
 TEST_F(Packages, LoadWhatIsAskedFor) {

@@ -4,6 +4,7 @@
 #include "embedded/class_system/classes.hpp"
 #include "embedded/class_system/objects.hpp"
 #include "embedded/compile_layer/compile.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/block_diagram/events.hpp"
@@ -130,6 +131,29 @@ TEST(EnvironmentTest, ItsEndClosesDiagramsAndReleasesAllArrays) {
   EXPECT_EQ(closing.count, 2);
   EXPECT_TRUE(Diagram::open().empty());
   EXPECT_EQ(cvLiveArrayCount(), before);
+}
+
+TEST(EnvironmentTest, GraphsOfScriptsMayOutliveIt) {
+  const std::size_t before = omLiveObjectCount();
+  cvUniquePtr kept;
+  {
+    Environment environment;
+    environment.loadDomain(PHYSICAL_MODULE);
+    Diagram& diagram = Diagram::create("m");
+    diagram.root().addBlock(u"R", "physical/resistor");
+    embedded::compile_layer::compile(diagram);
+    namespace runtime = embedded::scripting_runtime;
+    const auto graph = [] {
+      return runtime::evaluate("kinemo.gl.gt.graph('physical', 'm')", runtime::Scope(runtime::base_workspace()));
+    };
+    runtime::base_workspace().set("g", graph());
+    kept = graph();
+    EXPECT_EQ(omLiveObjectCount(), before + 2);
+  }
+  EXPECT_EQ(omLiveObjectCount(), before + 1) << "the one of the workspace is gone";
+  const cvUniquePtr copy(cvCreateSharedCopy(kept.get()));
+  kept.reset();
+  EXPECT_EQ(cvGetClassName(copy.get()), "kinemo.gl.Graph");
 }
 
 TEST(EnvironmentTest, TheWorkspaceEndsBeforeTheModules) {

@@ -26,6 +26,7 @@ namespace gl::gti::test {
 /// What all blocks of the kind do.
 struct Behaviour {
   BlockDescriptor descriptor;
+  std::function<void()> describe;  ///< before the descriptor is told; may throw
   std::function<void(CoreBlockFacade&)> check;
   gl::core::Component component;
   int registrations = 0;
@@ -41,7 +42,10 @@ class PartInfo final : public CoreBlockInfo {
     block.registerParameters(CommonBlockParams::get());
     ++behaviour_->registrations;
   }
-  const BlockDescriptor& descriptor() const override { return behaviour_->descriptor; }
+  const BlockDescriptor& descriptor() const override {
+    if (behaviour_->describe) behaviour_->describe();
+    return behaviour_->descriptor;
+  }
   void checkParameters(CoreBlockFacade& block) override {
     ++checks_;
     behaviour_->descriptor.description(u"checked " + ustring(1, static_cast<char16_t>(u'0' + checks_)));

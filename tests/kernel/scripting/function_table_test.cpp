@@ -63,6 +63,8 @@ TEST_F(FunctionTable, SwitchIsReadAndSet) {
   EXPECT_EQ(error_of([] { value_of("gl.gti.iconStyling([true false])"); }), group + "NotLogicalScalar(logical, 2)");
   EXPECT_EQ(error_of([] { value_of("gl.gti.iconStyling(false, false)"); }), group + "TooManyInputs(2, 1)");
   EXPECT_TRUE(icon_styling_switch()) << "a refused input changes nothing";
+  EXPECT_EQ(value_of("gl.gti.iconStyling(false)"), "false");
+  EXPECT_FALSE(icon_styling_switch());
 }
 
 TEST_F(FunctionTable, LoggingIsAskedOfTheKindOfACoreBlock) {
@@ -84,6 +86,21 @@ TEST_F(FunctionTable, PortsAreNamedByHandles) {
   EXPECT_EQ(error_of([] { value_of("gl.gti.portName(x, 0.5)"); }),
             "kinemo:host:modules:UnknownPortHandle(gl.gti.portName)");
   EXPECT_EQ(error_of([] { value_of("gl.gti.portName(x)"); }), "kinemo:scripting:runtime:TooFewInputs(1, 2)");
+}
+
+/// As domains may raise; it can't be copied with its type.
+struct ClientError : kmf::AttributedException {};
+
+TEST_F(FunctionTable, ErrorsKeepTheirTypes) {
+  const cvUniquePtr block(cvCreateDoubleScalar(cvGetScalar(base_workspace().get("x"))));
+  cvArray_tag* input = block.get();
+  cvArray_tag* output = nullptr;
+  const cvEntryFunction entry = QueryCVFcnTable_kinemo_common_gl_gti_kernel()->entries[1];
+  EXPECT_THROW(entry(1, &output, 0, nullptr), kmf::MessageException);
+  behaviour->describe = [] { throw ClientError(); };
+  EXPECT_THROW(entry(1, &output, 1, &input), ClientError);
+  behaviour->describe = nullptr;
+  EXPECT_EQ(output, nullptr);
 }
 
 TEST_F(FunctionTable, OtherTablesAreRefused) {
@@ -111,6 +128,8 @@ TEST_F(FunctionTable, FunctionsHaveHelp) {
                            "kinemo.gl.gt.runtimeParameterInfo"}) {
     EXPECT_NE(embedded::scripting_runtime::find_help(name), nullptr) << name;
   }
+  EXPECT_THAT(embedded::scripting_runtime::help_text("kinemo.gl.gt.graph"),
+              testing::HasSubstr("\nReturns the graph constructed for the given"));
 }
 
 }  // namespace

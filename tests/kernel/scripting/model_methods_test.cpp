@@ -28,9 +28,13 @@ cvUniquePtr value_of(const std::string& text) {
   return evaluate(text, Scope(base_workspace()));
 }
 
-const gl::core::Graph& graph_in(const cvArray_tag* array) {
-  const ccos::COSInterfacePtr object = omGetArrayElement(array, 0);
-  return *static_cast<gl::core::Graph*>(object->getNativePointer("kinemo.gl.Graph"));
+template <class T>
+T& native_in(const cvArray_tag* array, const char* class_name) {
+  return *static_cast<T*>(omGetArrayElement(array, 0)->getNativePointer(class_name));
+}
+
+gl::core::Graph& graph_in(const cvArray_tag* array) {
+  return native_in<gl::core::Graph>(array, "kinemo.gl.Graph");
 }
 
 /// Two parts in a row, compiled by the domain "test". No object may be left at a test's end.
@@ -65,10 +69,47 @@ TEST_F(ModelMethods, EachCallGivesANewObjectWithACopyOfItsOwn) {
   const cvUniquePtr first = value_of("kinemo.gl.gt.graph('test', 'm')");
   const cvUniquePtr second = value_of("kinemo.gl.gt.graph('test', 'm')");
   EXPECT_NE(omGetArrayElement(first.get(), 0), omGetArrayElement(second.get(), 0));
-  auto* changed = const_cast<gl::core::Graph*>(&graph_in(first.get()));
-  changed->insert(kmf::VnId("more"), gl::core::Node());
-  EXPECT_NE(*changed, graph_in(second.get()));
+  graph_in(first.get()).insert(kmf::VnId("more"), gl::core::Node());
+  EXPECT_NE(graph_in(first.get()), graph_in(second.get()));
   EXPECT_EQ(graph_in(second.get()), graph());
+}
+
+TEST_F(ModelMethods, SoDoCallsForRunTimeParameters) {
+  diagram.setVariable("R1", u"1000", "Ohm", true);
+  intake();
+  const cvUniquePtr first = value_of("kinemo.gl.gt.runtimeParameterInfo('test', 'm')");
+  const cvUniquePtr second = value_of("kinemo.gl.gt.runtimeParameterInfo('test', 'm')");
+  const auto info_in = [](const cvUniquePtr& array) -> gl::core::RuntimeParameterInfo& {
+    return native_in<gl::core::RuntimeParameterInfo>(array.get(), "kinemo.gl.RuntimeParameterInfo");
+  };
+  info_in(first).addNonValueParameter("more");
+  EXPECT_NE(info_in(first), info_in(second));
+  EXPECT_EQ(info_in(second), manager().model(key(), "m").runtimeParameters());
+  EXPECT_THAT(info_in(second).runtimeParameters(), ElementsAre(kmf::VnId("R1")));
+}
+
+TEST_F(ModelMethods, TellThatTheyWroteOneOutput) {
+  intake();
+  const cvUniquePtr test(cvCreateString("test"));
+  const cvUniquePtr m(cvCreateString("m"));
+  const cvUniquePtr nowhere(cvCreateString("nowhere"));
+  const GraphMethod graph_method;
+  const RuntimeParameterInfoMethod info_method;
+  for (const ccos::COSMethodInfo* method :
+       std::initializer_list<const ccos::COSMethodInfo*>{&graph_method, &info_method}) {
+    for (const int wanted : {0, 1, 5}) {
+      int nOut = wanted;
+      ccos::COSValue outputs[5] = {};
+      const ccos::COSValue wrong[] = {test.get(), nowhere.get()};
+      EXPECT_THROW(method->invoke(nullptr, nOut, outputs, 2, wrong), kmf::MessageException);
+      EXPECT_THAT(outputs, testing::Each(nullptr)) << "an error leaves the outputs";
+      const ccos::COSValue inputs[] = {test.get(), m.get()};
+      method->invoke(nullptr, nOut, outputs, 2, inputs);
+      const cvUniquePtr output(outputs[0]);
+      EXPECT_EQ(nOut, 1) << wanted;
+      EXPECT_TRUE(omIsCCOSArray(output.get()) && outputs[1] == nullptr);
+    }
+  }
 }
 
 TEST_F(ModelMethods, SeeWhatWasRecordedLast) {
@@ -94,14 +135,23 @@ TEST_F(ModelMethods, UnknownDomainsAreToldWhetherOrNotTheModelExists) {
   }
 }
 
-TEST_F(ModelMethods, InputsAreTwoTexts) {
+TEST_F(ModelMethods, TakeTwoTextsAndGiveOneObject) {
+  intake();
   const std::string classes = "kinemo:scripting:classes:";
-  EXPECT_EQ(error_of([] { value_of("kinemo.gl.gt.graph('test')"); }),
-            classes + "TooFewInputs(kinemo.gl.gt.graph, 1, 2)");
-  EXPECT_EQ(error_of([] { value_of("kinemo.gl.gt.graph('test', 'm', 1)"); }),
-            classes + "TooManyInputs(kinemo.gl.gt.graph, 3, 2)");
-  EXPECT_EQ(error_of([] { value_of("kinemo.gl.gt.graph(1, 'm')"); }), "kinemo:scripting:array:NotText(double)");
-  EXPECT_EQ(error_of([] { value_of("kinemo.gl.gt.graph('test', {})"); }), "kinemo:scripting:array:NotText(cell)");
+  const std::string not_text = "kinemo:scripting:array:NotText";
+  for (const std::string method : {"kinemo.gl.gt.graph", "kinemo.gl.gt.runtimeParameterInfo"}) {
+    const auto error = [&](const char* inputs, int wanted = 1) {
+      return error_of(
+          [&] { embedded::scripting_runtime::evaluate_outputs(method + inputs, Scope(base_workspace()), wanted); });
+    };
+    EXPECT_EQ(error("()"), classes + "TooFewInputs(" + method + ", 0, 2)");
+    EXPECT_EQ(error("('test')"), classes + "TooFewInputs(" + method + ", 1, 2)");
+    EXPECT_EQ(error("('test', 'm', 1)"), classes + "TooManyInputs(" + method + ", 3, 2)");
+    EXPECT_EQ(error("(1, 'm')"), not_text + "(double)");
+    EXPECT_EQ(error("('test', {})"), not_text + "(cell)");
+    EXPECT_EQ(error("('other', {})"), not_text + "(cell)") << "both are read before the domain is looked up";
+    EXPECT_EQ(error("('test', 'm')", 2), "kinemo:scripting:runtime:TooManyOutputs(" + method + ", 2)");
+  }
 }
 
 TEST_F(ModelMethods, FailedCompilesLeaveNoObjects) {
