@@ -100,7 +100,7 @@ ustring position_from(const cvArray_tag* array) {
   bool good = cvIsNumeric(array) && !cvIsComplex(array) && cvGetNumberOfElements(array) == numbers.size();
   for (std::size_t i = 0; good && i < numbers.size(); ++i) {
     numbers[i] = cvGetElement(array, i);
-    good = std::isfinite(numbers[i]);
+    good = std::isfinite(numbers[i]) && (i < 2 || numbers[i] >= 0);
   }
   if (!good) kmf::throw_message(diagram_messages, "BadPlace");
   return kmf::utf8_string_to_ustring(

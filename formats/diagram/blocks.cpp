@@ -98,6 +98,10 @@ bool read_position(const Scope& scope, GTBlock& block, const YamlNode& at) {
     if (!number) return false;
     numbers[i] = *number;
   }
+  if (numbers[2] < 0 || numbers[3] < 0) {
+    scope.error(at, "diagram:bad-value", "width and height of 'at' can't be negative", "[x, y, width, height]");
+    return false;
+  }
   const std::string text =
       fmt::format("[{} {} {} {}]", numbers[0], numbers[1], numbers[0] + numbers[2], numbers[1] + numbers[3]);
   host::setProperty(block, "Position", kmf::utf8_string_to_ustring(text));

@@ -22,7 +22,7 @@ constexpr double port_distance = 20;
 constexpr double label_share = 0.7;
 constexpr double name_share = 0.9;
 constexpr double value_share = 0.8;
-constexpr double caption_distance = 3;
+constexpr double caption_distance = 4;
 constexpr std::size_t longest_name = 32;
 constexpr std::size_t longest_value = 20;
 
@@ -166,6 +166,11 @@ BlockShape ShapeMaker::make(const GTBlock& block) {
 
 layout::Size ShapeMaker::label_size(const ustring& text) {
   const drawing::Size size = measure_(text, stub_share);
+  return {size.width, size.height};
+}
+
+layout::Size ShapeMaker::net_name_size(const ustring& text) {
+  const drawing::Size size = measure_(text, net_name_share);
   return {size.width, size.height};
 }
 

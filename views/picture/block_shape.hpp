@@ -36,6 +36,8 @@ class ShapeMaker {
   BlockShape make(const GTBlock& block);
   /// Of a text beside a stub.
   layout::Size label_size(const ustring& text);
+  /// Of a name beside a line.
+  layout::Size net_name_size(const ustring& text);
 
  private:
   layout::Size size_of(const GTBlock& block);
@@ -49,6 +51,8 @@ class ShapeMaker {
 
 /// Font of labels at stubs, as a share.
 constexpr double stub_share = 0.85;
+/// Font of names beside lines.
+constexpr double net_name_share = 0.75;
 
 /// The sign of an I/O port: a box with a point toward the inside of its subsystem.
 bool points_right(const GTBlock& io_port);

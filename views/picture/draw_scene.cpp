@@ -17,6 +17,7 @@ constexpr double line_width = 1.5;  // as the leads of icons
 constexpr double mark_width = 8;
 constexpr double dot_radius = 2.8;
 constexpr double port_mark_radius = 6;
+constexpr double outline_distance = 2;  // clear of the names below blocks
 
 using Points = std::vector<drawing::Point>;
 
@@ -78,6 +79,9 @@ class Painter {
     const layout::Route& route = scene_.drawing.routes[i];
     const double width = marks_.nets.count(net.ports) != 0 ? 2 * line_width : line_width;
     for (const auto& line : route.lines) canvas_.drawLine(points_of(line), net.color, width);
+    if (net.label) {
+      canvas_.drawText(net.name, at(*net.label), GT_ALIGN_LEFT, GT_ALIGN_TOP, net.color, net_name_share);
+    }
     for (const layout::Point& dot : route.dots) canvas_.drawDot(at(dot), net.color, dot_radius);
     for (const layout::Stub& stub : route.stubs) {
       canvas_.drawLine({at(stub.from), at(stub.end)}, net.color, width);
@@ -125,7 +129,8 @@ class Painter {
   void draw_marks(std::size_t i) {
     const BlockShape& shape = scene_.shapes[i];
     const layout::Point corner = scene_.drawing.corners[i];
-    if (marks_.blocks.count(shape.block) != 0) canvas_.drawLine(rectangle(corner, shape.box.size, 5), marks_.color, 2);
+    if (marks_.blocks.count(shape.block) != 0)
+      canvas_.drawLine(rectangle(corner, shape.box.size, outline_distance), marks_.color, 2);
     for (std::size_t k = 0; k < shape.ports.size(); ++k) {
       if (marks_.ports.count(shape.ports[k]) == 0) continue;
       const layout::Point pin = shape.box.pins[k].at;

@@ -66,7 +66,7 @@ class Pages {
       longest = std::max({longest, size.width, size.height});
     }
     const double wanted = request_.format == drawing::Format::Png ? 2 : 1;
-    return std::min(wanted, longest_side(request_.format) / longest);
+    return std::min(wanted, (longest_side(request_.format) - 1) / longest);
   }
 
   void draw_page(drawing::Canvas& canvas, const Scene& scene) {

@@ -4,6 +4,7 @@
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 #include "views/picture/io_places.hpp"
+#include "views/picture/net_labels.hpp"
 #include "views/picture/value_text.hpp"
 
 #include <algorithm>
@@ -56,7 +57,8 @@ class SceneMaker {
     add_nets();
     place_io_ports(scene_.shapes, problem_.nets);
     for (const BlockShape& shape : scene_.shapes) problem_.boxes.push_back(shape.box);
-    scene_.drawing = layout::lay_out(std::move(problem_));
+    scene_.drawing = layout::lay_out(problem_);
+    add_labels();
     return std::move(scene_);
   }
 
@@ -81,7 +83,21 @@ class SceneMaker {
     for (const gtPort* port : net) drawn.pins.push_back(pins.at(port));
     drawn.label = maker_.label_size(name);
     problem_.nets.push_back(std::move(drawn));
-    scene_.nets.push_back({&net, name, embedded::drawing::port_color(types_.of(net))});
+    scene_.nets.push_back({&net, name, embedded::drawing::port_color(types_.of(net)), named != names.end()});
+  }
+
+  void add_labels() {
+    std::vector<layout::Size> sizes;
+    for (const SceneNet& net : scene_.nets)
+      sizes.push_back(net.named ? maker_.net_name_size(net.name) : layout::Size{});
+    const auto places = place_net_labels(problem_.boxes, scene_.drawing, sizes);
+    layout::Rectangle& bounds = scene_.drawing.bounds;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      scene_.nets[i].label = places[i];
+      if (!places[i] || places[i]->y >= bounds.y) continue;
+      bounds.height += bounds.y - places[i]->y;
+      bounds.y = places[i]->y;
+    }
   }
 
   ShapeMaker& maker_;

@@ -6,6 +6,8 @@
 #include "views/picture/block_shape.hpp"
 #include "views/picture/net_types.hpp"
 
+#include <boost/optional.hpp>
+
 #include <vector>
 
 namespace kinemo::views::picture {
@@ -16,6 +18,9 @@ struct SceneNet {
   const std::vector<gtPort*>* ports;  ///< as `netOf` gives them
   ustring name;                       ///< of a named line; otherwise of the block or port that tells most
   GTColor color;
+  bool named = false;  ///< by the user
+  /// Where the name stands beside the lines; none for nets without a name of their own, and where there is no room.
+  boost::optional<layout::Point> label = boost::none;
 };
 
 /// Refers to the system, which isn't edited while the scene lives.

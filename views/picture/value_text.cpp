@@ -4,8 +4,14 @@
 
 #include "platform/foundation/strings.hpp"
 
+#include <fmt/format.h>
+#include <boost/optional.hpp>
+
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,22 +34,42 @@ class Dialog {
   std::vector<std::string> names_;
 };
 
-bool is_number(const ustring& text) {
+boost::optional<double> number_in(const std::string& text) {
   double value = 0;
-  const std::string utf8 = kmf::ustring_to_utf8_string(text);
-  const char* end = utf8.data() + utf8.size();
-  const auto [stop, error] = std::from_chars(utf8.data(), end, value);
-  return error == std::errc() && stop == end;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end || !std::isfinite(value)) return boost::none;
+  return value;
+}
+
+bool takes_prefixes(const std::string& unit) {
+  static const std::set<std::string> units{"Ohm", "S", "F", "H", "V", "A", "W", "Hz", "s", "N", "J"};
+  return units.count(unit) != 0;
+}
+
+/// With the prefix that leaves one to three digits in front of the point; empty where that wouldn't be the number.
+std::string with_prefix(double value, const std::string& unit) {
+  constexpr const char* prefixes[] = {"f", "p", "n", "u", "m", "", "k", "M", "G"};
+  constexpr int none = 5;
+  const int thousands = value == 0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value)) / 3 + 1e-9));
+  if (thousands < -none || thousands + none >= static_cast<int>(std::size(prefixes))) return {};
+  const std::string digits = fmt::format("{:.6g}", value / std::pow(1000.0, thousands));
+  const double told = *number_in(digits) * std::pow(1000.0, thousands);
+  if (std::abs(told - value) > 1e-12 * std::abs(value)) return {};
+  return digits + " " + prefixes[thousands + none] + unit;
 }
 
 /// A name or formula has the unit of its own.
-ustring with_unit(const ustring& value, const ustring& unit) {
-  if (!is_number(value) || unit.empty() || unit == u"1") return value;
-  return value + u" " + unit;
+std::string with_unit(const std::string& value, const std::string& unit) {
+  const auto number = number_in(value);
+  if (!number || unit.empty() || unit == "1") return value == "[]" ? std::string() : value;
+  const std::string prefixed = takes_prefixes(unit) ? with_prefix(*number, unit) : std::string();
+  return prefixed.empty() ? value + " " + unit : prefixed;
 }
 
 ustring number_text(const Dialog& dialog, const std::string& name) {
-  return with_unit(dialog.text(name), dialog.text(name + "_unit"));
+  const std::string value = kmf::ustring_to_utf8_string(dialog.text(name));
+  return kmf::utf8_string_to_ustring(with_unit(value, kmf::ustring_to_utf8_string(dialog.text(name + "_unit"))));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "views/find_block.hpp"
 #include "views/picture/finding_marks.hpp"
 #include "views/picture/io_places.hpp"
+#include "views/picture/net_labels.hpp"
 #include "views/picture/scene.hpp"
 #include "views/picture/value_text.hpp"
 #include "views/systems.hpp"
@@ -124,10 +125,16 @@ blocks:
   Z: {type: physical/spice/resistor, parameters: {value: 50}}
   G: {type: physical/electrical_reference}
   S: {type: subsystem}
+  C: {type: physical/capacitor, parameters: {C: 4.7e-6}}
+  D: {type: physical/resistor, parameters: {R: 1234567.8}}
+  T: {type: physical/resistor, parameters: {R: 1e3}}
+  H: {type: physical/resistor, parameters: {R: 1e30}}
+  N: {type: physical/spice/mosfet}
 )");
   std::vector<ustring> values;
   for (const GTBlock* block : diagram.root().blocks()) values.push_back(value_text(*block));
-  EXPECT_THAT(values, ElementsAre(u"4.7 kOhm", u"10*r", u"q2n2222", u"sin 0 1 1k", u"50 Ohm", u"", u""));
+  EXPECT_THAT(values, ElementsAre(u"4.7 kOhm", u"10*r", u"q2n2222", u"sin 0 1 1k", u"50 Ohm", u"", u"", u"4.7 uF",
+                                  u"1234567.8 Ohm", u"1 kOhm", u"1e30 Ohm", u""));
   EXPECT_EQ(u"abcd", shortened(u"abcd", 4));
   EXPECT_EQ(u"abc\u2026", shortened(u"abcde", 4));
   EXPECT_EQ(u"ab\u2026", shortened(u"ab\U0001F600de", 4)) << "no half of a pair";
@@ -155,6 +162,29 @@ TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
   EXPECT_EQ(&diagram.root(), find_system(diagram, "m", unknown));
   EXPECT_EQ(nullptr, find_system(diagram, "Outer/R", unknown));
   EXPECT_THAT(unknown.text, HasSubstr("'Outer/R' has nothing inside"));
+}
+
+TEST(NetLabels, StandAboveALineWhereThereIsRoom) {
+  layout::Box box;
+  box.size = {40, 40};
+  layout::Drawing drawing;
+  drawing.corners = {{100, 60}, {-1e9, 500}};
+  drawing.routes.resize(4);
+  drawing.routes[0].lines = {{{0, 100}, {0, 50}, {30, 50}}, {{0, 100}, {200, 100}}};  // the long one runs below the box
+  drawing.routes[1].lines = {{{0, 200}, {50, 200}}};
+  drawing.routes[2].lines = {{{0, 300}, {20, 300}, {20, 390}}};  // too short
+  drawing.routes[3].lines = {{{0, 600}, {90, 600}}};             // under a box larger than any page
+  layout::Box huge;
+  huge.size = {2e9, 2e9};
+  const std::vector<layout::Size> names{{40, 8}, {0, 0}, {30, 8}, {30, 8}};
+  const auto places = place_net_labels({box, huge}, drawing, names);
+  ASSERT_TRUE(places[0]);
+  EXPECT_LT(places[0]->y + 8, 100);
+  EXPECT_LT(places[0]->x + 40, 100) << "left of the box";
+  EXPECT_GT(places[0]->x, 1.5) << "clear of the net's own vertical line";
+  EXPECT_FALSE(places[1]) << "no name";
+  EXPECT_FALSE(places[2]);
+  EXPECT_FALSE(places[3]);
 }
 
 TEST_F(Picture, AMarkedNetRunsThroughTheLevels) {
@@ -186,7 +216,7 @@ TEST_F(Picture, AnyNameAndAnySizeCanBeDrawn) {
       "kinemo: 1\nblocks:\n"
       "  \"<b>&amp;\\n</b>\": {type: physical/resistor, at: [0, 0, 0, 0]}\n"
       "  \"\\u05d0\\u05d1\\u05d2 \\u6f22\\u5b57\": {type: physical/resistor, at: [1e9, 0, 10, 10]}\n"
-      "  \"\\u202e\\ufeff\": {type: physical/resistor, at: [50, 80, -5, 3], rotate: 270}\n"
+      "  \"\\u202e\\ufeff\": {type: physical/resistor, at: [50, 80, 0, 3], rotate: 270}\n"
       "  S: {type: subsystem, ports: {left: [\"<\", \"&\"]}}\n");
   for (const auto format : {embedded::drawing::Format::Svg, embedded::drawing::Format::Png}) {
     PictureRequest request;
