@@ -83,6 +83,13 @@ bool has_pin(const layout::Box& box, layout::Direction away) {
   return std::any_of(box.pins.begin(), box.pins.end(), [away](const layout::Pin& pin) { return pin.away == away; });
 }
 
+/// As many rows as the fuller side has ports, or twice as many where that brings the ports of both sides to whole rows.
+int height_in_ports(int left, int right) {
+  const int most = std::max(left, right);
+  const int least = std::max(1, std::min(left, right));
+  return most % least != 0 && 2 * most % least == 0 ? 2 * most : most;
+}
+
 }  // namespace
 
 bool points_right(const GTBlock& io_port) {
@@ -106,7 +113,7 @@ layout::Size ShapeMaker::size_by_texts(const GTBlock& block) {
   }
   const double width = labels[0] + labels[1] + text_width(block) + port_distance;
   return {std::max(3 * port_distance, rounded_up(width, port_distance)),
-          std::max(2 * port_distance, port_distance * std::max(counts[0], counts[1]))};
+          std::max(2 * port_distance, port_distance * height_in_ports(counts[0], counts[1]))};
 }
 
 layout::Size ShapeMaker::size_of(const GTBlock& block) {
