@@ -5,6 +5,8 @@
 #include "platform/foundation/exception.hpp"
 
 #include <cstddef>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +18,17 @@ using Shape = std::vector<std::size_t>;
 template <class... Arguments>
 [[noreturn]] void throw_runtime_error(const char* id, Arguments&&... arguments) {
   kmf::throw_message("kinemo:scripting:runtime", id, std::forward<Arguments>(arguments)...);
+}
+
+/// What `compute` gives. @throws "OutOfMemory" where it needs more memory than there is
+template <class Compute>
+auto within_memory(Compute compute) {
+  try {
+    return compute();
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {  // of a container that was asked for more than can be addressed
+  }
+  throw_runtime_error("OutOfMemory");
 }
 
 /// "2x3x4"

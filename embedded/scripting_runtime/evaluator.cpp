@@ -5,6 +5,7 @@
 #include "embedded/expression/walk.hpp"
 #include "embedded/scripting_runtime/arithmetic.hpp"
 #include "embedded/scripting_runtime/class_dispatch.hpp"
+#include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ template <class Compute>
 auto Evaluator::placed(Compute compute) {
   const RunningEvaluation running;
   try {
-    return compute();
+    return within_memory(compute);
   } catch (kmf::AttributedException& error) {
     add_place(error);
     throw;

@@ -254,7 +254,7 @@ ExitRequest::ExitRequest(int code)
       code_(code) {}
 
 void run_statement(const Statement& statement, Workspace& workspace) {
-  StatementRun(statement, workspace).run();
+  within_memory([&] { StatementRun(statement, workspace).run(); });
 }
 
 void run_script(std::string_view text, const std::string& name, Workspace& workspace) {

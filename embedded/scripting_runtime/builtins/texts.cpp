@@ -89,15 +89,26 @@ void split(Call& call) {
   call.give(cvUniquePtr(kmf::string_vector_to_cvarray(parts, 2)));
 }
 
+/// Looks at the sizes alone: cells may share a large text that would be copied for each of them.
+void check_joined(const cvArray_tag* texts, const ustring& separator) {
+  if (!cvIsCell(texts)) return;
+  std::size_t size = 0;
+  for (std::size_t i = 0; i < cvGetNumberOfElements(texts); ++i) {
+    const cvArray_tag* text = cvGetCell(texts, i);
+    size += (i > 0 ? separator.size() : 0) + (text != nullptr ? cvGetNumberOfElements(text) : 0);
+    checked_count({1, size});
+  }
+}
+
 void join(Call& call) {
   const ustring separator = call.size() > 1 ? kmf::cvarray_to_ustring(call[1]) : u" ";
+  check_joined(call[0], separator);
   ustring result;
   bool first = true;
   for (const ustring& text : kmf::cvarray_to_ustring_vector(call[0])) {
     if (!first) result += separator;
     result += text;
     first = false;
-    checked_count({1, result.size()});
   }
   call.give(text_array(result));
 }

@@ -222,7 +222,8 @@ TEST_F(Evaluate, HugeRequestsEndInErrors) {
        {"ones(1e9,1e9)", "zeros(1e300)", "1:1e12", "repmat(1:1000, 1000, 1)", "linspace(0, 1, 1e10)", "eye(1e5)",
         "(1:1000)'+(1:1000)", "ones(1000,1)*ones(1,1000)", "cell(1e9)", "char(1:1e7)", "ones(400)(:,[1:400 1:400])",
         "[ones(300) ones(300)]", "nan(1e9,1e9,1e9)", "reshape(1,1e9,1e9)", "repmat(ones(10), 1e15, 1e15)",
-        "sprintf('%4000d', ones(1, 1e3))", "strrep(repmat('a',1,1e4),'a',repmat('b',1,1e4))"}) {
+        "sprintf('%4000d', ones(1, 1e3))", "strrep(repmat('a',1,1e4),'a',repmat('b',1,1e4))",
+        "strjoin(repmat({repmat('a',1,1e5)},1,1e6))"}) {
     EXPECT_EQ(error_of(text).substr(0, 14), "ArrayTooLarge(") << text << " gives " << error_of(text);
   }
   EXPECT_EQ(value_of("sum(sum(ones(300)))"), "90000");

@@ -53,6 +53,21 @@ TEST_F(PromptTest, AnErrorIsToldAndThePromptLivesOn) {
   EXPECT_EQ(prompt.exit_code(), 4);
 }
 
+TEST_F(PromptTest, LackOfMemoryIsAnErrorOfThePlaceThatNeedsIt) {
+  kmf::register_corvane_function("devour", [](int, cvArray_tag**, int nIn, cvArray_tag**) {
+    if (nIn > 0) throw std::length_error("too long");
+    throw std::bad_alloc();
+  });
+  const std::string head =
+      "error: There isn't enough memory for what is computed here. "
+      "[kinemo:scripting:runtime:OutOfMemory]\n";
+  EXPECT_EQ(enter("a = 1 + devour();"), head + "    a = 1 + devour()\n            ^\n");
+  EXPECT_EQ(enter("[1 devour(2)]"), head + "    [1 devour(2)]\n       ^\n");
+  EXPECT_THAT(enter("arrayfun(@(x) x + devour(), 1:3)"), StartsWith(head));
+  EXPECT_EQ(enter("1 + 1"), "ans = 2\n");
+  kmf::unregister_corvane_function("devour");
+}
+
 TEST_F(PromptTest, AbandonedLinesAreForgotten) {
   enter("a = {1, ...");
   prompt.abandon();
