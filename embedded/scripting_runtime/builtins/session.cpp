@@ -8,6 +8,7 @@
 #include "embedded/scripting_runtime/script.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <filesystem>
@@ -93,11 +94,26 @@ void run_file(Call& call) {
   run_script_file(call.text(0), running_workspace());
 }
 
-void leave(Call& call) {
+/// -1 where the text is anything but a whole number.
+int whole_number(const std::string& text) {
+  int value = -1;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+  return read.ec == std::errc() && read.ptr == text.data() + text.size() ? value : -1;
+}
+
+/// The whole number from 0 to 255 that an exit status can be; as a text where `exit 3` is a command.
+int exit_code_from(const Call& call) {
   constexpr double most = 255;
-  double code = 0;
-  if (call.size() == 1) code = cvIsChar(call[0]) ? std::atof(call.text(0).c_str()) : call.number(0);
-  throw ExitRequest(static_cast<int>(code >= 0 && code <= most ? code : 1));
+  const double code = cvIsChar(call[0]) ? whole_number(call.text(0)) : call.number(0);
+  if (cvIsComplex(call[0]) || !(code >= 0 && code <= most) || code != std::floor(code)) {
+    constexpr std::size_t width = 40;
+    throw_runtime_error("InvalidExitCode", inline_text(call[0], width));
+  }
+  return static_cast<int>(code);
+}
+
+void leave(Call& call) {
+  throw ExitRequest(call.size() == 1 ? exit_code_from(call) : 0);
 }
 
 void clear_screen(Call&) {

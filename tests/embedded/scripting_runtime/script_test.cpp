@@ -154,6 +154,9 @@ TEST_F(Script, ExitEndsWithItsCode) {
     }
   }
   EXPECT_EQ(value("a"), "1");
+  for (const std::string code : {"'a'", "''", "'3a'", "256", "-1", "1.5", "NaN", "Inf", "1+2i"}) {
+    EXPECT_EQ(fault("exit(" + code + ")"), "InvalidExitCode(" + code + ")");
+  }
 }
 
 TEST_F(Script, WholeTextsAreToldFromBegunOnes) {
