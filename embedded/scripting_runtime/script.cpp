@@ -202,6 +202,19 @@ std::vector<Statement> parse_named(std::string_view text, const std::string& nam
   }
 }
 
+/// The text without the mark of UTF-8 that some editors put in front. @throws "WrongEncoding" (encoding) for others
+std::string_view without_encoding_mark(std::string_view text, const std::string& name) {
+  constexpr std::string_view utf8 = "\xEF\xBB\xBF";
+  const std::string_view mark = text.substr(0, 2);
+  if (mark == "\xFF\xFE" || mark == "\xFE\xFF") {
+    kmf::MessageException error(
+        kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "WrongEncoding", std::string("UTF-16"))));
+    error.addCause(runtime_cause("InScript", name, "1", "1", ""));
+    throw error;
+  }
+  return text.substr(0, utf8.size()) == utf8 ? text.substr(utf8.size()) : text;
+}
+
 // --- what people read
 
 /// The message without the place that it tells itself.
@@ -259,7 +272,7 @@ void run_statement(const Statement& statement, Workspace& workspace) {
 
 void run_script(std::string_view text, const std::string& name, Workspace& workspace) {
   const RunningScript running(workspace);
-  const std::vector<Statement> statements = parse_named(text, name);
+  const std::vector<Statement> statements = parse_named(without_encoding_mark(text, name), name);
   for (const Statement& statement : statements) {
     try {
       count_step();

@@ -159,6 +159,23 @@ TEST_F(Script, ExitEndsWithItsCode) {
   }
 }
 
+TEST_F(Script, MarksOfEncodingsAreKnown) {
+  EXPECT_EQ(shown("\xEF\xBB\xBF"
+                  "a = 1"),
+            "a = 1\n");
+  EXPECT_THAT(shown("\xEF\xBB\xBF"
+                    "1 + nothere"),
+              StartsWith("s:1:5: error: there is no variable"));
+  for (const char* text : {"\xFF\xFE"
+                           "a",
+                           "\xFE\xFF"
+                           "a"}) {
+    EXPECT_EQ(shown(text),
+              "s:1:1: error: The script is written in UTF-16. Save it as UTF-8. "
+              "[kinemo:scripting:runtime:WrongEncoding]\n");
+  }
+}
+
 TEST_F(Script, WholeTextsAreToldFromBegunOnes) {
   for (const char* text : {"a = (1", "a = [1\n2", "c = {", "a = 1 + ...", "f(1, ... more"}) {
     EXPECT_TRUE(is_incomplete(text)) << text;
