@@ -157,6 +157,23 @@ class Printer {
 
 }  // namespace
 
+std::string without_controls(std::string_view text, std::string_view kept) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    auto code = static_cast<unsigned char>(text[i]);
+    const bool two_bytes = code == 0xC2U && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0U;
+    if (two_bytes) code = static_cast<unsigned char>(text[++i]);  // U+0080 to U+009F
+    const bool control = two_bytes || code < 0x20U || code == 0x7FU;
+    if (!control || kept.find(text[i]) != std::string_view::npos) {
+      result += text[i];
+    } else {
+      result += {'\\', 'x', digits[code >> 4U], digits[code & 0xFU]};
+    }
+  }
+  return result;
+}
+
 std::string print(const Node& tree) {
   Printer printer;
   printer.node(tree);

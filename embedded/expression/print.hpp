@@ -5,6 +5,7 @@
 #include "embedded/expression/tree.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace embedded::expression {
 
@@ -13,6 +14,9 @@ std::string print(const Node& tree);
 inline std::string print(const Tree& tree) {
   return print(*tree);
 }
+
+/// UTF-8 with its control characters, which a terminal would obey, as "\x1b" and the like. Those of `kept` stay.
+std::string without_controls(std::string_view text, std::string_view kept = "");
 
 /// The shortest text that reads back to the same number: "0.1", "1e6", "1e999" for infinity.
 std::string print_number(double value);

@@ -1,5 +1,6 @@
 #include "embedded/scripting_runtime/display.hpp"
 
+#include "embedded/expression/print.hpp"
 #include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/display_numbers.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
@@ -37,7 +38,7 @@ bool is_text(const cvArray_tag* array) {
 
 std::string quoted(const std::string& text) {
   std::string result = "'";
-  for (const char c : text) {
+  for (const char c : expression::without_controls(text, "\n\t")) {
     result += c;
     if (c == '\'') result += c;
   }
