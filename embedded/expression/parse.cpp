@@ -30,7 +30,7 @@ std::string excerpt_of(std::string_view line, std::size_t at) {
   shown += line.substr(begin, end - begin);
   const std::size_t indent = (begin > 0 ? 3 : 0) + count_characters(line.substr(begin, at - begin));
   std::replace_if(
-      shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+      shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
   if (end < line.size()) shown += "...";
   return shown + "\n" + std::string(indent, ' ') + "^";
 }

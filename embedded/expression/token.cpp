@@ -1,5 +1,7 @@
 #include "embedded/expression/token.hpp"
 
+#include "embedded/expression/print.hpp"
+
 #include <tao/pegtl.hpp>
 
 #include <array>
@@ -203,11 +205,11 @@ struct action<line_end> {
   }
 };
 
-/// The character at `offset`, whole when it takes several bytes.
+/// The character at `offset`, whole when it takes several bytes; a control character by its code.
 std::string character_at(std::string_view text, std::size_t offset) {
   std::size_t end = offset + 1;
   while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) ++end;
-  return std::string(text.substr(offset, end - offset));
+  return without_controls(text.substr(offset, end - offset));
 }
 
 [[noreturn]] void fail_at(std::string_view text, std::size_t offset) {

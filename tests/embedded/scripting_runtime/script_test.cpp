@@ -90,6 +90,15 @@ TEST_F(Script, ErrorsTellFileLineColumnAndPlace) {
   for (const ValueCase& one : cases) EXPECT_EQ(shown(one.text), one.expected) << one.text;
 }
 
+TEST_F(Script, ControlCharactersAreNamedByTheirCodes) {
+  for (const auto& [character, name] : {std::pair('\0', "00"), {'\x1b', "1b"}, {'\x7f', "7f"}}) {
+    EXPECT_EQ(shown(std::string("a = ") + character + "1"),
+              std::string("s:1:5: error: '\\x") + name +
+                  "' has no meaning in an expression. [kinemo:scripting:expression:UnexpectedCharacter]\n"
+                  "    a =  1\n        ^\n");
+  }
+}
+
 TEST_F(Script, WordsOfOtherLanguagesAreRefused) {
   for (const std::string& word : reserved_words()) {
     EXPECT_THAT(fault("a = 1;\n" + word + " x"), StartsWith("NotInLanguage(" + word + ", 2, 1")) << word;
