@@ -145,7 +145,7 @@ void linspace(Call& call) {
   call.give(array_of(std::move(result)));
 }
 
-/// Sizes with one empty input for the dimension that follows from the others.
+/// Sizes, at most one of them empty: that dimension follows from the others.
 Shape reshape_sizes(const Call& call, std::size_t count) {
   if (call.size() == 2) return shape_from(call, 1, 2);
   Shape shape;
@@ -153,6 +153,7 @@ Shape reshape_sizes(const Call& call, std::size_t count) {
   std::size_t known = 1;
   for (std::size_t i = 1; i < call.size(); ++i) {
     const bool is_open = cvIsEmpty(call[i]);
+    if (is_open && open < call.size()) throw_runtime_error("SeveralOpenSizes", std::string(call.name));
     if (is_open) open = i - 1;
     shape.push_back(is_open ? 1 : dimension_from(call.number(i)));
     known *= shape.back();

@@ -162,6 +162,7 @@ TEST_F(Evaluate, ErrorsNameWhatIsWrong) {
       {"reshape(1:6, 4, 2)", "CannotReshape(1x6, 4x2)"},
       {"logical(nan)", "NanAsLogical()"},
       {"zeros(1.5)", "InvalidSize(1.500000)"},
+      {"reshape(1:6, [], [])", "SeveralOpenSizes(reshape)"},
       {"zeros(1, 'string')", "UnknownClass(string)"},
       {"linspace([1 2], 3)", "NotScalar(linspace, 1)"},
       {"feval(1)", "NotCallable(double)"},
