@@ -3,7 +3,7 @@
 #include "embedded/block_diagram/diagram_object.hpp"
 #include "embedded/block_diagram/nearest.hpp"
 #include "embedded/block_diagram/paths.hpp"
-#include "embedded/expression/print.hpp"
+#include "embedded/scripting_runtime/display.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 
@@ -58,7 +58,7 @@ GantrelObject& object_from(const Call& call, std::size_t input) {
   }
   GantrelObject* const object = Handle2GantrelObject(cvGetScalar(array));
   if (object == nullptr || object->getGantrelObjectType() == host::port_object_type) {
-    kmf::throw_message(diagram_messages, "UnknownHandle", embedded::expression::print_number(cvGetScalar(array)));
+    kmf::throw_message(diagram_messages, "UnknownHandle", embedded::scripting_runtime::number_text(cvGetScalar(array)));
   }
   return *object;
 }

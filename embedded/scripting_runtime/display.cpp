@@ -217,6 +217,12 @@ std::string number_text(double value, int digits) {
   return buffer.data();
 }
 
+std::string number_text(double value) {
+  constexpr int most_digits = 17;
+  const bool plain = !std::isfinite(value) || value == std::floor(value);
+  return plain ? number_text(value, most_digits) : expression::print_number(value);
+}
+
 std::string described(const cvArray_tag* array) {
   return "[" + shape_text(cvGetDimensions(array)) + " " + cvGetClassName(array) + "]";
 }

@@ -12,6 +12,8 @@ namespace embedded::scripting_runtime {
 
 /// A number with at most `digits` significant digits, without needless zeros; "NaN", "Inf", "-Inf".
 std::string number_text(double value, int digits);
+/// The same with all the digits that tell it from its neighbours, as errors do.
+std::string number_text(double value);
 /// A value as `disp` shows it, without a name; lines are parted by line ends. UTF-8. Objects are shown as the hook of
 /// their class system tells; all other ways to show a value end here.
 std::string display_text(const cvArray_tag* array);

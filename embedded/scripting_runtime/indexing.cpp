@@ -1,6 +1,6 @@
 #include "embedded/scripting_runtime/indexing.hpp"
 
-#include "embedded/expression/print.hpp"
+#include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
@@ -21,10 +21,10 @@ struct Places {
 
 std::size_t place_from(double index, std::size_t count) {
   if (!(index >= 1) || index != std::floor(index)) {
-    throw_runtime_error("InvalidIndex", expression::print_number(index));
+    throw_runtime_error("InvalidIndex", number_text(index));
   }
   if (index > static_cast<double>(count)) {
-    throw_runtime_error("IndexOutOfRange", expression::print_number(index), std::to_string(count));
+    throw_runtime_error("IndexOutOfRange", number_text(index), std::to_string(count));
   }
   return static_cast<std::size_t>(index) - 1;
 }

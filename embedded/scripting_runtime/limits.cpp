@@ -1,5 +1,6 @@
 // Limits of evaluation: memory, steps, depth, and the user's interrupt.
 
+#include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/scripting_runtime/interrupt_mode.hpp"
@@ -66,7 +67,7 @@ std::size_t checked_count(const Shape& shape) {
 
 std::size_t dimension_from(double number) {
   constexpr double most = 1e15;
-  if (std::isnan(number) || number != std::floor(number)) throw_runtime_error("InvalidSize", std::to_string(number));
+  if (std::isnan(number) || number != std::floor(number)) throw_runtime_error("InvalidSize", number_text(number));
   return number <= 0 ? 0 : static_cast<std::size_t>(std::min(number, most));
 }
 

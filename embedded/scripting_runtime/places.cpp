@@ -1,6 +1,6 @@
 #include "embedded/scripting_runtime/places.hpp"
 
-#include "embedded/expression/print.hpp"
+#include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 std::size_t place_of(double index) {
   constexpr double most = 1e18;
   if (!(index >= 1) || index != std::floor(index)) {
-    throw_runtime_error("InvalidIndex", expression::print_number(index));
+    throw_runtime_error("InvalidIndex", number_text(index));
   }
   return static_cast<std::size_t>(std::min(index, most)) - 1;
 }

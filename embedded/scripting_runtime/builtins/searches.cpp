@@ -105,7 +105,7 @@ void print(Call& call) {
   std::size_t first = 0;
   if (!cvIsChar(call[0])) {
     const double stream = call.number(0);
-    if (stream != 1 && stream != 2) throw_runtime_error("UnknownStream", number_text(stream, 5));
+    if (stream != 1 && stream != 2) throw_runtime_error("UnknownStream", number_text(stream));
     first = 1;
     if (call.size() == 1) return;
   }

@@ -88,9 +88,8 @@ void factorial(Call& call) {
   n.class_id = arithmetic_class(n.class_id, cvDOUBLE_CLASS);
   for (std::size_t i = 0; i < n.size(); ++i) {
     if (n.is_complex() || !(n.re[i] >= 0) || n.re[i] != std::floor(n.re[i])) {
-      constexpr int digits = 6;
       throw_runtime_error("NotACount", std::string(call.name),
-                          n.is_complex() ? "a complex number" : number_text(n.re[i], digits));
+                          n.is_complex() ? "a complex number" : number_text(n.re[i]));
     }
     n.re[i] = factorial_of(n.re[i]);
   }

@@ -136,7 +136,7 @@ TEST_F(Assignment, FaultsLeaveTheVariableAsItWas) {
                 {"a = [1 2; 3 4];a(7) = 1", "CannotGrow(7, 2x2)"},
                 {"a = 1:3;a(0) = 1", "InvalidIndex(0)"},
                 {"a = 1:3;a(1.5) = 1", "InvalidIndex(1.5)"},
-                {"a = 1:3;a(nan) = 1", "InvalidIndex(nan)"},
+                {"a = 1:3;a(nan) = 1", "InvalidIndex(NaN)"},
                 {"a = 1:3;a(2) = {1}", "CannotAssign(cell, double)"},
                 {"a = {1};a(1) = 2", "ValueIntoCells(double)"},
                 {"a = 1:3;a{2} = 1", "NotCell(double)"},
