@@ -61,8 +61,9 @@ gtPort* find_port(const Reference& reference, const host::System& system) {
   if (port != nullptr) return port;
   const std::string names = formats::list_names(views::port_names(*block));
   if (!reference.port) kmf::throw_message(diagram_messages, "WhichPort", block->getFullPath(true), names);
-  kmf::throw_message(diagram_messages, "UnknownPort", block->getFullPath(true),
-                     views::describe_unknown_port(*block, *reference.port), names);
+  std::string unknown = views::describe_unknown_port(*block, *reference.port);
+  if (unknown.back() != '?') unknown += '.';
+  kmf::throw_message(diagram_messages, "UnknownPort", block->getFullPath(true), unknown, names);
 }
 
 }  // namespace

@@ -253,7 +253,7 @@ TEST_F(DiagramFunctions, BadInputsAreToldAndChangeNothing) {
       {"place('rc/Source', [1 2 3 1/0])", "BadPlace()"},
       {"place('rc/Source', 'left')", "BadPlace()"},
       {"place('rc/Source', [1 2 3 4], 45)", "BadRotation(45)"},
-      {"add_line('rc', 'Source.p', 'Ground.x')", "UnknownPort(rc/Ground, no port 'x', 'g')"},
+      {"add_line('rc', 'Source.p', 'Ground.x')", "UnknownPort(rc/Ground, no port 'x'., 'g')"},
       {"add_line('rc', 'Source.p', 'Grund')", "UnknownBlock(Grund, rc, Grund, Ground)"},
       {"add_line('rc', 'Source.p', 'Source')", "WhichPort(rc/Source, 'p', 'n')"},
       {"add_line('rc', 'Source.p', 'a.b.c')", "BadPort(a.b.c)"},
