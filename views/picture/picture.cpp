@@ -7,6 +7,7 @@
 #include "views/systems.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kinemo::views::picture {
 
@@ -18,6 +19,7 @@ constexpr GTColor black{0, 0, 0, -1, 0};
 constexpr double margin = 20;
 constexpr double title_height = 30;
 constexpr double smallest_page = 40;
+constexpr double most_sharp_pixels = 16e6;
 
 /// Below what the formats take, and in what viewers show.
 double longest_side(drawing::Format format) {
@@ -61,11 +63,15 @@ class Pages {
   /// The same for all pages.
   double scale() {
     double longest = 1;
+    double area = 1;
     for (const Scene& scene : scenes_) {
       const drawing::Size size = page_size(scene);
       longest = std::max({longest, size.width, size.height});
+      area = std::max(area, size.width * size.height);
     }
-    const double wanted = request_.format == drawing::Format::Png ? 2 : 1;
+    // Two pixels for a unit are sharp, one is legible; many pixels take long to pack.
+    const double sharp = std::clamp(std::sqrt(most_sharp_pixels / area), 1.0, 2.0);
+    const double wanted = request_.format == drawing::Format::Png ? sharp : 1;
     return std::min(wanted, (longest_side(request_.format) - 1) / longest);
   }
 

@@ -31,8 +31,9 @@ struct PictureRequest {
 PictureRequest request_picture(embedded::block_diagram::Diagram& diagram, embedded::drawing::Format format,
                                embedded::block_diagram::System* system, gtPort* net);
 
-/// The bytes of the file: one unit of the diagram is a pixel or point of SVG and PDF and two pixels of PNG, less where
-/// the page would be too large for the format. Warnings of icons that can't be drawn are issued.
+/// The bytes of the file: one unit of the diagram is a pixel or point of SVG and PDF and two pixels of PNG (down to one
+/// in large pictures), less where the page would be too large for the format. Warnings of icons that can't be drawn are
+/// issued.
 /// @throws "kinemo:host:drawing" "CannotWrite" (reason)
 std::string make_picture(embedded::block_diagram::Diagram& diagram, const PictureRequest& request);
 
