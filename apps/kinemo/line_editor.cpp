@@ -51,8 +51,9 @@ struct LineEditor::State {
     ::el_set(editor, EL_PROMPT, show_prompt);
     ::el_set(editor, EL_EDITOR, "emacs");
     ::el_set(editor, EL_HIST, ::history, history);
-    ::el_set(editor, EL_ADDFN, "kinemo-complete", "Complete a name", complete_name);
-    ::el_set(editor, EL_ADDFN, "kinemo-abandon", "Clear the line", abandon_line);
+    // The narrow call would copy the texts and never free them.
+    ::el_wset(editor, EL_ADDFN, L"kinemo-complete", L"Complete a name", complete_name);
+    ::el_wset(editor, EL_ADDFN, L"kinemo-abandon", L"Clear the line", abandon_line);
     ::el_set(editor, EL_BIND, "^I", "kinemo-complete", nullptr);
     ::el_set(editor, EL_BIND, "^C", "kinemo-abandon", nullptr);
     ::el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
