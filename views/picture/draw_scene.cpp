@@ -12,7 +12,6 @@ namespace {
 
 constexpr GTColor black{0, 0, 0, -1, 0};
 constexpr GTColor faint{0.35, 0.35, 0.35, -1, 0};
-constexpr GTColor subsystem_fill{0.93, 0.95, 0.98, -1, 0};
 constexpr double line_width = 1.5;  // as the leads of icons
 constexpr double mark_width = 8;
 constexpr double dot_radius = 2.8;
