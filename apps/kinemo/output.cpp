@@ -1,17 +1,15 @@
 #include "apps/kinemo/output.hpp"
 
 #include "apps/kinemo/exit_codes.hpp"
+#include "formats/new_file.hpp"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
+#include <optional>
 
 namespace kinemo::app {
-
-namespace fs = std::filesystem;
 
 DescriptorBuffer::DescriptorBuffer(int descriptor) : descriptor_(descriptor), buffer_(std::size_t{1} << 16) {
   setp(buffer_.data(), buffer_.data() + buffer_.size());
@@ -41,29 +39,18 @@ int DescriptorBuffer::sync() {
   return flush_all() ? 0 : -1;
 }
 
-/// The file that is written, and the one that it becomes.
+/// Standard output, where there is no file.
 struct Output::Target {
-  int descriptor = STDOUT_FILENO;
   std::string shown = "standard output";
-  fs::path temporary;  ///< empty where the target is written directly
-  fs::path final;
+  std::optional<formats::NewFile> file = std::nullopt;
 
-  ~Target() {
-    if (descriptor != STDOUT_FILENO) ::close(descriptor);
-    if (!temporary.empty()) ::unlink(temporary.c_str());
-  }
+  int descriptor() const { return file ? file->descriptor() : STDOUT_FILENO; }
 };
 
 namespace {
 
 [[noreturn]] void cannot_write(const std::string& shown, int error) {
   throw UsageError("can't write " + shown + ": " + std::strerror(error));
-}
-
-bool is_special(const fs::path& path) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  return fs::exists(status) && !fs::is_regular_file(status);
 }
 
 }  // namespace
@@ -73,22 +60,11 @@ Output::Output(const std::string& file)
         auto target = std::make_unique<Target>();
         if (file.empty() || file == "-") return target;
         target->shown = "'" + file + "'";
-        std::error_code ignored;
-        // A link stays a link: what it leads to is replaced.
-        target->final = fs::is_symlink(file, ignored) ? fs::weakly_canonical(file, ignored) : fs::path(file);
-        const bool special = is_special(target->final);
-        fs::path written = target->final;
-        if (!special) {
-          written.replace_filename("." + target->final.filename().string() + "." + std::to_string(::getpid()) + ".tmp");
-        }
-        const int flags = O_WRONLY | O_CLOEXEC | (special ? 0 : O_CREAT | O_EXCL);
-        const int descriptor = ::open(written.c_str(), flags, 0666);
-        if (descriptor < 0) cannot_write(target->shown, errno);
-        target->descriptor = descriptor;
-        if (!special) target->temporary = written;
+        target->file.emplace(file);
+        if (!target->file->is_open()) cannot_write(target->shown, errno);
         return target;
       }()),
-      buffer_(target_->descriptor),
+      buffer_(target_->descriptor()),
       stream_(&buffer_) {}
 
 Output::~Output() = default;
@@ -101,9 +77,7 @@ void Output::check() {
 void Output::commit() {
   stream_.flush();
   check();
-  if (target_->temporary.empty()) return;
-  if (::rename(target_->temporary.c_str(), target_->final.c_str()) != 0) cannot_write(target_->shown, errno);
-  target_->temporary.clear();
+  if (target_->file && !target_->file->commit()) cannot_write(target_->shown, errno);
 }
 
 }  // namespace kinemo::app
