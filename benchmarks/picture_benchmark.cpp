@@ -6,7 +6,7 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/environment/environment.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
+#include "embedded/environment/vector_icons.hpp"
 #include "views/picture/picture.hpp"
 #include "views/systems.hpp"
 
@@ -46,15 +46,6 @@ void draw(benchmark::State& state, const Builder& builder, Format format) {
       static_cast<double>(blocks), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-/// As the program does, before blocks are made.
-void show_vector_icons() {
-  const cvUniquePtr on(cvCreateLogicalScalar(true));
-  cvArray_tag* input = on.get();
-  cvArray_tag* output = nullptr;
-  kmf::call_internal_corvane(1, &output, 1, &input, "gl.gti.iconStyling");
-  cvDestroyArray(output);
-}
-
 void register_shape(const std::string& name, const Builder& builder, Format format) {
   benchmark::RegisterBenchmark(("Picture/" + name).c_str(), draw, builder, format)
       ->Arg(100)
@@ -69,7 +60,7 @@ void register_shape(const std::string& name, const Builder& builder, Format form
 int main(int argc, char** argv) {
   // Not a static object: the module must be closed before its own statics end.
   embedded::Environment environment;
-  show_vector_icons();
+  embedded::show_vector_icons();
   environment.loadDomain(KINEMO_PHYSICAL_MODULE);
   register_shape("chain", benchmarks::flat, Format::Svg);
   register_shape("ladder", benchmarks::ladder, Format::Svg);

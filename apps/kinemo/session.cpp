@@ -7,11 +7,11 @@
 #include "apps/scripting/diagram_files.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
+#include "embedded/environment/vector_icons.hpp"
 #include "embedded/foundation/warnings.hpp"
 #include "formats/diagram/variables.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "views/error_diagnostics.hpp"
 
 #include <filesystem>
@@ -60,15 +60,6 @@ bool draws(const Options& options) {
          !options.picture.empty();
 }
 
-/// Blocks take their icons when they are made.
-void show_vector_icons() {
-  const cvUniquePtr on(cvCreateLogicalScalar(true));
-  cvArray_tag* input = on.get();
-  cvArray_tag* output = nullptr;
-  kmf::call_internal_corvane(1, &output, 1, &input, "gl.gti.iconStyling");
-  cvDestroyArray(output);
-}
-
 }  // namespace
 
 void add_warnings(const kmf::embedded::WarningCapture& capture, const std::string& file,
@@ -81,7 +72,7 @@ void add_warnings(const kmf::embedded::WarningCapture& capture, const std::strin
 
 Session::Session(const Options& options, Console& console) : options_(options), console_(console) {
   formats::diagram::install_dictionary_reader();
-  if (draws(options)) show_vector_icons();
+  if (draws(options)) embedded::show_vector_icons();
   load_domains();
 }
 

@@ -6,10 +6,10 @@
 #include "embedded/block_diagram/placement.hpp"
 #include "embedded/drawing/draw_block.hpp"
 #include "embedded/drawing/icon_size.hpp"
+#include "embedded/environment/vector_icons.hpp"
 #include "platform/block_diagram/block.hpp"
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "tests/domains/physical/physical_fixture.hpp"
 #include "tests/embedded/drawing/picture.hpp"
 #include "tests/support/no_leaks.hpp"
@@ -88,18 +88,10 @@ class PhysicalIcons : public kinemo::test::NoLeaks {
 /// Blocks of the module, with vector icons.
 class PlacedIcons : public PhysicalTest {
  protected:
-  PlacedIcons() { showVectorIcons(true); }
+  PlacedIcons() { embedded::show_vector_icons(); }
   ~PlacedIcons() override {
-    showVectorIcons(false);
+    embedded::show_vector_icons(false);
     embedded::block_diagram::forgetIcons();
-  }
-
-  static void showVectorIcons(bool show) {
-    const cvUniquePtr flag(cvCreateLogicalScalar(show));
-    cvArray_tag* input = flag.get();
-    cvArray_tag* output = nullptr;
-    kmf::call_internal_corvane(1, &output, 1, &input, "gl.gti.iconStyling");
-    cvDestroyArray(output);
   }
 };
 
