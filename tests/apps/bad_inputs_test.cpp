@@ -122,7 +122,7 @@ class BadInputs : public ProgramTest {
       EXPECT_TRUE(has_line(compile.errors, parts)) << parts.front() << " isn't in:\n" << compile.errors;
       EXPECT_TRUE(has_line(check.output, parts)) << parts.front() << " isn't in:\n" << check.output;
     }
-    for (const std::string& name : files()) std::filesystem::remove_all(folder / name);
+    for (const std::string& name : files()) std::filesystem::remove_all(folder() / name);
   }
 };
 

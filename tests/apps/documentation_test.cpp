@@ -59,7 +59,7 @@ std::vector<std::string> outputs_of(const std::string& written) {
 
 class Documentation : public ProgramTest {
  protected:
-  void SetUp() override { fs::copy(fs::path(KINEMO_SOURCE_DIR) / "examples", folder, fs::copy_options::recursive); }
+  void SetUp() override { fs::copy(fs::path(KINEMO_SOURCE_DIR) / "examples", folder(), fs::copy_options::recursive); }
 
   void check(const fs::path& page) {
     const std::vector<Exchange> exchanges = exchanges_of(page);

@@ -20,12 +20,6 @@ std::string read_file(const std::filesystem::path& path) {
   return text.str();
 }
 
-std::filesystem::path make_folder() {
-  std::string name = (std::filesystem::temp_directory_path() / "kinemo_program_XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  return name;
-}
-
 /// In the child: redirects, and becomes the program.
 [[noreturn]] void become_program(const std::filesystem::path& folder, const std::filesystem::path& streams,
                                  const std::vector<std::string>& arguments, const RunOptions& options) {
@@ -59,8 +53,9 @@ std::filesystem::path make_folder() {
 
 ProgramRun run_program(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
                        const RunOptions& options) {
-  const std::filesystem::path streams = make_folder();
-  std::ofstream(streams / "in", std::ios::binary) << options.input;
+  const test::TemporaryFolder kept;
+  const std::filesystem::path& streams = kept.path();
+  kept.write("in", options.input);
   const pid_t child = ::fork();
   if (child == 0) become_program(folder, streams, arguments, options);
   int status = 0;
@@ -69,28 +64,20 @@ ProgramRun run_program(const std::filesystem::path& folder, const std::vector<st
   if (WIFEXITED(status)) run.exit_code = WEXITSTATUS(status);
   run.output = read_file(streams / "out");
   run.errors = read_file(streams / "err");
-  std::filesystem::remove_all(streams);
   return run;
 }
 
-ProgramTest::ProgramTest() : folder(make_folder()) {}
-
-ProgramTest::~ProgramTest() {
-  std::filesystem::remove_all(folder);
-}
-
 void ProgramTest::write(const std::string& name, const std::string& text) const {
-  std::filesystem::create_directories((folder / name).parent_path());
-  std::ofstream(folder / name, std::ios::binary) << text;
+  m_folder.write(name, text);
 }
 
 std::string ProgramTest::read(const std::string& name) const {
-  return read_file(folder / name);
+  return read_file(folder() / name);
 }
 
 std::vector<std::string> ProgramTest::files() const {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder))
+  for (const auto& entry : std::filesystem::directory_iterator(folder()))
     names.push_back(entry.path().filename().string());
   std::sort(names.begin(), names.end());
   return names;

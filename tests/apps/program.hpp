@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/temporary_folder.hpp"
+
 namespace kinemo::tests {
 
 struct ProgramRun {
@@ -31,17 +33,17 @@ ProgramRun run_program(const std::filesystem::path& folder, const std::vector<st
 
 class ProgramTest : public ::testing::Test {
  protected:
-  ProgramTest();
-  ~ProgramTest() override;
-
   void write(const std::string& name, const std::string& text) const;
   std::string read(const std::string& name) const;
   std::vector<std::string> files() const;
   ProgramRun run(const std::vector<std::string>& arguments, const RunOptions& options = {}) const {
-    return run_program(folder, arguments, options);
+    return run_program(folder(), arguments, options);
   }
 
-  std::filesystem::path folder;
+  const std::filesystem::path& folder() const { return m_folder.path(); }
+
+ private:
+  test::TemporaryFolder m_folder;
 };
 
 }  // namespace kinemo::tests

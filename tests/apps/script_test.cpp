@@ -165,7 +165,7 @@ class Terminal {
 };
 
 TEST_F(ScriptProgram, TerminalEditsCompletesAndRemembers) {
-  Terminal terminal(folder);
+  Terminal terminal(folder());
   terminal.read_to(">> ");
   terminal.type("variable_name = 5;\n");
   terminal.read_to(">> ");
@@ -183,7 +183,7 @@ TEST_F(ScriptProgram, TerminalEditsCompletesAndRemembers) {
 }
 
 TEST_F(ScriptProgram, InterruptStopsTheEvaluationAndNotThePrompt) {
-  Terminal terminal(folder);
+  Terminal terminal(folder());
   terminal.read_to(">> ");
   terminal.type("disp('begun'), x = arrayfun(@(x) x + 1, 1:1e7);\n");
   terminal.read_to("begun\r\n");

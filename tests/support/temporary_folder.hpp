@@ -9,7 +9,7 @@
 
 namespace kinemo::test {
 
-/// A folder for the files of one test, which ends with it.
+/// A folder for the files of one test, which ends with it. Tests run beside each other, so no two share one.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -25,9 +25,12 @@ class TemporaryFolder {
   }
 
   const std::filesystem::path& path() const { return path_; }
+  /// Writes a file, in a folder below when `name` tells one.
   std::filesystem::path write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(path_ / name, std::ios::binary) << bytes;
-    return path_ / name;
+    const std::filesystem::path file = path_ / name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << bytes;
+    return file;
   }
 
  private:

@@ -11,6 +11,7 @@
 #include "platform/block_diagram/library.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -92,10 +93,10 @@ TEST(EnvironmentTest, AModuleIsLoadedOnce) {
   environment.loadDomain(module(good));
   EXPECT_EQ(environment.loadDomain(module(good)), "module_test");
   EXPECT_EQ(environment.domains().size(), 1u);
-  const std::filesystem::path copy = std::filesystem::temp_directory_path() / "kinemo_environment_test_copy.so";
-  std::filesystem::copy_file(module(good), copy, std::filesystem::copy_options::overwrite_existing);
+  const kinemo::test::TemporaryFolder folder;
+  const std::filesystem::path copy = folder.path() / "copy.so";
+  std::filesystem::copy_file(module(good), copy);
   EXPECT_EQ(errorOf([&] { environment.loadDomain(copy.string()); }), "DomainAlreadyLoaded(module_test)");
-  std::filesystem::remove(copy);
   EXPECT_NE(gt_find_prototype("module_test/part"), nullptr) << "the first one stays";
 }
 

@@ -1,6 +1,7 @@
 #include "formats/diagram/scope.hpp"
 #include "formats/read_text.hpp"
 #include "tests/support/physical_environment.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -73,15 +74,10 @@ std::string full_text(const Diagnostic& diagnostic) {
 
 class DiagramErrors : public tests::PhysicalEnvironment {
  protected:
-  DiagramErrors() : folder(std::filesystem::temp_directory_path() / ("kinemo_errors_" + std::to_string(::getpid()))) {
-    std::filesystem::create_directories(folder);
-  }
-  ~DiagramErrors() override { std::filesystem::remove_all(folder); }
-
   void run(const ErrorCase& error_case) {
-    for (const auto& [name, text] : error_case.files) std::ofstream(folder / name) << text;
+    for (const auto& [name, text] : error_case.files) folder.write(name, text);
     DiagnosticList problems;
-    EXPECT_EQ(nullptr, read_diagram((folder / "model.yaml").string(), problems));
+    EXPECT_EQ(nullptr, read_diagram((folder.path() / "model.yaml").string(), problems));
     EXPECT_TRUE(embedded::block_diagram::Diagram::open().empty()) << "a diagram is left open";
     std::vector<Expected> left = error_case.expected;
     for (const Diagnostic& diagnostic : problems.all()) take(left, diagnostic);
@@ -93,7 +89,7 @@ class DiagramErrors : public tests::PhysicalEnvironment {
 
   void take(std::vector<Expected>& left, const Diagnostic& diagnostic) {
     const auto found = std::find_if(left.begin(), left.end(), [&](const Expected& expected) {
-      return (folder / expected.file).string() == diagnostic.file && expected.line == diagnostic.line &&
+      return (folder.path() / expected.file).string() == diagnostic.file && expected.line == diagnostic.line &&
              expected.rule == diagnostic.rule && full_text(diagnostic).find(expected.text) != std::string::npos;
     });
     EXPECT_NE(0U, diagnostic.column);
@@ -104,7 +100,7 @@ class DiagramErrors : public tests::PhysicalEnvironment {
     }
   }
 
-  std::filesystem::path folder;
+  test::TemporaryFolder folder;
 };
 
 TEST_F(DiagramErrors, AreAllToldInOneRunWithTheirPlaces) {

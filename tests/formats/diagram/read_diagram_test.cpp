@@ -3,10 +3,10 @@
 #include "formats/diagram/variables.hpp"
 #include "platform/foundation/strings.hpp"
 #include "tests/support/physical_environment.hpp"
+#include "tests/support/temporary_folder.hpp"
 #include "views/block_ports.hpp"
 
 #include <filesystem>
-#include <fstream>
 
 namespace kinemo::formats::diagram {
 namespace {
@@ -15,17 +15,13 @@ namespace host = embedded::block_diagram;
 
 class ReadDiagram : public tests::PhysicalEnvironment {
  protected:
-  ReadDiagram() : folder(std::filesystem::temp_directory_path() / ("kinemo_read_" + std::to_string(::getpid()))) {
-    std::filesystem::create_directories(folder);
-    install_dictionary_reader();
-  }
-  ~ReadDiagram() override { std::filesystem::remove_all(folder); }
+  ReadDiagram() { install_dictionary_reader(); }
 
-  void write(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
+  void write(const std::string& name, const std::string& text) { folder.write(name, text); }
 
   host::Diagram& read_file(const std::string& name) {
     DiagnosticList problems;
-    host::Diagram* diagram = read_diagram((folder / name).string(), problems);
+    host::Diagram* diagram = read_diagram((folder.path() / name).string(), problems);
     if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
     return *diagram;
   }
@@ -39,7 +35,7 @@ class ReadDiagram : public tests::PhysicalEnvironment {
     return std::find(net.begin(), net.end(), &b) != net.end();
   }
 
-  std::filesystem::path folder;
+  test::TemporaryFolder folder;
 };
 
 TEST_F(ReadDiagram, BlocksHaveTheirParametersAndPlaces) {
@@ -90,7 +86,7 @@ blocks:
   EXPECT_EQ(6, model.runtimeParameters().value("R0").elements().at(0));
 
   write("plant.dd.yaml", "kinemo: 1\nvariables: {k: 30}\n");
-  const std::filesystem::path file = folder / "plant.dd.yaml";
+  const std::filesystem::path file = folder.path() / "plant.dd.yaml";
   std::filesystem::last_write_time(file, std::filesystem::last_write_time(file) + std::chrono::seconds(5));
   EXPECT_EQ(30, host::openDictionary(file.string())->size() == 1
                     ? cvGetScalar(host::openDictionary(file.string())->get("k"))
@@ -161,7 +157,6 @@ blocks:
 }
 
 TEST_F(ReadDiagram, LinkedPartTakesValuesFromItsPlaceOfUse) {
-  std::filesystem::create_directories(folder / "parts");
   write("parts/rc.yaml", R"(kinemo: 1
 atomic: off
 mask: {R: 1, C: 2}
@@ -184,7 +179,7 @@ lines: [[X.b, Y.a]]
   EXPECT_EQ(u"on", host::parameter(*diagram.findBlock(u"Y"), "TreatAsAtomicUnit"));
   EXPECT_EQ(MaskInterface::mask(diagram.findBlock(u"X")), MaskInterface::mask(diagram.findBlock(u"Y")));
   ASSERT_NE(nullptr, diagram.findBlock(u"Y/In/G"));
-  EXPECT_EQ((folder / "parts/inner.yaml").string(), *host::sourcePlace(*diagram.findBlock(u"Y/In/G")).file);
+  EXPECT_EQ((folder.path() / "parts/inner.yaml").string(), *host::sourcePlace(*diagram.findBlock(u"Y/In/G")).file);
 }
 
 TEST_F(ReadDiagram, JsonIsReadAsWell) {

@@ -6,12 +6,12 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "formats/spice/netlist_reader.hpp"
 #include "formats/spice/text_file.hpp"
 #include "tests/formats/spice/flatten.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 namespace kinemo::formats::spice {
 namespace {
@@ -267,27 +267,19 @@ TEST(NetlistMistakes, TellWhatWouldBeValid) {
               testing::HasSubstr("subcircuit 's' calls itself: s -> t -> s"));
 }
 
-/// A folder with files, gone at the end.
+/// Netlists that are read from a folder of files.
 class NetlistFiles : public testing::Test {
  protected:
-  NetlistFiles() : m_folder(std::filesystem::path(testing::TempDir()) / "kinemo_netlist_files") {
-    std::filesystem::remove_all(m_folder);
-    std::filesystem::create_directories(m_folder / "sub");
-  }
-  ~NetlistFiles() override { std::filesystem::remove_all(m_folder); }
-
-  void make_pipe(const std::string& name) { ASSERT_EQ(0, ::mkfifo((m_folder / name).c_str(), 0600)); }
-  void write(const std::string& name, const std::string& text) {
-    std::ofstream(m_folder / name, std::ios::binary) << text;
-  }
+  void make_pipe(const std::string& name) { ASSERT_EQ(0, ::mkfifo((m_folder.path() / name).c_str(), 0600)); }
+  void write(const std::string& name, const std::string& text) { m_folder.write(name, text); }
   /// Elements of the netlist, or what was wrong, with file names relative to the folder.
   std::vector<std::string> elements_of(const std::string& text) {
     DiagnosticList diagnostics;
     const Netlist netlist =
-        read_cards_and_resolve(make_text_file("top.cir", m_folder / "top.cir", "title\n" + text), diagnostics);
+        read_cards_and_resolve(make_text_file("top.cir", m_folder.path() / "top.cir", "title\n" + text), diagnostics);
     std::vector<std::string> result;
     for (const Diagnostic& one : diagnostics.all()) {
-      const std::string file = std::filesystem::path(one.file).lexically_relative(m_folder).string();
+      const std::string file = std::filesystem::path(one.file).lexically_relative(m_folder.path()).string();
       result.push_back((file.empty() ? one.file : file) + ":" + std::to_string(one.line) + " " + one.rule);
     }
     if (!diagnostics.has_errors()) {
@@ -299,7 +291,7 @@ class NetlistFiles : public testing::Test {
   }
 
  private:
-  std::filesystem::path m_folder;
+  test::TemporaryFolder m_folder;
 };
 
 TEST_F(NetlistFiles, AreIncludedWhereTheyAreNamedRelativeToTheFileThatNamesThem) {
@@ -319,6 +311,7 @@ TEST_F(NetlistFiles, SectionsOfLibrariesAreTakenAlone) {
 
 TEST_F(NetlistFiles, MistakesInThemNameThem) {
   write("bad.lib", ".lib a\nr1 x\n.lib b\n.endl c\n.lib d\nr2 x y 1\n");
+  write("sub/part.inc", "");
   write("loop.inc", "r1 a b 1\n.include loop.inc\n");
   write("binary.inc", std::string("r1 a b 1\n\0\1\2", 12));
   EXPECT_THAT(elements_of(".lib bad.lib a"),
