@@ -4,7 +4,7 @@
 
 #include <regex>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -146,4 +146,4 @@ TEST_F(BadInputs, OfDomainModulesNameTheFile) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

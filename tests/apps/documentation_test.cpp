@@ -11,7 +11,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -99,4 +99,4 @@ TEST_F(Documentation, EveryFunctionOfThePromptHasHelp) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -59,4 +59,4 @@ TEST_F(Export, NeedsALanguageThatItKnows) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::AllOf;
@@ -175,4 +175,4 @@ TEST_F(Parameters, ThatHaveNoEffectAreAWarning) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

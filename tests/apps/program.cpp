@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 namespace {
 
@@ -83,4 +83,4 @@ std::vector<std::string> ProgramTest::files() const {
   return names;
 }
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

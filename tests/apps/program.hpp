@@ -11,7 +11,7 @@
 
 #include "tests/support/temporary_folder.hpp"
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 struct ProgramRun {
   int exit_code = -1;  ///< -1 where a signal ended the program
@@ -46,4 +46,4 @@ class ProgramTest : public ::testing::Test {
   test::TemporaryFolder m_folder;
 };
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

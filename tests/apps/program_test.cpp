@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -215,4 +215,4 @@ TEST_F(Program, TwoRunsWriteTheSame) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -102,4 +102,4 @@ TEST_F(Render, ACheckOutlinesWhatItFinds) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -12,7 +12,7 @@
 #include <chrono>
 #include <csignal>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::EndsWith;
@@ -197,4 +197,4 @@ TEST_F(ScriptProgram, InterruptStopsTheEvaluationAndNotThePrompt) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -71,4 +71,4 @@ TEST_F(Variables, FaultsOfADictionaryAreToldAtTheirPlace) {
 }
 
 }  // namespace
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -13,7 +13,7 @@ struct CheckCase {
   std::vector<std::string> findings;  ///< "line rule: part of the text", in any order
 };
 
-class Checks : public tests::PhysicalEnvironment {
+class Checks : public test::PhysicalEnvironment {
  protected:
   formats::DiagnosticList run(const std::string& text) {
     embedded::block_diagram::Diagram& diagram = read(text);

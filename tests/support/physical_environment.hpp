@@ -13,7 +13,7 @@
 
 #include <string>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 inline std::string all_text(const formats::DiagnosticList& list) {
   std::string text;
@@ -42,4 +42,4 @@ class PhysicalEnvironment : public ::testing::Test {
   embedded::Environment environment;
 };
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

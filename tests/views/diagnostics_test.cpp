@@ -19,7 +19,7 @@ kmf::MessageException error_of(const char* id, const ustring& object = {}) {
   return error;
 }
 
-class ErrorDiagnostics : public tests::PhysicalEnvironment {
+class ErrorDiagnostics : public test::PhysicalEnvironment {
  protected:
   ErrorDiagnostics()
       : diagram(read("kinemo: 1\nname: m\nblocks:\n  S:\n    type: subsystem\n    blocks:\n"

@@ -65,14 +65,14 @@ lines:
   - [Top.n, F.out, O.x, Gnd]
 )yaml";
 
-class Explain : public tests::PhysicalEnvironment {
+class Explain : public test::PhysicalEnvironment {
  protected:
   Explain() : diagram(read(model_text)), model(compile(diagram)) {}
 
   std::string explained(const std::string& block, const std::string& parameter) {
     formats::DiagnosticList problems;
     const auto explanation = explain(model, diagram, block, parameter, "model.yaml", problems);
-    if (!explanation) return tests::all_text(problems);
+    if (!explanation) return test::all_text(problems);
     std::ostringstream text;
     write_explanation_text(text, *explanation);
     return text.str();

@@ -19,12 +19,12 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-class ModelViews : public tests::PhysicalEnvironment {
+class ModelViews : public test::PhysicalEnvironment {
  protected:
   embedded::block_diagram::Diagram& example(const std::string& name) {
     formats::DiagnosticList problems;
     auto* diagram = formats::diagram::read_diagram(KINEMO_SOURCE_DIR "/examples/" + name, problems);
-    if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
+    if (diagram == nullptr) throw std::runtime_error(test::all_text(problems));
     return *diagram;
   }
 

@@ -19,7 +19,7 @@ namespace host = embedded::block_diagram;
 
 using Pins = std::set<std::string>;
 
-class Nets : public tests::PhysicalEnvironment {
+class Nets : public test::PhysicalEnvironment {
  protected:
   std::map<std::string, Pins> nets_of(const std::string& text) {
     host::Diagram& diagram = read(text);
@@ -160,7 +160,7 @@ TEST_F(Nets, OfTheCompiledGraphAreThoseOfTheDrawing) {
   for (const char* file : {"/examples/rc_lowpass.yaml", "/examples/motor_drive.yaml"}) {
     formats::DiagnosticList problems;
     auto* diagram = formats::diagram::read_diagram(std::string(KINEMO_SOURCE_DIR) + file, problems);
-    ASSERT_NE(nullptr, diagram) << tests::all_text(problems);
+    ASSERT_NE(nullptr, diagram) << test::all_text(problems);
     const gl::core::Model model = compile(*diagram);
     std::set<Pins> compiled;
     for (const Net& net : make_nets(model, *diagram)) {

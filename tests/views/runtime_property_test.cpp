@@ -86,7 +86,7 @@ void expect_isomorphic(const gl::core::Model& a, const gl::core::Model& b) {
   }
 }
 
-class RuntimeProperty : public tests::PhysicalEnvironment {
+class RuntimeProperty : public kinemo::test::PhysicalEnvironment {
  protected:
   RuntimeProperty() {
     std::vector<std::string> names;

@@ -31,7 +31,7 @@ struct Watched {
   test::LeakGuard leaks;
 };
 
-class DiagramFunctions : protected Watched, public tests::PhysicalEnvironment {
+class DiagramFunctions : protected Watched, public test::PhysicalEnvironment {
  protected:
   DiagramFunctions() {
     register_diagram_functions();

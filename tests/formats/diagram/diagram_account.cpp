@@ -12,7 +12,7 @@
 #include <set>
 #include <sstream>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::string account_of(const host::Diagram& diagram) {
   return Account(diagram).text();
 }
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

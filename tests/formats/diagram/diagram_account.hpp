@@ -5,10 +5,10 @@
 
 #include <string>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 /// Blocks with parameters, places, masks and ports, lines, settings and variables; not the diagram's name, places in
 /// files, and numbers of ports beyond their order.
 std::string account_of(const embedded::block_diagram::Diagram& diagram);
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

@@ -72,7 +72,7 @@ std::string full_text(const Diagnostic& diagnostic) {
   return text;
 }
 
-class DiagramErrors : public tests::PhysicalEnvironment {
+class DiagramErrors : public test::PhysicalEnvironment {
  protected:
   void run(const ErrorCase& error_case) {
     for (const auto& [name, text] : error_case.files) folder.write(name, text);

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kinemo::tests {
+namespace kinemo::test {
 
 namespace host = embedded::block_diagram;
 
@@ -154,4 +154,4 @@ class RandomDiagram {
   host::Diagram& diagram_;
 };
 
-}  // namespace kinemo::tests
+}  // namespace kinemo::test

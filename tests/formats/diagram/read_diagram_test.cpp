@@ -13,7 +13,7 @@ namespace {
 
 namespace host = embedded::block_diagram;
 
-class ReadDiagram : public tests::PhysicalEnvironment {
+class ReadDiagram : public test::PhysicalEnvironment {
  protected:
   ReadDiagram() { install_dictionary_reader(); }
 
@@ -22,7 +22,7 @@ class ReadDiagram : public tests::PhysicalEnvironment {
   host::Diagram& read_file(const std::string& name) {
     DiagnosticList problems;
     host::Diagram* diagram = read_diagram((folder.path() / name).string(), problems);
-    if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
+    if (diagram == nullptr) throw std::runtime_error(test::all_text(problems));
     return *diagram;
   }
 
@@ -237,7 +237,7 @@ TEST_F(ReadDiagram, OneFileNestsAThousandLevels) {
 TEST_F(ReadDiagram, TooDeepAFileIsRefused) {
   DiagnosticList problems;
   EXPECT_EQ(nullptr, read_diagram_text(nested_subsystems(3001), "model.yaml", problems));
-  ASSERT_EQ(1U, problems.all().size()) << tests::all_text(problems);
+  ASSERT_EQ(1U, problems.all().size()) << test::all_text(problems);
   EXPECT_EQ("diagram:too-deep", problems.all().front().rule);
 }
 

@@ -42,21 +42,21 @@ struct Watched {
   test::LeakGuard leaks;
 };
 
-class WriteDiagram : private Watched, public tests::PhysicalEnvironment {
+class WriteDiagram : private Watched, public test::PhysicalEnvironment {
  protected:
   WriteDiagram() { install_dictionary_reader(); }
 
   std::string written(host::Diagram& diagram, const std::string& file = {}) {
     DiagnosticList problems;
     const auto text = diagram_text(diagram, file, problems);
-    EXPECT_EQ("", tests::all_text(problems));
+    EXPECT_EQ("", test::all_text(problems));
     return text.value_or("");
   }
 
   std::string refusal(host::Diagram& diagram) {
     DiagnosticList problems;
     EXPECT_FALSE(diagram_text(diagram, {}, problems).has_value());
-    return tests::all_text(problems);
+    return test::all_text(problems);
   }
 
   std::string model_text(host::Diagram& diagram) {
@@ -67,12 +67,12 @@ class WriteDiagram : private Watched, public tests::PhysicalEnvironment {
 
   /// Reads what is written of the diagram, which is closed; everything must be as before.
   host::Diagram& again(host::Diagram& diagram, bool compiles = true) {
-    const std::string account = tests::account_of(diagram);
+    const std::string account = test::account_of(diagram);
     const std::string model = compiles ? model_text(diagram) : "";
     const std::string text = written(diagram);
     host::Diagram::close(diagram);
     host::Diagram& copy = read(text);
-    EXPECT_EQ(account, tests::account_of(copy)) << text;
+    EXPECT_EQ(account, test::account_of(copy)) << text;
     EXPECT_EQ(model, compiles ? model_text(copy) : "") << text;
     EXPECT_EQ(text, written(copy));
     return copy;
@@ -81,14 +81,14 @@ class WriteDiagram : private Watched, public tests::PhysicalEnvironment {
   host::Diagram& read_circuit(const std::string& path) {
     DiagnosticList problems;
     auto* diagram = spice::read_netlist(path, {}, problems);
-    if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
+    if (diagram == nullptr) throw std::runtime_error(test::all_text(problems));
     return *diagram;
   }
 
   host::Diagram& read_diagram_file(const std::string& path) {
     DiagnosticList problems;
     auto* diagram = read_diagram(path, problems);
-    if (diagram == nullptr) throw std::runtime_error(tests::all_text(problems));
+    if (diagram == nullptr) throw std::runtime_error(test::all_text(problems));
     return *diagram;
   }
 
@@ -196,7 +196,7 @@ blocks:
 TEST_F(WriteDiagram, RandomDiagramsOfOddNamesReadBackAsTheyWere) {
   for (unsigned seed = 1; seed <= 40 && !HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
-    host::Diagram::close(again(tests::RandomDiagram(seed).diagram(), false));
+    host::Diagram::close(again(test::RandomDiagram(seed).diagram(), false));
   }
 }
 
@@ -334,7 +334,7 @@ blocks:
   host::Diagram& diagram = read_diagram_file(file);
   host::setParameter(*diagram.findBlock(u"B/R"), "R", u"5");
   DiagnosticList problems;
-  ASSERT_TRUE(write_diagram(diagram, file, problems)) << tests::all_text(problems);
+  ASSERT_TRUE(write_diagram(diagram, file, problems)) << test::all_text(problems);
   std::string reason;
   EXPECT_EQ(R"(kinemo: 1
 name: plant
@@ -350,9 +350,9 @@ blocks:
       I: {type: ./inner.yaml}
 )",
             read_text(file, reason).value_or(reason));
-  const std::string account = tests::account_of(diagram);
+  const std::string account = test::account_of(diagram);
   host::Diagram::close(diagram);
-  EXPECT_EQ(account, tests::account_of(read_diagram_file(file)));
+  EXPECT_EQ(account, test::account_of(read_diagram_file(file)));
   EXPECT_EQ(1U, host::Diagram::open().size());
   EXPECT_THAT(written(*host::Diagram::open().front(), folder.path() / "part.yaml"), Not(HasSubstr("./part.yaml")))
       << "a file that is written can't link to itself";
@@ -368,7 +368,7 @@ TEST_F(WriteDiagram, AFileIsReplacedByTheWholeTextOrNotAtAll) {
   EXPECT_EQ("as before", read_text(file, reason));
   host::removeBlock(*diagram.root().find(u"S"));
   EXPECT_FALSE(write_diagram(diagram, folder.path() / "missing" / "x.yaml", problems));
-  EXPECT_THAT(tests::all_text(problems), HasSubstr("[diagram:unwritable-file]"));
+  EXPECT_THAT(test::all_text(problems), HasSubstr("[diagram:unwritable-file]"));
   EXPECT_TRUE(write_diagram(diagram, file, problems));
   EXPECT_EQ("kinemo: 1\nname: plant\n", read_text(file, reason));
   EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder.path()), {})) << "no temporary file is left";

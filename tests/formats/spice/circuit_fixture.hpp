@@ -11,7 +11,7 @@
 
 namespace kinemo::formats::spice {
 
-class CircuitFixture : public tests::PhysicalEnvironment {
+class CircuitFixture : public test::PhysicalEnvironment {
  protected:
   using Diagram = embedded::block_diagram::Diagram;
 
@@ -20,7 +20,7 @@ class CircuitFixture : public tests::PhysicalEnvironment {
     problems = {};
     Diagram* diagram = read_netlist_text("title\n" + text, "circuit.cir", options, problems);
     if (diagram == nullptr) {
-      throw std::runtime_error(tests::all_text(problems));
+      throw std::runtime_error(test::all_text(problems));
     }
     return *diagram;
   }

@@ -106,7 +106,7 @@ TEST_F(LiveParameters, AreToldInTheNamesThatAnElementSees) {
                   {u"x1/x1", "w", "2*w"},
                   {u"x1/x1/d2", "model_values", "[2*a, p_max_1]"},  // `w` of x1 is hidden
                   {u"x1/x1/r1", "value", "w + 2*a"}});
-  EXPECT_THAT(tests::all_text(problems), testing::HasSubstr("circuit.cir:7:1: note: a parameter that element 'd1'"));
+  EXPECT_THAT(test::all_text(problems), testing::HasSubstr("circuit.cir:7:1: note: a parameter that element 'd1'"));
 }
 
 TEST_F(LiveParameters, FollowOthersAsAFreshReadingDoes) {
@@ -180,7 +180,7 @@ TEST_F(LiveParameters, ThatGrowWithoutEndStandForThemselves) {
   EXPECT_EQ((std::map<std::string, std::string>{{"0", "||"}, {"r1", "1|tc1=1|"}, {"x1/r1", "3||"}}), worth(diagram));
   EXPECT_LT(parameter(diagram, u"r1", "value").size(), 3'000U);
   EXPECT_LT(parameter(diagram, u"x1", "a60").size(), 3'000U);
-  EXPECT_THAT(tests::all_text(problems), testing::HasSubstr("note: parameter 'a7' doesn't follow"));
+  EXPECT_THAT(test::all_text(problems), testing::HasSubstr("note: parameter 'a7' doesn't follow"));
 }
 
 }  // namespace

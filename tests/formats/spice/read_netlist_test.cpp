@@ -157,7 +157,7 @@ TEST_F(ReadNetlist, NothingIsOpenAfterAMistake) {
   EXPECT_EQ(1U, problems.error_count());
   DiagnosticList later;
   EXPECT_EQ(nullptr, read_netlist_text("title\nr1 a b {nope}\n", "broken.cir", {}, later));
-  EXPECT_THAT(tests::all_text(later), testing::HasSubstr("broken.cir:2:1: error: there is no parameter 'nope'"));
+  EXPECT_THAT(test::all_text(later), testing::HasSubstr("broken.cir:2:1: error: there is no parameter 'nope'"));
   EXPECT_TRUE(Diagram::open().empty());
   EXPECT_EQ(nullptr, read_netlist("no/such/file.cir", {}, later));
 }

@@ -21,13 +21,13 @@ namespace host = embedded::block_diagram;
 using testing::HasSubstr;
 using testing::Not;
 
-class WriteNetlist : public tests::PhysicalEnvironment {
+class WriteNetlist : public test::PhysicalEnvironment {
  protected:
   host::Diagram& read_circuit(const std::string& text, const std::string& name = "circuit.cir") {
     DiagnosticList problems;
     host::Diagram* diagram = read_netlist_text(text, name, {}, problems);
     if (diagram == nullptr) {
-      throw std::runtime_error(tests::all_text(problems));
+      throw std::runtime_error(test::all_text(problems));
     }
     return *diagram;
   }
@@ -46,7 +46,7 @@ class WriteNetlist : public tests::PhysicalEnvironment {
   std::string write(host::Diagram& diagram) {
     DiagnosticList problems;
     const std::string text = write(diagram, problems);
-    EXPECT_EQ(tests::all_text(problems), "");
+    EXPECT_EQ(test::all_text(problems), "");
     return text;
   }
 
@@ -55,7 +55,7 @@ class WriteNetlist : public tests::PhysicalEnvironment {
   std::string problems_of(const std::string& yaml) {
     DiagnosticList problems;
     EXPECT_EQ(write(read(yaml), problems), "");
-    return tests::all_text(problems);
+    return test::all_text(problems);
   }
 };
 

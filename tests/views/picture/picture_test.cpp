@@ -45,7 +45,7 @@ lines:
   - [[V.1, n], Outer.q, G.g]
 )";
 
-class Picture : public tests::PhysicalEnvironment {
+class Picture : public test::PhysicalEnvironment {
  protected:
   static Scene scene(host::System& system) {
     ShapeMaker shapes;
