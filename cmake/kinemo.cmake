@@ -83,7 +83,7 @@ function(kinemo_test name)
     kinemo_link_objects(${name} ${ARG_OBJECTS})
   endif()
   target_link_libraries(${name} PRIVATE kinemo_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
                        PROPERTIES TIMEOUT 300 ENVIRONMENT
                                   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0"
                        DISCOVERY_TIMEOUT 60)

@@ -102,6 +102,7 @@ TEST_F(IconStyling, PreferenceIsAskedOnceForTheFirstStylesThatAreMade) {
     for (const char* file : {"known.svg", "new.svg", "newer.svg"}) icon(file);
     for (const auto& row : GTBlockIcon::findResource(u"newer.svg")->styles)
       std::fprintf(stderr, "%s ", utf8(row.first).c_str());
+    std::filesystem::remove_all(folder.path());
     std::_Exit(0);
   };
   EXPECT_EXIT(ask(), testing::ExitedWithCode(0),
