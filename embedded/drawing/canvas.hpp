@@ -1,6 +1,7 @@
 #pragma once
 
 #include "embedded/block_diagram/window.hpp"
+#include "embedded/drawing/geometry.hpp"
 
 #include <functional>
 #include <memory>
@@ -14,16 +15,6 @@ namespace embedded::drawing {
 class VectorIcon;
 
 enum class Format { Svg, Png, Pdf };
-
-/// In units of the diagram.
-struct Point {
-  double x = 0;
-  double y = 0;
-};
-struct Size {
-  double width = 0;
-  double height = 0;
-};
 
 /// A white page on which blocks draw themselves, and the picture file that comes of it. Positions and sizes are in
 /// units of the diagram, x to the right and y downward.

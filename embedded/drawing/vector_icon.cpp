@@ -90,7 +90,7 @@ void VectorIcon::measureContent() {
   content_ = around(paint, {shapes.x, shapes.y, shapes.width, shapes.height});
 }
 
-VectorIcon::Rectangle VectorIcon::around(const Rectangle& a, const Rectangle& b) {
+Rectangle VectorIcon::around(const Rectangle& a, const Rectangle& b) {
   if (a.width <= 0 || a.height <= 0) return b;
   const double left = std::min(a.x, b.x);
   const double top = std::min(a.y, b.y);

@@ -23,13 +23,6 @@ class VectorIcon {
   void draw(cairo_t* context, Size room, const IconLook& look, const boost::optional<GTColor>& foreground);
 
  private:
-  struct Rectangle {
-    double x = 0;
-    double y = 0;
-    double width = 0;
-    double height = 0;
-  };
-
   VectorIcon(std::string text, ObjectPointer<RsvgHandle> handle);
   static Rectangle around(const Rectangle& a, const Rectangle& b);
   void measurePage();

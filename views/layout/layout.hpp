@@ -1,29 +1,18 @@
 #pragma once
 
-// Places of blocks and lines in the picture of one system. Pure geometry: no host, no drawing. Lengths are in units of
-// the diagram, x grows to the right and y downward.
+// Places of blocks and lines in the picture of one system. Pure geometry: no host, no drawing but its shapes. Lengths
+// are in units of the diagram, x grows to the right and y downward.
+
+#include "embedded/drawing/geometry.hpp"
 
 #include <cstddef>
 #include <vector>
 
 namespace kinemo::views::layout {
 
-struct Point {
-  double x = 0;
-  double y = 0;
-};
-
-struct Size {
-  double width = 0;
-  double height = 0;
-};
-
-struct Rectangle {
-  double x = 0;
-  double y = 0;
-  double width = 0;
-  double height = 0;
-};
+using embedded::drawing::Point;
+using embedded::drawing::Rectangle;
+using embedded::drawing::Size;
 
 enum class Direction { left, right, up, down };
 

@@ -122,7 +122,7 @@ layout::Size ShapeMaker::size_of(const GTBlock& block) {
     return {rounded_up(measure_(name, name_share).width, port_distance) + port_distance, port_distance};
   }
   const auto natural = drawing::natural_size(block);
-  layout::Size size = natural ? layout::Size{natural->width, natural->height} : size_by_texts(block);
+  layout::Size size = natural ? *natural : size_by_texts(block);
   // An icon for any count of ports grows with it.
   size.height = std::max(size.height, port_distance * most_ports_of_a_side(block));
   return lies_across(block) ? layout::Size{size.height, size.width} : size;
@@ -172,13 +172,11 @@ BlockShape ShapeMaker::make(const GTBlock& block) {
 }
 
 layout::Size ShapeMaker::label_size(const ustring& text) {
-  const drawing::Size size = measure_(text, stub_share);
-  return {size.width, size.height};
+  return measure_(text, stub_share);
 }
 
 layout::Size ShapeMaker::net_name_size(const ustring& text) {
-  const drawing::Size size = measure_(text, net_name_share);
-  return {size.width, size.height};
+  return measure_(text, net_name_share);
 }
 
 }  // namespace kinemo::views::picture

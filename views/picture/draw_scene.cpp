@@ -18,17 +18,7 @@ constexpr double dot_radius = 2.8;
 constexpr double port_mark_radius = 6;
 constexpr double outline_distance = 2;  // clear of the names below blocks
 
-using Points = std::vector<drawing::Point>;
-
-drawing::Point at(layout::Point point) {
-  return {point.x, point.y};
-}
-
-Points points_of(const std::vector<layout::Point>& line) {
-  Points points;
-  for (const layout::Point& point : line) points.push_back(at(point));
-  return points;
-}
+using Points = std::vector<layout::Point>;
 
 Points rectangle(layout::Point corner, layout::Size size, double wider) {
   const double left = corner.x - wider;
@@ -64,9 +54,9 @@ class Painter {
   void underline(std::size_t i) {
     if (marks_.nets.count(scene_.nets[i].ports) == 0) return;
     const layout::Route& route = scene_.drawing.routes[i];
-    for (const auto& line : route.lines) canvas_.drawLine(points_of(line), marks_.light, mark_width);
+    for (const auto& line : route.lines) canvas_.drawLine(line, marks_.light, mark_width);
     for (const layout::Stub& stub : route.stubs) {
-      canvas_.drawLine({at(stub.from), at(stub.end)}, marks_.light, mark_width);
+      canvas_.drawLine({stub.from, stub.end}, marks_.light, mark_width);
       const layout::Rectangle& label = stub.label;
       canvas_.drawLine({{label.x, label.y + label.height / 2}, {label.x + label.width, label.y + label.height / 2}},
                        marks_.light, label.height);
@@ -77,13 +67,13 @@ class Painter {
     const SceneNet& net = scene_.nets[i];
     const layout::Route& route = scene_.drawing.routes[i];
     const double width = marks_.nets.count(net.ports) != 0 ? 2 * line_width : line_width;
-    for (const auto& line : route.lines) canvas_.drawLine(points_of(line), net.color, width);
+    for (const auto& line : route.lines) canvas_.drawLine(line, net.color, width);
     if (net.label) {
-      canvas_.drawText(net.name, at(*net.label), GT_ALIGN_LEFT, GT_ALIGN_TOP, net.color, net_name_share);
+      canvas_.drawText(net.name, *net.label, GT_ALIGN_LEFT, GT_ALIGN_TOP, net.color, net_name_share);
     }
-    for (const layout::Point& dot : route.dots) canvas_.drawDot(at(dot), net.color, dot_radius);
+    for (const layout::Point& dot : route.dots) canvas_.drawDot(dot, net.color, dot_radius);
     for (const layout::Stub& stub : route.stubs) {
-      canvas_.drawLine({at(stub.from), at(stub.end)}, net.color, width);
+      canvas_.drawLine({stub.from, stub.end}, net.color, width);
       const layout::Rectangle& label = stub.label;
       canvas_.drawText(net.name, {label.x + label.width / 2, label.y + label.height / 2}, GT_ALIGN_CENTER,
                        GT_ALIGN_MIDDLE, net.color, stub_share);
