@@ -1,9 +1,9 @@
 #include "views/picture/net_labels.hpp"
 
+#include "views/layout/scene.hpp"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <unordered_map>
 
 namespace kinemo::views::picture {
 
@@ -17,86 +17,34 @@ constexpr double half_line = 1.5;
 constexpr double gap = 2.5;  ///< between a line and the name above it
 constexpr std::size_t most_segments = 4;
 
-bool overlap(const Rectangle& a, const Rectangle& b) {
-  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
-}
-
-/// What is drawn, by square cells, so that asking for a small rectangle is cheap.
-class Occupied {
- public:
-  void add(const Rectangle& it) {
-    if (cell_count(it) > most_cells) {
-      large_.push_back(it);
-      return;
-    }
-    for_each_cell(it, [&](std::int64_t cell) {
-      cells_[cell].push_back(it);
-      return true;
-    });
-  }
-
-  bool is_free(const Rectangle& it) const {
-    const auto covers = [&](const Rectangle& other) { return overlap(it, other); };
-    if (std::any_of(large_.begin(), large_.end(), covers)) return false;
-    return for_each_cell(it, [&](std::int64_t cell) {
-      const auto found = cells_.find(cell);
-      return found == cells_.end() || std::none_of(found->second.begin(), found->second.end(), covers);
-    });
-  }
-
- private:
-  static constexpr double side = 100;
-  static constexpr double far = 1e7;  ///< what lies beyond shares the outermost cells
-
-  static constexpr std::int64_t most_cells = 10'000;
-
-  static std::int64_t index(double at) { return std::llround(std::floor(std::clamp(at, -far, far) / side)); }
-
-  static std::int64_t cell_count(const Rectangle& it) {
-    return (index(it.x + it.width) - index(it.x) + 1) * (index(it.y + it.height) - index(it.y) + 1);
-  }
-
-  /// Until `visit` says no; whether it never did.
-  template <class Visit>
-  static bool for_each_cell(const Rectangle& it, Visit visit) {
-    for (std::int64_t x = index(it.x); x <= index(it.x + it.width); ++x) {
-      for (std::int64_t y = index(it.y); y <= index(it.y + it.height); ++y) {
-        if (!visit(x * 1'000'003 + y)) return false;
-      }
-    }
-    return true;
-  }
-
-  std::unordered_map<std::int64_t, std::vector<Rectangle>> cells_;
-  std::vector<Rectangle> large_;  ///< what covers too many cells
-};
-
 Rectangle around(const Point& a, const Point& b) {
-  return {std::min(a.x, b.x) - half_line, std::min(a.y, b.y) - half_line, std::abs(a.x - b.x) + 2 * half_line,
-          std::abs(a.y - b.y) + 2 * half_line};
+  return layout::grown(layout::spanned(a, b), half_line);
 }
 
-Rectangle moved(const Rectangle& it, const Point& by) {
-  return {it.x + by.x, it.y + by.y, it.width, it.height};
-}
-
-Occupied everything(const std::vector<layout::Box>& boxes, const layout::Drawing& drawing) {
-  Occupied occupied;
+layout::Scene everything(const std::vector<layout::Box>& boxes, const layout::Drawing& drawing) {
+  layout::Scene scene;
+  const auto add = [&](const Rectangle& room) { scene.add({layout::Kind::text, room}); };
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     const Point& corner = drawing.corners[i];
-    occupied.add({corner.x, corner.y, boxes[i].size.width, boxes[i].size.height});
-    for (const Rectangle& text : boxes[i].texts) occupied.add(moved(text, corner));
+    add({corner.x, corner.y, boxes[i].size.width, boxes[i].size.height});
+    for (const Rectangle& text : boxes[i].texts) add(layout::moved(text, corner));
   }
   for (const layout::Route& route : drawing.routes) {
     for (const auto& line : route.lines) {
-      for (std::size_t i = 1; i < line.size(); ++i) occupied.add(around(line[i - 1], line[i]));
+      for (std::size_t i = 1; i < line.size(); ++i) add(around(line[i - 1], line[i]));
     }
     for (const layout::Stub& stub : route.stubs) {
-      occupied.add(around(stub.from, stub.end));
-      occupied.add(stub.label);
+      add(around(stub.from, stub.end));
+      add(stub.label);
     }
   }
-  return occupied;
+  return scene;
+}
+
+bool is_free(const layout::Scene& scene, const Rectangle& place) {
+  const std::vector<std::size_t> near = scene.near(place);
+  return std::none_of(near.begin(), near.end(),
+                      [&](std::size_t thing) { return layout::overlap(scene[thing].room, place); });
 }
 
 struct Segment {
@@ -120,12 +68,12 @@ std::vector<Segment> horizontal_segments(const layout::Route& route, double leas
   return found;
 }
 
-boost::optional<Rectangle> free_place(const Occupied& occupied, const layout::Route& route, const Size& name) {
+boost::optional<Rectangle> free_place(const layout::Scene& scene, const layout::Route& route, const Size& name) {
   for (const Segment& segment : horizontal_segments(route, name.width + 2 * gap)) {
     for (const double share : {0.5, 0.2, 0.8}) {
       const double x = segment.left.x + gap + share * (segment.length - name.width - 2 * gap);
       const Rectangle place{x, segment.left.y - name.height - gap, name.width, name.height};
-      if (occupied.is_free(place)) return place;
+      if (is_free(scene, place)) return place;
     }
   }
   return boost::none;
@@ -136,12 +84,12 @@ boost::optional<Rectangle> free_place(const Occupied& occupied, const layout::Ro
 std::vector<boost::optional<Point>> place_net_labels(const std::vector<layout::Box>& boxes,
                                                      const layout::Drawing& drawing, const std::vector<Size>& names) {
   std::vector<boost::optional<Point>> places(names.size());
-  Occupied occupied = everything(boxes, drawing);
+  layout::Scene scene = everything(boxes, drawing);
   for (std::size_t net = 0; net < names.size(); ++net) {
     if (names[net].width <= 0) continue;
-    const auto place = free_place(occupied, drawing.routes[net], names[net]);
+    const auto place = free_place(scene, drawing.routes[net], names[net]);
     if (!place) continue;
-    occupied.add(*place);
+    scene.add({layout::Kind::text, *place});
     places[net] = Point{place->x, place->y};
   }
   return places;
