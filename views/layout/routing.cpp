@@ -47,16 +47,11 @@ class Router {
     }
   }
 
-  /// Legs first, as they can't be anywhere else.
+  /// Legs first, as they can't be anywhere else. They are measured while there is nothing but boxes and texts.
   void reserve() {
-    const Scene boxes = scene_;
     const bool all_fixed = std::all_of(problem_.boxes.begin(), problem_.boxes.end(), [](auto& it) { return it.fixed; });
+    for (std::size_t net = 0; net < nets_.size(); ++net) decide(net, all_fixed);
     for (std::size_t net = 0; net < nets_.size(); ++net) {
-      const Net& it = problem_.nets[net];
-      if (it.pins.size() < 2) continue;
-      nets_[net].named = stub_rule_(it);
-      if (!nets_[net].named) make_legs(net, boxes);
-      if (is_long(nets_[net].order) && it.label.width > 0 && !all_fixed) nets_[net].named = true;
       if (!nets_[net].named) add_legs(net);
     }
     for (std::size_t net = 0; net < nets_.size(); ++net) {
@@ -64,13 +59,23 @@ class Router {
     }
   }
 
+  /// Whether lines join the net, which then has legs, or names stand for it.
+  void decide(std::size_t net, bool all_fixed) {
+    const Net& it = problem_.nets[net];
+    if (it.pins.size() < 2) return;
+    nets_[net].named = stub_rule_(it);
+    if (nets_[net].named) return;
+    make_legs(net);
+    nets_[net].named = is_long(nets_[net].order) && it.label.width > 0 && !all_fixed;
+  }
+
   static bool is_long(const JoinOrder& order) {
     return order.length > most_length || order.longest_branch > most_length_of_branch;
   }
 
-  void make_legs(std::size_t net, const Scene& boxes) {
+  void make_legs(std::size_t net) {
     for (PinRef pin : problem_.nets[net].pins) {
-      nets_[net].legs.push_back({place_of(problem_, pin), leg_end(problem_, boxes, pin), pin_of(problem_, pin).away});
+      nets_[net].legs.push_back({place_of(problem_, pin), leg_end(problem_, scene_, pin), pin_of(problem_, pin).away});
     }
     nets_[net].order = join_order(nets_[net].legs);
   }
