@@ -3,6 +3,7 @@
 #include "embedded/block_diagram/diagram.hpp"
 
 #include <algorithm>
+#include <limits>
 
 namespace kinemo::views::picture {
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr double distance = 60;
 constexpr double row = 30;
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 struct Extent {
   double left = 0;
@@ -25,7 +27,7 @@ bool is_open(const BlockShape& shape) {
 
 /// Of the placed shapes.
 Extent extent(const std::vector<BlockShape>& shapes) {
-  Extent all{1e9, -1e9, 1e9};
+  Extent all{infinity, -infinity, infinity};
   for (const BlockShape& shape : shapes) {
     if (!shape.box.fixed) continue;
     all.left = std::min(all.left, shape.box.corner.x);
@@ -53,7 +55,7 @@ std::vector<double> wanted_heights(const std::vector<BlockShape>& shapes, const 
 void stack(std::vector<BlockShape>& shapes, std::vector<std::size_t> side, const std::vector<double>& heights,
            double edge, bool left) {
   std::stable_sort(side.begin(), side.end(), [&](std::size_t a, std::size_t b) { return heights[a] < heights[b]; });
-  double free = -1e9;
+  double free = -infinity;
   for (const std::size_t i : side) {
     layout::Box& box = shapes[i].box;
     const double y = std::max(heights[i] - box.size.height / 2, free);

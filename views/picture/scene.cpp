@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace kinemo::views::picture {
 
@@ -66,11 +67,11 @@ class SceneMaker {
   void add_nets() {
     const NetNames names = named_nets(*scene_.system);
     const PinOfPort pins = pins_of(scene_.shapes);
-    std::unordered_map<const std::vector<gtPort*>*, bool> seen;
+    std::unordered_set<const std::vector<gtPort*>*> seen;
     for (const BlockShape& shape : scene_.shapes) {
       for (const gtPort* port : shape.ports) {
         const std::vector<gtPort*>& net = host::netOf(*port);
-        if (net.size() > 1 && seen.emplace(&net, true).second) add_net(*port, names, pins);
+        if (net.size() > 1 && seen.insert(&net).second) add_net(*port, names, pins);
       }
     }
   }
