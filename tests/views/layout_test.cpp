@@ -273,6 +273,19 @@ TEST(Layout, BoxesOfTheUserStayAndOthersStandApart) {
   for (std::size_t i = 5; i < 30; ++i) EXPECT_EQ(std::fmod(drawing.corners[i].x, 10), 0) << i;
 }
 
+/// Each is joined to the user's box alone, and is told apart from it by nothing but its turn.
+TEST(Layout, EqualBoxesBesideThoseOfTheUserTakeEqualRoom) {
+  Problem problem;
+  problem.boxes.resize(4, box(60, 400, 1, 1));
+  problem.boxes[0] = box(60, 100, 3, 0);
+  problem.boxes[0].fixed = true;
+  for (std::size_t i = 1; i < 4; ++i) problem.nets.push_back({{{0, i - 1}, {i, 1}}, {300, 12}});
+  place_boxes(problem);
+  const std::vector<Box>& boxes = problem.boxes;
+  EXPECT_EQ(boxes[2].corner.y, boxes[3].corner.y);
+  EXPECT_EQ(boxes[2].corner.x - boxes[1].corner.x, boxes[3].corner.x - boxes[2].corner.x);
+}
+
 TEST(Layout, UnjoinedBoxesFillAPage) {
   Problem problem;
   problem.boxes.resize(1000, box(60, 40, 1, 1));

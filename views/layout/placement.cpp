@@ -11,6 +11,7 @@ namespace {
 
 constexpr double part_distance = 40;
 constexpr double page_ratio = 4.0 / 3;
+constexpr std::size_t no_piece = static_cast<std::size_t>(-1);
 
 /// A part with its boxes in place, relative to its own corner.
 struct Placed {
@@ -88,14 +89,30 @@ std::vector<Part> pieces_of(const Problem& problem, std::vector<Part> parts) {
   return pieces;
 }
 
-void add_room_for_cut_nets(const Problem& problem, const std::vector<Part>& pieces, std::vector<Rectangle>& rooms) {
-  std::vector<std::size_t> piece_of(problem.boxes.size());
+/// By box: the piece that it is in; none for those that the user placed.
+std::vector<std::size_t> pieces_by_box(const Problem& problem, const std::vector<Part>& pieces) {
+  std::vector<std::size_t> piece_of(problem.boxes.size(), no_piece);
   for (std::size_t piece = 0; piece < pieces.size(); ++piece) {
     for (std::size_t box : pieces[piece].boxes) piece_of[box] = piece;
   }
+  return piece_of;
+}
+
+bool is_cut(const Net& net, const std::vector<std::size_t>& piece_of) {
+  std::size_t first = no_piece;
+  for (PinRef it : net.pins) {
+    const std::size_t piece = piece_of[it.box];
+    if (piece == no_piece || piece == first) continue;
+    if (first != no_piece) return true;
+    first = piece;
+  }
+  return false;
+}
+
+void add_room_for_cut_nets(const Problem& problem, const std::vector<Part>& pieces, std::vector<Rectangle>& rooms) {
+  const std::vector<std::size_t> piece_of = pieces_by_box(problem, pieces);
   for (const Net& net : problem.nets) {
-    const auto elsewhere = [&](PinRef it) { return piece_of[it.box] != piece_of[net.pins.front().box]; };
-    if (std::none_of(net.pins.begin(), net.pins.end(), elsewhere)) continue;
+    if (!is_cut(net, piece_of)) continue;
     for (PinRef it : net.pins) add_stub_room(problem, it, net.label, rooms[it.box]);
   }
 }
