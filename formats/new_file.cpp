@@ -1,6 +1,7 @@
 #include "formats/new_file.hpp"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <utility>
@@ -9,15 +10,33 @@ namespace kinemo::formats {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// Beside the file, and no longer than a name may be.
+fs::path temporary_beside(const fs::path& file) {
+  constexpr std::size_t longest_stem = 200;
+  const std::string stem = file.filename().string().substr(0, longest_stem);
+  fs::path temporary = file;
+  return temporary.replace_filename("." + stem + "." + std::to_string(::getpid()) + ".tmp");
+}
+
+/// Who may read and write a file is its owner's choice, which a new file mustn't undo.
+void take_permissions(int descriptor, const fs::file_status& replaced) {
+  if (fs::exists(replaced)) ::fchmod(descriptor, static_cast<::mode_t>(replaced.permissions() & fs::perms::all));
+}
+
+}  // namespace
+
 NewFile::NewFile(const std::string& path) {
   std::error_code ignored;
   final_ = fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored) : fs::path(path);
   const fs::file_status status = fs::status(final_, ignored);
   const bool special = fs::exists(status) && !fs::is_regular_file(status);
-  fs::path written = final_;
-  if (!special) written.replace_filename("." + final_.filename().string() + "." + std::to_string(::getpid()) + ".tmp");
+  const fs::path written = special ? final_ : temporary_beside(final_);
   descriptor_ = ::open(written.c_str(), O_WRONLY | O_CLOEXEC | (special ? 0 : O_CREAT | O_EXCL), 0666);
-  if (descriptor_ >= 0 && !special) temporary_ = written;
+  if (descriptor_ < 0 || special) return;
+  temporary_ = written;
+  take_permissions(descriptor_, status);
 }
 
 NewFile::~NewFile() {

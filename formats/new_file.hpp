@@ -6,9 +6,9 @@
 
 namespace kinemo::formats {
 
-/// Writes go to a temporary file beside the path, which `commit` renames; without it, the file is as it was before.
-/// Devices and pipes are written directly; a link stays a link, and what it leads to is replaced. Where something can't
-/// be done, errno says why.
+/// Writes go to a temporary file beside the path, which `commit` renames; without it, the file is as it was before. A
+/// file that is replaced leaves its permissions to the new one. Devices and pipes are written directly; a link stays a
+/// link, and what it leads to is replaced. Where something can't be done, errno says why.
 class NewFile {
  public:
   explicit NewFile(const std::string& path);
