@@ -14,6 +14,8 @@ namespace {
 bool looks_like_diagram(std::string_view text) {
   constexpr std::array<std::string_view, 7> first_keys{"kinemo",     "name",   "settings", "workspace",
                                                        "dictionary", "blocks", "lines"};
+  constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+  if (text.substr(0, byte_order_mark.size()) == byte_order_mark) text.remove_prefix(byte_order_mark.size());
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(text.size(), line.size() + 1));
