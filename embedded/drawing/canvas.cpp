@@ -97,7 +97,7 @@ void Canvas::nextPage(Size size) {
 std::string Canvas::finish() {
   parts_->text.reset();
   parts_->icons.clear();
-  finish_surface(parts_->format, parts_->surface.get(), parts_->bytes);
+  finish_surface(parts_->format, context(), parts_->bytes);
   return std::move(parts_->bytes);
 }
 

@@ -68,7 +68,9 @@ SurfacePointer make_surface(Format format, Size size, std::string& bytes) {
   return surface;
 }
 
-void finish_surface(Format format, cairo_surface_t* surface, std::string& bytes) {
+void finish_surface(Format format, cairo_t* context, std::string& bytes) {
+  check_status(cairo_status(context));
+  cairo_surface_t* const surface = cairo_get_target(context);
   if (format == Format::Png) check_status(cairo_surface_write_to_png_stream(surface, append, &bytes));
   cairo_surface_finish(surface);
   check_status(cairo_surface_status(surface));

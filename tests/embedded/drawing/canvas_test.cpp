@@ -188,4 +188,15 @@ TEST_F(CanvasTest, SizesThatNoPictureHasAreErrors) {
   EXPECT_EQ(kinemo::test::error_of([&] { book.nextPage({5, 0}); }), "kinemo:host:drawing:InvalidSize(5, 0, 1e+06)");
 }
 
+/// What comes after a step that the library refuses isn't drawn any more, which nobody would see in the file.
+TEST_F(CanvasTest, PicturesThatCouldNotBeDrawnToTheirEndAreErrors) {
+  for (const Format format : {Format::Svg, Format::Png, Format::Pdf}) {
+    Canvas canvas(format, {40, 40});
+    canvas.drawAt({std::nan(""), 0}, [] {});
+    canvas.drawDot({20, 20}, black, 5);
+    EXPECT_EQ(kinemo::test::error_of([&] { canvas.finish(); }),
+              "kinemo:host:drawing:CannotWrite(invalid matrix (not invertible))");
+  }
+}
+
 }  // namespace embedded::drawing::test
