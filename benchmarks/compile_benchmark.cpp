@@ -2,16 +2,15 @@
 //
 //   compile_benchmark --benchmark_filter=Compile/chain
 
+#include "benchmarks/measure.hpp"
 #include "benchmarks/shapes.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
-#include "embedded/environment/environment.hpp"
 #include "formats/diagnostics.hpp"
 #include "formats/spice/read_netlist.hpp"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <functional>
 
@@ -21,17 +20,6 @@ using benchmarks::Diagram;
 
 using Builder = std::function<Diagram&(const std::string&, std::size_t)>;
 
-/// What is in use on the heap, not what the process holds.
-double heap_bytes() {
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<double>(info.uordblks + info.hblkhd);
-}
-
-void report(benchmark::State& state, std::size_t blocks) {
-  state.counters["per_block"] = benchmark::Counter(
-      static_cast<double>(blocks), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
 void build_diagram(benchmark::State& state, const Builder& builder) {
   const auto blocks = static_cast<std::size_t>(state.range(0));
   for (auto _ : state) {
@@ -40,7 +28,7 @@ void build_diagram(benchmark::State& state, const Builder& builder) {
     Diagram::close(diagram);
     state.ResumeTiming();
   }
-  report(state, blocks);
+  benchmarks::report_time_per(state, blocks);
 }
 
 void compile_diagram(benchmark::State& state, const Builder& builder) {
@@ -49,14 +37,14 @@ void compile_diagram(benchmark::State& state, const Builder& builder) {
   double grown = 0.0;
   for (auto _ : state) {
     state.PauseTiming();
-    const double before = heap_bytes();
+    const auto before = static_cast<double>(benchmarks::heap_bytes());
     state.ResumeTiming();
     const auto result = embedded::compile_layer::compile(diagram);
-    grown = heap_bytes() - before;
+    grown = static_cast<double>(benchmarks::heap_bytes()) - before;
     benchmark::DoNotOptimize(&result);
   }
   Diagram::close(diagram);
-  report(state, blocks);
+  benchmarks::report_time_per(state, blocks);
   state.counters["model_bytes_per_block"] = grown / static_cast<double>(blocks);
 }
 
@@ -70,7 +58,7 @@ void read_shared_tree(benchmark::State& state) {
     if (diagram != nullptr) Diagram::close(*diagram);
     state.ResumeTiming();
   }
-  report(state, blocks);
+  benchmarks::report_time_per(state, blocks);
 }
 
 void register_shape(const std::string& name, const Builder& builder) {
@@ -80,12 +68,7 @@ void register_shape(const std::string& name, const Builder& builder) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // Not a static object: the module must be closed before its own statics end.
-  embedded::Environment environment;
-  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
+void register_all() {
   register_shape("flat", benchmarks::flat);
   register_shape("ladder", benchmarks::ladder);
   register_shape("chain_of_1000_levels", [](const std::string& name, std::size_t blocks) -> Diagram& {
@@ -100,7 +83,10 @@ int main(int argc, char** argv) {
       ->Arg(100000)
       ->Unit(benchmark::kMillisecond)
       ->UseRealTime();
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return benchmarks::run_in_environment(argc, argv, register_all);
 }

@@ -4,10 +4,10 @@
 //
 //   graph_core_benchmark --benchmark_filter=Connect
 
+#include "benchmarks/measure.hpp"
 #include "platform/graph_core/graph.hpp"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <string>
 #include <vector>
@@ -22,13 +22,7 @@ using gl::core::Node;
 constexpr std::size_t all_levels = static_cast<std::size_t>(-1);
 
 void per_entry(benchmark::State& state, std::size_t entries) {
-  state.counters["per_entry"] = benchmark::Counter(
-      static_cast<double>(entries), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-std::size_t heap_bytes() {
-  const struct mallinfo2 info = mallinfo2();
-  return info.uordblks + info.hblkhd;
+  benchmarks::report_time_per(state, entries, "per_entry");
 }
 
 Component resistor() {
@@ -91,12 +85,12 @@ void Connect(benchmark::State& state) {
   const std::size_t count = static_cast<std::size_t>(state.range(0));
   const std::vector<kmf::VnId> components = ids("component_", count);
   const std::vector<kmf::VnId> nodes = ids("node_", count);
-  const std::size_t before = heap_bytes();
+  const std::size_t before = benchmarks::heap_bytes();
   std::size_t bytes = 0;
   for (auto _ : state) {
     const Graph graph = chain(components, nodes);
     state.PauseTiming();
-    bytes = heap_bytes() - before;
+    bytes = benchmarks::heap_bytes() - before;
     state.ResumeTiming();
   }
   per_entry(state, count);

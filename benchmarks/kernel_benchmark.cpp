@@ -2,10 +2,9 @@
 // making its model (components, the fold, boundaries). The host has evaluated the parameters before. Time per block is
 // what to look at: it should grow neither with the size nor with the depth.
 
+#include "benchmarks/measure.hpp"
 #include "benchmarks/network.hpp"
 #include "benchmarks/shapes.hpp"
-
-#include "embedded/environment/environment.hpp"
 
 namespace {
 
@@ -45,10 +44,5 @@ BENCHMARK(Fold)->Apply(sizes);
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Not a static object: the module must be closed before its own statics end.
-  embedded::Environment environment;
-  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+  return benchmarks::run_in_environment(argc, argv);
 }

@@ -1,5 +1,6 @@
 #include "benchmarks/network.hpp"
 
+#include "benchmarks/measure.hpp"
 #include "common/gl/gti/export/translation_configuration.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
@@ -39,8 +40,7 @@ gl::core::Model Network::model() const {
 }
 
 void Network::report(benchmark::State& state) const {
-  state.counters["per_block"] = benchmark::Counter(
-      static_cast<double>(blocks_), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  report_time_per(state, blocks_);
 }
 
 }  // namespace benchmarks

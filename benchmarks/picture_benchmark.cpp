@@ -2,10 +2,10 @@
 //
 //   picture_benchmark --benchmark_filter=Picture/ladder
 
+#include "benchmarks/measure.hpp"
 #include "benchmarks/shapes.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
-#include "embedded/environment/environment.hpp"
 #include "embedded/environment/vector_icons.hpp"
 #include "views/picture/picture.hpp"
 #include "views/systems.hpp"
@@ -42,8 +42,7 @@ void draw(benchmark::State& state, const Builder& builder, Format format) {
   for (auto _ : state) bytes = kinemo::views::picture::make_picture(diagram, request).size();
   Diagram::close(diagram);
   state.counters["bytes_per_block"] = static_cast<double>(bytes) / static_cast<double>(blocks);
-  state.counters["per_block"] = benchmark::Counter(
-      static_cast<double>(blocks), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  benchmarks::report_time_per(state, blocks);
 }
 
 void register_shape(const std::string& name, const Builder& builder, Format format) {
@@ -55,19 +54,17 @@ void register_shape(const std::string& name, const Builder& builder, Format form
       ->UseRealTime();
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // Not a static object: the module must be closed before its own statics end.
-  embedded::Environment environment;
+void register_all() {
   embedded::show_vector_icons();
-  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
   register_shape("chain", benchmarks::flat, Format::Svg);
   register_shape("ladder", benchmarks::ladder, Format::Svg);
   register_shape("ladder_png", benchmarks::ladder, Format::Png);
   register_shape("star", benchmarks::star, Format::Svg);
   register_shape("tree_of_pages", benchmarks::tree, Format::Pdf);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return benchmarks::run_in_environment(argc, argv, register_all);
 }

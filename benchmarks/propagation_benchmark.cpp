@@ -3,10 +3,10 @@
 // variable, through the masks of all subsystems around it. Time per block is what to look at: it should grow neither
 // with the size nor with the depth, and propagation should cost less than the rest of the making.
 
+#include "benchmarks/measure.hpp"
 #include "benchmarks/network.hpp"
 #include "benchmarks/shapes.hpp"
 
-#include "embedded/environment/environment.hpp"
 #include "embedded/graph_core_scripting/model_values.hpp"
 
 namespace {
@@ -61,10 +61,5 @@ BENCHMARK(Evaluate)->Apply(sizes);
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Not a static object: the module must be closed before its own statics end.
-  embedded::Environment environment;
-  environment.loadDomain(KINEMO_PHYSICAL_MODULE);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+  return benchmarks::run_in_environment(argc, argv);
 }

@@ -149,8 +149,8 @@ Diagram& ladder(const std::string& name, std::size_t blocks) {
   std::vector<gtPort*> rail{ground(top)};
   gtPort* at = rail.front();
   for (std::size_t i = 0; i + 1 < blocks; i += 2) {
-    const Resistor along = resistor(top, 2 * i + 1);
-    const Resistor across = resistor(top, 2 * i + 2);
+    const Resistor along = resistor(top, i + 1);
+    const Resistor across = resistor(top, i + 2);
     if (i > 0) top.addLine({at, along.p});
     top.addLine({along.n, across.p});
     rail.push_back(across.n);
