@@ -1,6 +1,7 @@
 #include "views/model_summary.hpp"
 
 #include "views/graph_access.hpp"
+#include "views/graph_walk.hpp"
 #include "views/parameter_text.hpp"
 
 #include <algorithm>
@@ -11,35 +12,19 @@ namespace kinemo::views {
 
 namespace {
 
-struct Level {
-  const gl::core::Graph* graph;
-  std::map<kmf::VnId, gl::core::Component>::const_iterator next;
-};
-
-Level level_of(const gl::core::Graph& graph) {
-  return {&graph, graph.components().begin()};
-}
-
 std::string counted(std::size_t number, const std::string& noun) {
   return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
+/// Writes a line for each component, until there are as many as the options allow.
 class Tree {
  public:
   Tree(std::ostream& out, const SummaryOptions& options) : out_(out), options_(options) {}
 
-  void write(const gl::core::Graph& root) {
-    levels_.push_back(level_of(root));
-    while (!levels_.empty() && lines_ < options_.component_lines) {
-      Level& level = levels_.back();
-      if (level.next == level.graph->components().end()) {
-        levels_.pop_back();
-        continue;
-      }
-      const auto current = level.next++;
-      write_component(current->first, current->second);
-      if (current->second.isSubgraph()) levels_.push_back(level_of(current->second.graph()));
-    }
+  void enter(const GraphLevel&) { ++depth_; }
+  void leave(const GraphLevel&) { --depth_; }
+  void component(const GraphLevel&, const kmf::VnId& id, const gl::core::Component& component) {
+    if (lines_ < options_.component_lines) write_component(id, component);
   }
 
   std::size_t lines() const { return lines_; }
@@ -48,7 +33,7 @@ class Tree {
   void write_component(const kmf::VnId& id, const gl::core::Component& component) {
     constexpr std::size_t deepest_indentation = 30;
     ++lines_;
-    out_ << std::string(2 * std::min(levels_.size(), deepest_indentation), ' ') << bold(std::string(id)) << "  ";
+    out_ << std::string(2 * std::min(depth_, deepest_indentation), ' ') << bold(std::string(id)) << "  ";
     out_ << (component.isSubgraph() ? contents_text(component) : leaf_text(component)) << '\n';
   }
 
@@ -87,8 +72,28 @@ class Tree {
 
   std::ostream& out_;
   const SummaryOptions& options_;
-  std::vector<Level> levels_;
+  std::size_t depth_ = 0;  ///< 1 at the root
   std::size_t lines_ = 0;
+};
+
+class Counter {
+ public:
+  void enter(const GraphLevel& level) {
+    counts.nodes += level.graph->nodes().size();
+    counts.connections += connections(*level.graph).size();
+    if (level.owner != nullptr) counts.depth = std::max(counts.depth, ++depth_);
+  }
+  void leave(const GraphLevel& level) {
+    if (level.owner != nullptr) --depth_;
+  }
+  void component(const GraphLevel&, const kmf::VnId&, const gl::core::Component& component) {
+    ++(component.isSubgraph() ? counts.subgraphs : counts.components);
+  }
+
+  ModelCounts counts;
+
+ private:
+  std::size_t depth_ = 0;
 };
 
 void write_runtime_parameters(std::ostream& out, const gl::core::RuntimeParameterInfo& parameters) {
@@ -105,30 +110,9 @@ void write_runtime_parameters(std::ostream& out, const gl::core::RuntimeParamete
 }  // namespace
 
 ModelCounts count(const gl::core::Model& model) {
-  ModelCounts counts;
-  std::vector<Level> levels{level_of(model.graph())};
-  const auto enter = [&](const gl::core::Graph& graph) {
-    counts.nodes += graph.nodes().size();
-    counts.connections += connections(graph).size();
-  };
-  enter(model.graph());
-  while (!levels.empty()) {
-    Level& level = levels.back();
-    if (level.next == level.graph->components().end()) {
-      levels.pop_back();
-      continue;
-    }
-    const gl::core::Component& component = (level.next++)->second;
-    if (!component.isSubgraph()) {
-      ++counts.components;
-      continue;
-    }
-    ++counts.subgraphs;
-    enter(component.graph());
-    levels.push_back(level_of(component.graph()));
-    counts.depth = std::max(counts.depth, levels.size() - 1);
-  }
-  return counts;
+  Counter counter;
+  walk_graphs(model.graph(), counter);
+  return counter.counts;
 }
 
 void write_summary(std::ostream& out, const std::string& name, const std::string& domain, const gl::core::Model& model,
@@ -140,7 +124,7 @@ void write_summary(std::ostream& out, const std::string& name, const std::string
       << counts.depth << "\n";
   out << "graph\n";
   Tree tree(out, options);
-  tree.write(model.graph());
+  walk_graphs(model.graph(), tree);
   const std::size_t all = counts.components + counts.subgraphs;
   if (tree.lines() < all) {
     out << "  ... and " << all - tree.lines() << " more; --format json has them all\n";
