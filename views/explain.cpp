@@ -9,6 +9,8 @@
 #include "views/json_writer.hpp"
 #include "views/parameter_text.hpp"
 
+#include <fmt/format.h>
+
 #include <ostream>
 
 namespace kinemo::views {
@@ -105,12 +107,6 @@ void write_origins(std::ostream& out, const std::vector<Origin>& origins) {
   }
 }
 
-std::string joined(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text;
-}
-
 // --- for programs
 
 const char* kind_name(OriginKind kind) {
@@ -185,7 +181,7 @@ void write_explanation_text(std::ostream& out, const Explanation& explanation) {
     out << "in the compiled model: " << parameter_text(*explanation.compiled.value) << "\n";
   }
   if (answer.tunable) {
-    out << "tunable: yes, through " << joined(answer.through) << "\n";
+    out << "tunable: yes, through " << fmt::format("{}", fmt::join(answer.through, ", ")) << "\n";
   } else {
     out << "tunable: no, as " << answer.reason << "\n";
   }
