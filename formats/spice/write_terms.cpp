@@ -66,6 +66,16 @@ AbstractExpr power_of_unit(const AbstractExpr& unit, const std::optional<double>
   });
 }
 
+Term multiplicative(Term left, std::string_view symbol, Term right,
+                    AbstractExpr (*unit_of)(const AbstractExpr&, const AbstractExpr&)) {
+  refuse_offset(left);
+  refuse_offset(right);
+  const AbstractExpr unit = made_unit([&] { return unit_of(left.unit, right.unit); });
+  Term result = joined(std::move(left), symbol, std::move(right), TermLevel::multiplicative);
+  result.unit = unit;
+  return result;
+}
+
 }  // namespace
 
 Term bracketed(Term term) {
@@ -161,21 +171,11 @@ Term comparison(std::string_view symbol, Term left, Term right) {
 }
 
 Term product(Term left, Term right) {
-  refuse_offset(left);
-  refuse_offset(right);
-  const AbstractExpr unit = made_unit([&] { return core::product(left.unit, right.unit); });
-  Term result = joined(std::move(left), "*", std::move(right), TermLevel::multiplicative);
-  result.unit = unit;
-  return result;
+  return multiplicative(std::move(left), "*", std::move(right), core::product);
 }
 
 Term quotient(Term left, Term right) {
-  refuse_offset(left);
-  refuse_offset(right);
-  const AbstractExpr unit = made_unit([&] { return core::quotient(left.unit, right.unit); });
-  Term result = joined(std::move(left), "/", std::move(right), TermLevel::multiplicative);
-  result.unit = unit;
-  return result;
+  return multiplicative(std::move(left), "/", std::move(right), core::quotient);
 }
 
 Term power(Term base, Term exponent, const std::optional<double>& number) {
