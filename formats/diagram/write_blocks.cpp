@@ -61,12 +61,12 @@ std::optional<std::string> at_text(const ustring& position) {
   return yaml_list(numbers);
 }
 
-/// How a property stands in a file: its key, and the value as YAML; none where a file can't hold the text.
+/// How a property of a block stands in a file.
 struct PlaceProperty {
   const char* name;
   const char* key;
   const char* valid;
-  std::optional<std::string> (*yaml)(const ustring& text);
+  std::optional<std::string> (*yaml)(const ustring& text);  ///< the value; none where a file can't hold the text
 };
 
 std::optional<std::string> rotation_text(const ustring& rotation) {
@@ -88,7 +88,10 @@ void add_place(Writing& writing, const GTBlock& block, const PlaceProperty& prop
   const auto& properties = host::properties(block);
   const auto found = properties.find(property.name);
   if (found == properties.end()) return;
-  if (const auto yaml = property.yaml(found->second)) return entries.emplace_back(property.key, *yaml), void();
+  if (const auto yaml = property.yaml(found->second)) {
+    entries.emplace_back(property.key, *yaml);
+    return;
+  }
   writing.refuse(&block,
                  std::string("the property '") + property.name + "' can't be '" +
                      kmf::ustring_to_utf8_string(found->second) + "' in a file",
