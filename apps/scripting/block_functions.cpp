@@ -2,6 +2,8 @@
 
 #include "apps/scripting/diagram_inputs.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "apps/scripting/part_block.hpp"
+#include "apps/scripting/port_order.hpp"
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/nearest.hpp"
 #include "embedded/block_diagram/paths.hpp"
@@ -41,20 +43,17 @@ void check_subsystem_name(const ustring& name) {
   if (!name.empty() && name.back() == u'/') kmf::throw_message(diagram_messages, "SubsystemName", name);
 }
 
-/// Behind all other ports, on whichever side.
-int next_order(const host::System& inside) {
-  int order = 0;
-  for (const GTBlock* port : inside.ioPorts()) order = std::max(order, port->host().ioPort()->order);
-  return order + 1;
-}
-
 /// @throws "UnknownType" (type, nearest or "")
 GTBlock& place_new(const std::string& type, const NewBlock& block) {
   if (type == "subsystem") {
     check_subsystem_name(block.name);
     return block.system->addSubsystem(block.name);
   }
-  if (type == "port") return block.system->addPort(block.name, host::Side::Left, next_order(*block.system));
+  if (is_part(type)) {
+    check_subsystem_name(block.name);
+    return place_part(*block.system, block.name, type);
+  }
+  if (type == "port") return block.system->addPort(block.name, host::Side::Left, next_port_order(*block.system));
   if (gt_find_prototype(type) == nullptr) {
     std::vector<std::string> known = gt_prototype_names();
     known.insert(known.end(), {"subsystem", "port"});
@@ -140,8 +139,8 @@ std::vector<DiagramFunction> block_functions() {
        {"add_block(type, path)\nadd_block(type, path, parameter, value, ...)\nh = add_block(...)",
         "Places a block, sets parameters of it, and gives its handle.",
         "The type is the name of a block of the library, such as 'physical/resistor', or 'subsystem', or 'port': a "
-        "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'). "
-        "A wrong parameter places nothing."}},
+        "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'); or "
+        "the path of a part's file, such as './lib/fan.yaml'. A wrong parameter places nothing."}},
       {"delete_block",
        1,
        1,

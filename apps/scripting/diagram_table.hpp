@@ -22,6 +22,9 @@ struct DiagramFunction {
 std::vector<DiagramFunction> file_functions();     // new_diagram open_diagram save_diagram close_diagram diagrams
 std::vector<DiagramFunction> block_functions();    // add_block delete_block rename_block place ports
 std::vector<DiagramFunction> line_functions();     // add_line delete_line name_line
+std::vector<DiagramFunction> mask_functions();     // mask set_mask add_mask_parameter …
+std::vector<DiagramFunction> setting_functions();  // settings delete_setting
+std::vector<DiagramFunction> port_functions();     // add_ports
 std::vector<DiagramFunction> picture_functions();  // render_diagram
 std::vector<DiagramFunction> model_functions();    // set_variable compile_diagram check_diagram nets …
 

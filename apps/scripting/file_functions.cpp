@@ -3,6 +3,7 @@
 #include "apps/scripting/diagram_files.hpp"
 #include "apps/scripting/diagram_inputs.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "apps/scripting/findings.hpp"
 #include "formats/diagram/read_diagram.hpp"
 #include "formats/diagram/write_diagram.hpp"
 #include "formats/model_format.hpp"
@@ -10,25 +11,12 @@
 #include "formats/spice/read_netlist.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/foundation/warning.hpp"
 
 #include <filesystem>
 
 namespace kinemo::scripting {
 
 namespace {
-
-kmf::Message finding(const formats::Diagnostic& diagnostic) {
-  return kmf::Message(kmf::MessageId(diagram_messages, "Finding", formats::to_string(diagnostic)));
-}
-
-/// The error with each error of the list as a cause.
-[[noreturn]] void throw_with_findings(kmf::MessageException error, const formats::DiagnosticList& problems) {
-  for (const formats::Diagnostic& diagnostic : problems.all()) {
-    if (diagnostic.severity == formats::Severity::error) error.addCause(kmf::MessageException(finding(diagnostic)));
-  }
-  throw error;
-}
 
 void new_diagram(Call& call) {
   const std::string name = call.text(0);
@@ -53,12 +41,9 @@ void open_diagram(Call& call) {
   formats::DiagnosticList problems;
   const host::Diagram* diagram = read_model(file, *text, problems);
   if (diagram == nullptr) {
-    throw_with_findings(kmf::MessageException(kmf::Message(kmf::MessageId(diagram_messages, "CannotOpen", file))),
-                        problems);
+    throw_with_findings(kmf::Message(kmf::MessageId(diagram_messages, "CannotOpen", file)), problems);
   }
-  for (const formats::Diagnostic& diagnostic : problems.all()) {
-    if (diagnostic.severity == formats::Severity::warning) kmf::Warning::get().issueWarning(finding(diagnostic));
-  }
+  warn_of_findings(problems);
   call.give(diagram->name());
 }
 
@@ -67,7 +52,8 @@ std::string file_from(const Call& call, const host::Diagram& diagram) {
   std::string file = call.size() > 1 ? call.text(1) : diagram_file(diagram);
   if (file.empty()) kmf::throw_message(diagram_messages, "NoFile", diagram.name());
   const std::string extension = kmf::lower(std::filesystem::path(file).extension().string());
-  if (extension != ".yaml" && extension != ".yml") kmf::throw_message(diagram_messages, "NotADiagramFile", file);
+  if (extension != ".yaml" && extension != ".yml" && extension != ".json")
+    kmf::throw_message(diagram_messages, "NotADiagramFile", file);
   return file;
 }
 
@@ -76,9 +62,7 @@ void save_diagram(Call& call) {
   const std::string file = file_from(call, diagram);
   formats::DiagnosticList problems;
   if (!formats::diagram::write_diagram(diagram, file, problems)) {
-    throw_with_findings(
-        kmf::MessageException(kmf::Message(kmf::MessageId(diagram_messages, "CannotSave", diagram.name(), file))),
-        problems);
+    throw_with_findings(kmf::Message(kmf::MessageId(diagram_messages, "CannotSave", diagram.name(), file)), problems);
   }
   keep_diagram_file(diagram, file);
 }
@@ -113,7 +97,7 @@ std::vector<DiagramFunction> file_functions() {
        1,
        2,
        save_diagram,
-       {"save_diagram(name)\nsave_diagram(name, file)", "Writes a diagram as a file (.yaml or .yml).",
+       {"save_diagram(name)\nsave_diagram(name, file)", "Writes a diagram as a file (.yaml, .yml or .json).",
         "Without a file, the one that the diagram was opened from or saved to last. The file is replaced at once, "
         "and only by the whole text. Parts that blocks link to stay links as long as their contents are those of "
         "the part's file."}},

@@ -31,9 +31,17 @@ struct DiagramAccess {
   static Diagram* make(const std::string& name) { return new Diagram(name); }
   static void end(Diagram* diagram) { delete diagram; }
   static GTBlockDiagram& object(const Diagram& diagram) { return diagram.object_->object; }
+  static std::map<std::string, ustring>& parameters(Diagram& diagram) { return diagram.parameters_; }
+  static void forgetPlace(Diagram& diagram, const std::string& name) { diagram.parameterPlaces_.erase(name); }
 };
 
 namespace {
+
+/// What every diagram has, as a new one has it.
+const std::map<std::string, ustring>& standingParameters() {
+  static const std::map<std::string, ustring> all{{"DataDictionary", u""}, {"InitializeInteractiveRuns", u"off"}};
+  return all;
+}
 
 /// In the order of opening. Never destroyed: whoever opens diagrams closes them.
 std::vector<Diagram*>& diagrams() {
@@ -82,7 +90,7 @@ void Diagram::close(Diagram& diagram) {
 Diagram::Diagram(const std::string& name)
     : name_(name),
       root_(SystemAccess::make(*this, nullptr, 0)),
-      parameters_{{"DataDictionary", u""}, {"InitializeInteractiveRuns", u"off"}},
+      parameters_(standingParameters()),
       workspace_(std::make_unique<scripting_runtime::Workspace>()),
       object_(new Object{GTBlockDiagram(*this)}) {}
 
@@ -98,6 +106,20 @@ void Diagram::setParameter(const std::string& name, const ustring& value, const 
   checkSettingName(*this, name);
   parameters_[name] = value;
   parameterPlaces_[name] = place;
+}
+
+bool clearSetting(Diagram& diagram, const std::string& name) {
+  std::map<std::string, ustring>& parameters = DiagramAccess::parameters(diagram);
+  const auto found = parameters.find(name);
+  if (found == parameters.end()) return false;
+  const auto standing = standingParameters().find(name);
+  if (standing != standingParameters().end()) {
+    found->second = standing->second;
+  } else {
+    parameters.erase(found);
+  }
+  DiagramAccess::forgetPlace(diagram, name);
+  return true;
 }
 
 SourcePlace Diagram::parameterPlace(const std::string& name) const {

@@ -29,6 +29,8 @@ void setParameters(GTBlock& block, const ParameterTexts& parameters);
 
 /// Whether a diagram can have a setting of the name. @throws "InvalidSetting" (name, diagram)
 void checkSettingName(const Diagram& diagram, const std::string& name);
+/// Takes a setting out of a diagram; a standing one becomes what it is in a new diagram. False when there is none.
+bool clearSetting(Diagram& diagram, const std::string& name);
 
 /// The free properties of a block, by name.
 const std::map<std::string, ustring>& properties(const GTBlock& block);

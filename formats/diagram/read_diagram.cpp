@@ -25,11 +25,6 @@ bool create_diagram(Reading& reading, const Scope& scope, const YamlNode& model)
                        [&] { reading.diagram = &host::Diagram::create(model_name(scope, model)); });
 }
 
-void check_block_count(const Reading& reading, const Scope& scope, const YamlNode& model) {
-  if (reading.diagram->blockCount() <= block_limit) return;
-  scope.error(model, "diagram:too-big", "the diagram has more than " + std::to_string(block_limit) + " blocks");
-}
-
 void read_all(Reading& reading, const ModelFile& file) {
   const YamlNode* model = file.tree.root();
   if (model == nullptr) return;
@@ -46,15 +41,20 @@ void read_all(Reading& reading, const ModelFile& file) {
   scope.system = &reading.diagram->root();
   read_settings(reading, scope, *model);
   reading.pending.push_back({scope.system, &file, links, model});
+  read_pending(reading, scope, *model);
+}
+
+}  // namespace
+
+void read_pending(Reading& reading, const Scope& scope, const YamlNode& node) {
   while (!reading.pending.empty() && reading.diagram->blockCount() <= block_limit) {
     const PendingSystem next = reading.pending.back();
     reading.pending.pop_back();
     read_system(reading, next);
   }
-  check_block_count(reading, scope, *model);
+  if (reading.diagram->blockCount() <= block_limit) return;
+  scope.error(node, "diagram:too-big", "the diagram has more than " + std::to_string(block_limit) + " blocks");
 }
-
-}  // namespace
 
 host::Diagram* read_diagram_text(const std::string& text, const std::string& name, DiagnosticList& problems) {
   Reading reading(problems);

@@ -56,6 +56,8 @@ constexpr std::size_t block_limit = 20'000'000;
 
 /// Keys that stand at the head of the model's file: settings, workspace, dictionary.
 void read_settings(Reading& reading, const Scope& scope, const YamlNode& model);
+/// All pending systems, and those that become so. Too many blocks are an error at the node.
+void read_pending(Reading& reading, const Scope& scope, const YamlNode& node);
 /// Blocks, then lines, of one system; systems inside it become pending.
 void read_system(Reading& reading, const PendingSystem& at);
 /// One block with all that belongs to it; false when it has faults. `key` holds its name, and is the block's place.

@@ -14,9 +14,10 @@ class Diagram;
 
 namespace kinemo::formats::diagram {
 
-/// The text of a file that holds the diagram. `file` is the path that the text is meant for: paths of dictionaries and
-/// of linked parts are told from its folder; empty for the current folder. Nothing when something can't be written:
-/// then errors ("diagram:unwritable", "diagram:too-deep", "diagram:too-big") were added to `problems`.
+/// The text of a file that holds the diagram: YAML, or JSON where the file's name ends in .json. `file` is the path
+/// that the text is meant for: paths of dictionaries and of linked parts are told from its folder; empty for the
+/// current folder. Nothing when something can't be written: then errors ("diagram:unwritable", "diagram:too-deep",
+/// "diagram:too-big") were added to `problems`.
 std::optional<std::string> diagram_text(embedded::block_diagram::Diagram& diagram, const std::string& file,
                                         DiagnosticList& problems);
 

@@ -84,7 +84,9 @@ char32_t character(std::string_view bytes) {
   return value;
 }
 
-std::string quoted(std::string_view text) {
+}  // namespace
+
+std::string yaml_quoted(std::string_view text) {
   std::string result = "\"";
   for (std::size_t at = 0; at < text.size();) {
     const std::string_view bytes = text.substr(at, size_of_character(static_cast<unsigned char>(text[at])));
@@ -99,14 +101,12 @@ std::string quoted(std::string_view text) {
   return result + '"';
 }
 
-}  // namespace
-
 std::string yaml_value(std::string_view text) {
-  return is_plain(text) ? std::string(text) : quoted(text);
+  return is_plain(text) ? std::string(text) : yaml_quoted(text);
 }
 
 std::string yaml_name(std::string_view text) {
-  return is_plain(text) && !looks_like_number(text) ? std::string(text) : quoted(text);
+  return is_plain(text) && !looks_like_number(text) ? std::string(text) : yaml_quoted(text);
 }
 
 std::string yaml_list(const std::vector<std::string>& items) {

@@ -13,6 +13,9 @@ std::string yaml_value(std::string_view text);
 /// A name: in quotes, too, where it looks like a number.
 std::string yaml_name(std::string_view text);
 
+/// A text in double quotes, which is one of JSON, too.
+std::string yaml_quoted(std::string_view text);
+
 /// "[a, b]" of texts that are YAML already.
 std::string yaml_list(const std::vector<std::string>& items);
 

@@ -1,0 +1,30 @@
+#include "apps/scripting/findings.hpp"
+
+#include "apps/scripting/diagram_inputs.hpp"
+#include "platform/foundation/warning.hpp"
+
+namespace kinemo::scripting {
+
+namespace {
+
+kmf::Message message_of(const formats::Diagnostic& diagnostic) {
+  return kmf::Message(kmf::MessageId(diagram_messages, "Finding", formats::to_string(diagnostic)));
+}
+
+}  // namespace
+
+void throw_with_findings(const kmf::Message& message, const formats::DiagnosticList& problems) {
+  kmf::MessageException error(message);
+  for (const formats::Diagnostic& diagnostic : problems.all()) {
+    if (diagnostic.severity == formats::Severity::error) error.addCause(kmf::MessageException(message_of(diagnostic)));
+  }
+  throw error;
+}
+
+void warn_of_findings(const formats::DiagnosticList& problems) {
+  for (const formats::Diagnostic& diagnostic : problems.all()) {
+    if (diagnostic.severity == formats::Severity::warning) kmf::Warning::get().issueWarning(message_of(diagnostic));
+  }
+}
+
+}  // namespace kinemo::scripting
