@@ -3,9 +3,24 @@
 #include "embedded/block_diagram/block_parameters.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/edit.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/foundation/vn_id.hpp"
 
 namespace embedded::block_diagram {
+
+namespace {
+
+/// The empty text takes the property away.
+void setComponentProperty(GTBlock& block, const std::string& name, const ustring& text) {
+  if (text.empty()) {
+    block.host().makeExtras().properties.erase(name);
+  } else {
+    setProperty(block, name, text);
+  }
+}
+
+}  // namespace
 
 void setParameter(GTBlock& block, const std::string& name, const ustring& text) {
   GTMask* mask = block.host().mask.get();
@@ -19,7 +34,11 @@ void setParameter(GTBlock& block, const std::string& name, const ustring& text) 
     setDialogText(block, inDialog, kmf::ustring_to_utf8_string(text));
     return;
   }
-  if (!setHostParameter(block, name, text)) throwUnknownParameter(block, name, parameterNames(block));
+  if (setHostParameter(block, name, text)) return;
+  if (!canBeComponentProperty(block, name, isOpaque(block))) {
+    throwUnknownParameter(block, name, parameterNames(block));
+  }
+  setComponentProperty(block, name, text);
 }
 
 ustring parameter(const GTBlock& block, const std::string& name) {
@@ -44,6 +63,16 @@ std::vector<std::string> parameterNames(const GTBlock& block) {
   }
   for (std::string& name : hostParameterNames(block)) names.push_back(std::move(name));
   return names;
+}
+
+bool canBeComponentProperty(const GTBlock& block, const std::string& name, bool opaque) {
+  if (name == "Position" || name == "Rotation" || name == "Mirror") return false;
+  return (opaque && kmf::VnId::isLegal(name)) || properties(block).count(name) != 0;
+}
+
+ustring componentProperty(const GTBlock& block, const std::string& name) {
+  const auto found = properties(block).find(name);
+  return found == properties(block).end() ? ustring() : found->second;
 }
 
 void setProperty(GTBlock& block, const std::string& name, const ustring& text) {

@@ -21,6 +21,14 @@ bool checkHostParameter(const GTBlock& block, const std::string& name, const ust
 /// Sets one of them. False when the block has none of that name.
 /// @throws "kinemo:host:diagram" "InvalidValue" (name, block path, text, what is valid)
 bool setHostParameter(GTBlock& block, const std::string& name, const ustring& text);
+
+// Properties that tell a domain what component an opaque subsystem is: any identifier but those of the block's place.
+
+/// Whether the block, being `opaque` or not, can be asked to have the property. What it has it may always lose.
+bool canBeComponentProperty(const GTBlock& block, const std::string& name, bool opaque);
+/// Empty where the block doesn't have it.
+ustring componentProperty(const GTBlock& block, const std::string& name);
+
 /// @throws "kinemo:host:diagram" "UnknownParameter" (name, block path, nearest or "")
 [[noreturn]] void throwUnknownParameter(const GTBlock& block, const std::string& name, std::vector<std::string> known);
 /// @throws "kinemo:host:diagram" "NoActiveChoice" (block path, the text of "ActiveVariant", nearest or "")

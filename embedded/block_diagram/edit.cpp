@@ -4,11 +4,18 @@
 #include "embedded/block_diagram/block_parameters.hpp"
 #include "embedded/block_diagram/system_data.hpp"
 #include "platform/foundation/exception.hpp"
+#include "platform/foundation/strings.hpp"
 #include "platform/foundation/vn_id.hpp"
 
 namespace embedded::block_diagram {
 
 namespace {
+
+/// Whether the mask or the dialog has a parameter of the name, which may take any text.
+bool isShown(const GTBlock& block, const std::string& name) {
+  const GTMask* mask = block.host().mask.get();
+  return (mask && mask->kind->find(name) >= 0) || block.host().dialog.find(name) >= 0;
+}
 
 void setAll(GTBlock& block, const ParameterTexts& parameters) {
   for (const auto& [name, text] : parameters) setParameter(block, name, text);
@@ -29,19 +36,33 @@ void restore(GTBlock& block, const ParameterTexts& before) {
 ParameterTexts textsNow(const GTBlock& block, const ParameterTexts& parameters) {
   ParameterTexts texts;
   texts.reserve(parameters.size());
-  for (const auto& entry : parameters) texts.emplace_back(entry.first, parameter(block, entry.first));
+  for (const auto& entry : parameters) {
+    const std::string& name = entry.first;
+    ustring text;
+    if (isShown(block, name)) {
+      text = parameter(block, name);
+    } else if (!hostParameter(block, name, text)) {
+      text = componentProperty(block, name);
+    }
+    texts.emplace_back(name, std::move(text));
+  }
   return texts;
 }
 
-void checkParameter(const GTBlock& block, const std::string& name, const ustring& text) {
-  const GTMask* mask = block.host().mask.get();
-  if (mask && mask->kind->find(name) >= 0) return;
-  if (block.host().dialog.find(name) >= 0) return;
-  if (!checkHostParameter(block, name, text)) throwUnknownParameter(block, name, parameterNames(block));
+void checkParameters(const GTBlock& block, const ParameterTexts& parameters) {
+  bool opaque = isOpaque(block);
+  for (const auto& [name, text] : parameters) {
+    if (isShown(block, name)) continue;
+    if (!checkHostParameter(block, name, text)) {
+      if (canBeComponentProperty(block, name, opaque)) continue;
+      throwUnknownParameter(block, name, parameterNames(block));
+    }
+    if (name == "Opaque") opaque = kmf::lower(kmf::ustring_to_utf8_string(text)) == "on";
+  }
 }
 
 void setParameters(GTBlock& block, const ParameterTexts& parameters) {
-  for (const auto& [name, text] : parameters) checkParameter(block, name, text);
+  checkParameters(block, parameters);
   const ParameterTexts before = textsNow(block, parameters);
   setAll(block, parameters);
   try {

@@ -15,16 +15,17 @@ namespace embedded::block_diagram {
 /// Names with texts, in the order in which they are set.
 using ParameterTexts = std::vector<std::pair<std::string, ustring>>;
 
-/// Whether `setParameter` would take the text; changes nothing.
+/// Whether `setParameter` would take the texts, one after another; changes nothing.
 /// @throws "kinemo:host:diagram" "UnknownParameter" (name, block path, nearest or ""), "InvalidValue" (name, block
 /// path, text, what is valid)
-void checkParameter(const GTBlock& block, const std::string& name, const ustring& text);
+void checkParameters(const GTBlock& block, const ParameterTexts& parameters);
 
-/// What the parameters of a list have for texts at this moment. @throws "UnknownParameter"
+/// What the parameters of a list that was checked have for texts at this moment; a property that an opaque subsystem
+/// doesn't have is empty.
 ParameterTexts textsNow(const GTBlock& block, const ParameterTexts& parameters);
 
 /// Sets the parameters and lets the block check itself. After an error every parameter is as it was.
-/// @throws as `checkParameter`, and what the block's own check raises
+/// @throws as `checkParameters`, and what the block's own check raises
 void setParameters(GTBlock& block, const ParameterTexts& parameters);
 
 /// Whether a diagram can have a setting of the name. @throws "InvalidSetting" (name, diagram)

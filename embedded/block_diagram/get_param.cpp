@@ -54,7 +54,7 @@ void check(const GantrelObject& object, const ParameterTexts& texts) {
   if (const auto* diagram = dynamic_cast<const GTBlockDiagram*>(&object)) {
     for (const auto& entry : texts) checkSettingName(diagram->diagram(), entry.first);
   } else {
-    for (const auto& [name, text] : texts) checkParameter(dynamic_cast<const GTBlock&>(object), name, text);
+    checkParameters(dynamic_cast<const GTBlock&>(object), texts);
   }
 }
 

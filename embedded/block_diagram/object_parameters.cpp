@@ -3,6 +3,7 @@
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/block_parameters.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
+#include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/nearest.hpp"
 #include "embedded/block_diagram/reflected_object.hpp"
@@ -87,6 +88,9 @@ cvUniquePtr blockParameterText(const GTBlock& block, const std::string& name) {
   if (inDialog >= 0) return cvUniquePtr(cvCreateString(dialogText(block, inDialog)));
   ustring value;
   if (hostParameter(block, name, value)) return text(value);
+  if (properties(block).count(name) != 0 && canBeComponentProperty(block, name, false)) {
+    return text(componentProperty(block, name));
+  }
   return nullptr;
 }
 

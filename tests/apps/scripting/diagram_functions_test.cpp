@@ -1,16 +1,7 @@
 // Diagrams that scripts build, edit, compile, save and close.
 
-#include "apps/scripting/diagram_functions.hpp"
-
 #include "common/gl/gti/export/translation_manager.hpp"
-#include "embedded/scripting_runtime/display.hpp"
-#include "embedded/scripting_runtime/evaluate.hpp"
-#include "platform/foundation/strings.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
-#include "tests/support/errors.hpp"
-#include "tests/support/no_leaks.hpp"
-#include "tests/support/physical_environment.hpp"
-#include "tests/support/temporary_folder.hpp"
+#include "tests/apps/scripting/diagram_script.hpp"
 
 #include <gmock/gmock.h>
 
@@ -19,43 +10,11 @@
 namespace kinemo::scripting {
 namespace {
 
-namespace host = embedded::block_diagram;
-namespace sr = embedded::scripting_runtime;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-/// Ends behind the environment, whose diagrams hold values.
-struct Watched {
-  /// The domain keeps some constants from its first compile on.
-  Watched() { leaks.allow_kept_arrays(16); }
-  test::LeakGuard leaks;
-};
-
-class DiagramFunctions : protected Watched, public test::PhysicalEnvironment {
+class DiagramFunctions : public DiagramScript {
  protected:
-  DiagramFunctions() {
-    register_diagram_functions();
-    sr::base_workspace().set("folder", folder.path().string());
-  }
-  ~DiagramFunctions() override { unregister_diagram_functions(); }
-
-  static void run(const std::string& text) { sr::evaluate_outputs(text, sr::Scope(sr::base_workspace()), 0); }
-  static void run_all(const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) run(text);
-  }
-  static cvUniquePtr value(const std::string& text) { return sr::evaluate(text, sr::Scope(sr::base_workspace())); }
-  static std::string shown(const std::string& text) { return sr::display_text(value(text).get()); }
-  static double number(const std::string& text) { return cvGetScalar(value(text).get()); }
-  static std::string text_of(const std::string& text) { return kmf::cvarray_to_string(value(text).get()); }
-  static std::string error_of(const std::string& text) {
-    return test::error_of([&] { run(text); });
-  }
-  /// The message, without its group.
-  static std::string message_of(const std::string& text) {
-    const std::string told = error_of(text);
-    const std::string group = "kinemo:scripting:diagram:";
-    return told.compare(0, group.size(), group) == 0 ? told.substr(group.size()) : told;
-  }
   static std::string nets_of(const std::string& model) {
     std::string all;
     const cvUniquePtr nets = value("nets('" + model + "')");
@@ -86,8 +45,6 @@ class DiagramFunctions : protected Watched, public test::PhysicalEnvironment {
              "add_line('rc', {'Filter 1.5', 'out'}, 'Load.p')", "add_line('rc', 'Load.n', 'Ground')",
              "name_line('rc', {'Filter 1.5', 'out'}, 'result')"});
   }
-
-  test::TemporaryFolder folder;
 };
 
 TEST_F(DiagramFunctions, ACircuitIsBuiltFromNothingCheckedSavedReadAgainAndClosed) {
@@ -279,11 +236,7 @@ TEST_F(DiagramFunctions, BadInputsAreToldAndChangeNothing) {
     EXPECT_THAT(message_of(row.input), StartsWith(row.expected));
   }
   run("save_diagram('rc', [folder '/after.yaml'])");
-  const auto bytes = [&](const char* name) {
-    std::ifstream file(folder.path() / name);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  };
-  EXPECT_EQ(bytes("before.yaml"), bytes("after.yaml"));
+  EXPECT_EQ(text_of_file("before.yaml"), text_of_file("after.yaml"));
 }
 
 TEST_F(DiagramFunctions, AClosedDiagramIsUnknown) {
