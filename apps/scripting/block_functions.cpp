@@ -7,6 +7,7 @@
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/nearest.hpp"
 #include "embedded/block_diagram/paths.hpp"
+#include "embedded/block_diagram/placement.hpp"
 #include "platform/block_diagram/library.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -114,12 +115,32 @@ ustring rotation_from(double angle) {
   kmf::throw_message(diagram_messages, "BadRotation", fmt::format("{}", angle));
 }
 
+/// The default where a block has no property of the name.
+void tell_place(Call& call, const GTBlock& block) {
+  const auto edges = host::edges(block);
+  cvUniquePtr where(cvCreateDoubleMatrix(edges ? 1 : 0, edges ? 4 : 0));
+  if (edges) {
+    const auto [left, top, right, bottom] = *edges;
+    const std::array<double, 4> numbers{left, top, right - left, bottom - top};
+    std::copy(numbers.begin(), numbers.end(), cvGetWritableDoubles(where.get()));
+  }
+  call.give(std::move(where));
+  call.give(static_cast<double>(host::rotation(block)));
+  call.give(host::mirrored(block));
+}
+
 void place(Call& call) {
   GTBlock& block = block_from(call, 0);
-  const ustring position = position_from(call[1]);
+  if (call.size() == 1) return tell_place(call, block);
+  const bool nowhere = cvIsNumeric(call[1]) && cvIsEmpty(call[1]);
+  const ustring position = nowhere ? ustring() : position_from(call[1]);
   const ustring rotation = call.size() > 2 ? rotation_from(call.number(2)) : ustring();
   const bool mirrored = call.size() > 3 && switch_from(call, 3);
-  host::setProperty(block, "Position", position);
+  if (nowhere) {
+    host::removeProperty(block, "Position");
+  } else {
+    host::setProperty(block, "Position", position);
+  }
   if (call.size() > 2) host::setProperty(block, "Rotation", rotation);
   if (call.size() > 3) host::setProperty(block, "Mirror", mirrored ? u"on" : u"off");
 }
@@ -154,13 +175,14 @@ std::vector<DiagramFunction> block_functions() {
        {"rename_block(path, name)", "Gives a block another name.",
         "Lines stay; a variant follows the name of its active choice."}},
       {"place",
-       2,
+       1,
        4,
        place,
        {"place(path, [x y width height])\nplace(path, [x y width height], rotation)\n"
-        "place(path, [x y width height], rotation, mirror)",
-        "Says where a block stands in a picture of its system.",
-        "The rotation is 0, 90, 180 or 270 degrees. With mirror 'on' or true, left and right are exchanged before."}},
+        "place(path, [x y width height], rotation, mirror)\n[where, rotation, mirror] = place(path)",
+        "Says where a block stands in a picture of its system, or tells it.",
+        "[] is no place of its own: the picture looks for one. The rotation is 0, 90, 180 or 270 degrees. With mirror "
+        "'on' or true, left and right are exchanged before."}},
       {"ports",
        1,
        1,

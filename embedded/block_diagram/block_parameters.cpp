@@ -14,7 +14,7 @@ namespace {
 /// The empty text takes the property away.
 void setComponentProperty(GTBlock& block, const std::string& name, const ustring& text) {
   if (text.empty()) {
-    block.host().makeExtras().properties.erase(name);
+    removeProperty(block, name);
   } else {
     setProperty(block, name, text);
   }

@@ -82,6 +82,10 @@ const std::map<std::string, ustring>& properties(const GTBlock& block) {
   return block.host().extras ? block.host().extras->properties : none;
 }
 
+void removeProperty(GTBlock& block, const std::string& name) {
+  if (block.host().extras) block.host().extras->properties.erase(name);
+}
+
 void removeBlock(GTBlock& block) {
   if (isIoPort(block)) takeIoPortAway(block);
   SystemAccess::drop(block);

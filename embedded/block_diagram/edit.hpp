@@ -35,6 +35,7 @@ bool clearSetting(Diagram& diagram, const std::string& name);
 
 /// The free properties of a block, by name.
 const std::map<std::string, ustring>& properties(const GTBlock& block);
+void removeProperty(GTBlock& block, const std::string& name);
 
 /// Ends a block with all that lies in it. Lines lose their ends at its ports, and end where they join nothing any more;
 /// an I/O port block takes its port on the subsystem along.

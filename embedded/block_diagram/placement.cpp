@@ -35,7 +35,7 @@ double share(int index, int count) {
 
 }  // namespace
 
-boost::optional<GTBounds> position(const GTBlock& block) {
+boost::optional<std::array<double, 4>> edges(const GTBlock& block) {
   const ustring* text = property(block, "Position");
   if (!text) return boost::none;
   std::string digits = kmf::ustring_to_utf8_string(*text);
@@ -43,10 +43,17 @@ boost::optional<GTBounds> position(const GTBlock& block) {
       digits.begin(), digits.end(), [](char c) { return c == '[' || c == ']' || c == ','; }, ' ');
   std::istringstream in(digits);
   in.imbue(std::locale::classic());
-  double edges[4] = {};
-  for (double& edge : edges) in >> edge;
+  std::array<double, 4> numbers{};
+  for (double& number : numbers) in >> number;
   if (!in) return boost::none;
-  return GTBounds{wholeUnits(edges[0]), wholeUnits(edges[1]), wholeUnits(edges[2]), wholeUnits(edges[3])};
+  return numbers;
+}
+
+boost::optional<GTBounds> position(const GTBlock& block) {
+  const auto numbers = edges(block);
+  if (!numbers) return boost::none;
+  const auto [left, top, right, bottom] = *numbers;
+  return GTBounds{wholeUnits(left), wholeUnits(top), wholeUnits(right), wholeUnits(bottom)};
 }
 
 int rotation(const GTBlock& block) {

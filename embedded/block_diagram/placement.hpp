@@ -6,11 +6,15 @@
 
 #include <boost/optional.hpp>
 
+#include <array>
+
 class GTBlock;
 
 namespace embedded::block_diagram {
 
-/// The property "Position", "[left top right bottom]", in whole units; none without a readable one.
+/// The property "Position", "[left top right bottom]", as it stands; none without a readable one.
+boost::optional<std::array<double, 4>> edges(const GTBlock& block);
+/// The same in whole units.
 boost::optional<GTBounds> position(const GTBlock& block);
 /// The property "Rotation" in degrees with the clock: 0, 90, 180 or 270; 0 without a readable one.
 int rotation(const GTBlock& block);

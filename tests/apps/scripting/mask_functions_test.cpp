@@ -118,6 +118,14 @@ TEST_F(MaskFunctions, SettingsAreToldSetAndDeleted) {
   EXPECT_EQ("off", text_of("getfield(settings('m'), 'InitializeInteractiveRuns')"));
 }
 
+TEST_F(MaskFunctions, PlacesAreToldAsTheyWereSetAndTakenAway) {
+  script("place('m/V', [1.5 -2 20.25 30], 270, 'on'); [where, rotation, mirror] = place('m/V');");
+  EXPECT_EQ(1, number("isequal(where, [1.5 -2 20.25 30]) && rotation == 270 && mirror"));
+  script("place('m/V', [], 0); [where, rotation, mirror] = place('m/V');");
+  EXPECT_EQ(1, number("isempty(where) && rotation == 0 && mirror"));
+  EXPECT_EQ(1, number("isempty(place('m/S'))"));
+}
+
 TEST_F(MaskFunctions, BadInputsAreToldAndChangeNothing) {
   run_all({"add_mask_parameter('m/S', 'R', '1')", "add_mask_parameter('m/S', 'mode', 'a', 'choices', {'a', 'b'})",
            "set_param('m/S', 'R', 'off')"});
