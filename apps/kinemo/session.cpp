@@ -3,8 +3,8 @@
 #include "apps/kinemo/definitions.hpp"
 #include "apps/kinemo/exit_codes.hpp"
 #include "apps/kinemo/model_input.hpp"
-#include "apps/kinemo/setting_names.hpp"
 #include "apps/scripting/diagram_files.hpp"
+#include "apps/scripting/setting_names.hpp"
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/environment/vector_icons.hpp"
@@ -129,7 +129,7 @@ boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram
     model = pick_model(result, model_file(), list);
     std::vector<std::string> domains;
     for (const auto& entry : result.values()) domains.push_back(entry.first);
-    warn_of_setting_names(diagram, domains, model_file(), list);
+    scripting::warn_of_setting_names(diagram, domains, model_file(), list);
     if (!model) {
       list.error("kinemo:no-blocks", {model_file(), 0, 0}, "no domain has blocks in the model, so there is no graph");
     }

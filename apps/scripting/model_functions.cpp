@@ -3,6 +3,7 @@
 #include "apps/scripting/diagram_files.hpp"
 #include "apps/scripting/diagram_inputs.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "apps/scripting/setting_names.hpp"
 #include "checks/check.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/compile_layer/compile.hpp"
@@ -67,13 +68,17 @@ boost::optional<Compiled> pick(const DACompileResult& result, const std::string&
   return boost::none;
 }
 
+std::vector<std::string> domains_of(const DACompileResult& result) {
+  std::vector<std::string> domains;
+  for (const auto& entry : result.values()) domains.push_back(entry.first);
+  return domains;
+}
+
 /// @throws "NoModel" (diagram, domain or "", domains), and what the compile raises
 Compiled compiled(host::Diagram& diagram, const std::string& domain) {
   const DACompileResult result = embedded::compile_layer::compile(diagram);
   if (auto picked = pick(result, domain)) return *picked;
-  std::vector<std::string> domains;
-  for (const auto& entry : result.values()) domains.push_back(entry.first);
-  kmf::throw_message(diagram_messages, "NoModel", diagram.name(), domain, formats::list_names(domains));
+  kmf::throw_message(diagram_messages, "NoModel", diagram.name(), domain, formats::list_names(domains_of(result)));
 }
 
 void set_number(cvArray_tag* structure, const char* field, std::size_t number) {
@@ -103,7 +108,9 @@ formats::DiagnosticList findings(host::Diagram& diagram) {
   kmf::embedded::WarningCapture warnings;
   boost::optional<Compiled> model;
   try {
-    model = pick(embedded::compile_layer::compile(diagram), {});
+    const DACompileResult result = embedded::compile_layer::compile(diagram);
+    model = pick(result, {});
+    warn_of_setting_names(diagram, domains_of(result), file, list);
   } catch (const kmf::Exception& error) {
     views::add_error(error, &diagram, file, list);
   }

@@ -15,7 +15,8 @@ namespace embedded::block_diagram {
 /// Names with texts, in the order in which they are set.
 using ParameterTexts = std::vector<std::pair<std::string, ustring>>;
 
-/// Whether `setParameter` would take the texts, one after another; changes nothing.
+/// Whether `setParameter` would take the texts, one after another; changes nothing. An opaque subsystem takes any
+/// identifier, as a property of its component, and the empty text takes a property away.
 /// @throws "kinemo:host:diagram" "UnknownParameter" (name, block path, nearest or ""), "InvalidValue" (name, block
 /// path, text, what is valid)
 void checkParameters(const GTBlock& block, const ParameterTexts& parameters);

@@ -118,6 +118,13 @@ TEST_F(MaskFunctions, SettingsAreToldSetAndDeleted) {
   EXPECT_EQ("off", text_of("getfield(settings('m'), 'InitializeInteractiveRuns')"));
 }
 
+TEST_F(MaskFunctions, CheckTellsASettingThatIsNearlyOneWhichADomainAsksFor) {
+  run_all({"add_mask_parameter('m/S', 'R', '1')", "set_param('m', 'ReferenceTemprature', '310', 'Note', 'mine')"});
+  script("found = check_diagram('m');");
+  EXPECT_EQ(1, number("numel(found)"));
+  EXPECT_THAT(text_of("found.text"), HasSubstr("did you mean 'ReferenceTemperature'?"));
+}
+
 TEST_F(MaskFunctions, PlacesAreToldAsTheyWereSetAndTakenAway) {
   script("place('m/V', [1.5 -2 20.25 30], 270, 'on'); [where, rotation, mirror] = place('m/V');");
   EXPECT_EQ(1, number("isequal(where, [1.5 -2 20.25 30]) && rotation == 270 && mirror"));

@@ -1,4 +1,4 @@
-#include "apps/kinemo/setting_names.hpp"
+#include "apps/scripting/setting_names.hpp"
 
 #include "common/gl/gti/export/translation_manager.hpp"
 #include "embedded/block_diagram/diagram.hpp"
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace kinemo::app {
+namespace kinemo::scripting {
 
 namespace {
 
@@ -31,7 +31,7 @@ void warn_of_setting_names(const host::Diagram& diagram, const std::vector<std::
   const std::vector<std::string> asked = names_asked_for(diagram.name(), domains);
   for (const auto& [name, text] : diagram.parameters()) {
     const host::SourcePlace place = diagram.parameterPlace(name);
-    if (place.line == 0 || std::find(asked.begin(), asked.end(), name) != asked.end()) continue;
+    if (std::find(asked.begin(), asked.end(), name) != asked.end()) continue;
     const std::string near = formats::did_you_mean(name, asked);
     if (near.empty()) continue;
     list.warning("kinemo:unknown-setting",
@@ -41,4 +41,4 @@ void warn_of_setting_names(const host::Diagram& diagram, const std::vector<std::
   }
 }
 
-}  // namespace kinemo::app
+}  // namespace kinemo::scripting
