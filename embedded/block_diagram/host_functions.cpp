@@ -25,7 +25,8 @@ constexpr HostFunction functions[] = {
     {"get_param", getParam, "x = get_param(object, name)\nc = get_param(objects, name)",
      "A parameter of a block, line, port or diagram, which a path or a handle names; a cell array for several."},
     {"set_param", setParam, "set_param(object, name, text, ...)",
-     "Sets parameters of a block or settings of a diagram; all of them, or after an error none."},
+     "Sets parameters of a block or settings of a diagram; all of them, or after an error none. Opaque subsystems have "
+     "parameters of any names, such as ComponentType, and the empty text takes one away."},
     {"find_system", findSystem,
      "h = find_system(system, 'SearchDepth', 1, 'Variants', 'ActiveVariants', 'LookUnderMasks', 'All', 'FollowLinks', "
      "'on', 'LookUnderReadProtectedSubsystems', 'on', 'BlockType', type)",

@@ -125,6 +125,15 @@ TEST_F(MaskFunctions, CheckTellsASettingThatIsNearlyOneWhichADomainAsksFor) {
   EXPECT_THAT(text_of("found.text"), HasSubstr("did you mean 'ReferenceTemperature'?"));
 }
 
+TEST_F(MaskFunctions, ANameThatReadersOfJsonWouldNotFindTheEndOfIsRefusedThere) {
+  run("add_block('subsystem', ['m/' repmat('n', 1, 1100)])");
+  EXPECT_THAT(message_of("save_diagram('m', [folder '/m.json'])"), StartsWith("CannotSave(m, "));
+  EXPECT_EQ("", text_of_file("m.json"));
+  const std::string text = saved();
+  run_all({"close_diagram('m')", "open_diagram([folder '/state.yaml'])"});
+  EXPECT_EQ(text, saved());
+}
+
 TEST_F(MaskFunctions, PlacesAreToldAsTheyWereSetAndTakenAway) {
   script("place('m/V', [1.5 -2 20.25 30], 270, 'on'); [where, rotation, mirror] = place('m/V');");
   EXPECT_EQ(1, number("isequal(where, [1.5 -2 20.25 30]) && rotation == 270 && mirror"));
