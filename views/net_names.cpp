@@ -32,21 +32,6 @@ PortsById ports_by_id(const GTBlock& block) {
   return ports;
 }
 
-/// The host's ports of each component, by connector; null where there is none.
-std::vector<std::vector<gtPort*>> host_ports(const FlatNetwork& network, const host::Diagram& diagram) {
-  std::vector<std::vector<gtPort*>> all(network.components.size());
-  for (std::size_t c = 0; c < all.size(); ++c) {
-    const FlatComponent& component = network.components[c];
-    const GTBlock* block = block_of(component, diagram);
-    const PortsById ports = block != nullptr ? ports_by_id(*block) : PortsById();
-    for (const kmf::VnId& connector : component.component->connectorOrder()) {
-      const auto found = ports.find(connector);
-      all[c].push_back(found != ports.end() ? found->second : nullptr);
-    }
-  }
-  return all;
-}
-
 /// How good a name is: few levels down, then first in the order of texts.
 using Rank = std::tuple<std::size_t, std::string>;
 
@@ -72,7 +57,7 @@ class BestName {
   Rank best_{0, {}};
 };
 
-std::string line_name(HostNets& nets, const std::vector<FlatPin>& net, const std::vector<std::vector<gtPort*>>& ports) {
+std::string line_name(HostNets& nets, const std::vector<FlatPin>& net, const HostPorts& ports) {
   BestName best;
   for (const FlatPin& pin : net) {
     gtPort* start = ports[pin.component][pin.connector];
@@ -102,20 +87,27 @@ void make_unique(std::vector<std::string>& names) {
 
 }  // namespace
 
-std::vector<std::vector<std::string>> port_names(const FlatNetwork& network, const host::Diagram& diagram) {
-  const std::vector<std::vector<gtPort*>> ports = host_ports(network, diagram);
-  std::vector<std::vector<std::string>> names(ports.size());
-  for (std::size_t c = 0; c < ports.size(); ++c) {
-    for (std::size_t k = 0; k < ports[c].size(); ++k) {
-      const std::string name = ports[c][k] != nullptr ? port_name(*ports[c][k]) : std::string();
-      names[c].push_back(name.empty() ? std::string(network.connector_id({c, k})) : name);
+HostPorts host_ports(const FlatNetwork& network, const host::Diagram& diagram) {
+  HostPorts all(network.components.size());
+  for (std::size_t c = 0; c < all.size(); ++c) {
+    const FlatComponent& component = network.components[c];
+    const GTBlock* block = block_of(component, diagram);
+    const PortsById ports = block != nullptr ? ports_by_id(*block) : PortsById();
+    for (const kmf::VnId& connector : component.component->connectorOrder()) {
+      const auto found = ports.find(connector);
+      all[c].push_back(found != ports.end() ? found->second : nullptr);
     }
   }
-  return names;
+  return all;
 }
 
-std::vector<std::string> name_nets(const FlatNetwork& network, const host::Diagram& diagram) {
-  const std::vector<std::vector<gtPort*>> ports = host_ports(network, diagram);
+std::string pin_name(const FlatNetwork& network, const HostPorts& ports, const FlatPin& pin) {
+  const gtPort* port = ports[pin.component][pin.connector];
+  std::string name = port != nullptr ? port_name(*port) : std::string();
+  return name.empty() ? std::string(network.connector_id(pin)) : name;
+}
+
+std::vector<std::string> name_nets(const FlatNetwork& network, const HostPorts& ports) {
   HostNets nets;
   std::vector<std::string> names;
   names.reserve(network.nets.size());
@@ -123,9 +115,7 @@ std::vector<std::string> name_nets(const FlatNetwork& network, const host::Diagr
     std::string name = line_name(nets, net, ports);
     if (name.empty()) {
       const FlatPin& first = net.front();
-      const gtPort* port = ports[first.component][first.connector];
-      name = network.components[first.component].block + ".";
-      name += port != nullptr ? port_name(*port) : std::string(network.connector_id(first));
+      name = network.components[first.component].block + "." + pin_name(network, ports, first);
     }
     names.push_back(std::move(name));
   }

@@ -10,15 +10,15 @@ namespace kinemo::views {
 
 std::vector<Net> make_nets(const gl::core::Model& model, const embedded::block_diagram::Diagram& diagram) {
   const FlatNetwork network = flatten(model);
-  const std::vector<std::vector<std::string>> ports = port_names(network, diagram);
-  std::vector<std::string> names = name_nets(network, diagram);
+  const HostPorts ports = host_ports(network, diagram);
+  std::vector<std::string> names = name_nets(network, ports);
   std::vector<Net> nets(network.nets.size());
   for (std::size_t n = 0; n < nets.size(); ++n) {
     nets[n].name = std::move(names[n]);
     nets[n].pins.reserve(network.nets[n].size());
     for (const FlatPin& pin : network.nets[n]) {
       nets[n].pins.push_back(
-          {network.components[pin.component].block, ports[pin.component][pin.connector], pin.connector + 1});
+          {network.components[pin.component].block, pin_name(network, ports, pin), pin.connector + 1});
     }
   }
   std::sort(nets.begin(), nets.end(), [](const Net& a, const Net& b) { return a.name < b.name; });
