@@ -22,21 +22,20 @@ std::string in_path(const ustring& name) {
   return kmf::ustring_to_utf8_string(host::escapedName(name));
 }
 
-/// The innermost system of the path that there is, and the first name that it lacks.
+UnknownName nothing_inside(const GTBlock& block) {
+  return {"the block '" + relative_path(block) + "' has nothing inside", "a subsystem"};
+}
+
+/// What a path lacks: a name in the innermost system that there is, or that system itself.
 UnknownName unknown_block(const host::Diagram& diagram, const std::string& path) {
   const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
-  const host::System* system = &diagram.root();
-  auto name = names.begin();
-  for (; name + 1 != names.end(); ++name) {
-    const GTBlock* block = system->find(*name);
-    if (block == nullptr || host::contents(*block) == nullptr) break;
-    system = host::contents(*block);
-  }
+  const host::DeadEnd end = host::deadEnd(diagram.root(), names, 0);
+  if (end.closed != nullptr) return nothing_inside(*end.closed);
   std::vector<std::string> known;
-  for (const GTBlock* block : system->blocks()) known.push_back(in_path(block->getGrName()));
-  std::string missing = in_path(*name);
-  while (++name != names.end()) missing += "/" + in_path(*name);
-  return {"'" + kmf::ustring_to_utf8_string(system->path()) + "' has no block '" + missing + "'" +
+  for (const GTBlock* block : end.system->blocks()) known.push_back(in_path(block->getGrName()));
+  std::string missing = in_path(names[end.name]);
+  for (std::size_t i = end.name + 1; i < names.size(); ++i) missing += "/" + in_path(names[i]);
+  return {"'" + kmf::ustring_to_utf8_string(end.system->path()) + "' has no block '" + missing + "'" +
               formats::did_you_mean(missing, known),
           formats::list_names(known)};
 }
@@ -98,7 +97,7 @@ host::System* find_system(host::Diagram& diagram, const std::string& path, Unkno
   const GTBlock* block = find_block(diagram, path, unknown);
   if (block == nullptr) return nullptr;
   host::System* system = host::contents(*block);
-  if (system == nullptr) unknown = {"the block '" + relative_path(*block) + "' has nothing inside", "a subsystem"};
+  if (system == nullptr) unknown = nothing_inside(*block);
   return system;
 }
 

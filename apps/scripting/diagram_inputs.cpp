@@ -26,21 +26,14 @@ constexpr std::size_t most_names_to_compare = 20'000;
   const std::string top = kmf::ustring_to_utf8_string(names.front());
   host::Diagram* diagram = host::Diagram::find(top);
   if (diagram == nullptr) throw_unknown_diagram(top);
-  const host::System* system = &diagram->root();
-  for (std::size_t i = 1; i < names.size(); ++i) {
-    const GTBlock* block = system->find(names[i]);
-    if (block == nullptr) {
-      const std::string name = kmf::ustring_to_utf8_string(names[i]);
-      const bool few = system->blocks().size() <= most_names_to_compare;
-      kmf::throw_message(diagram_messages, "UnknownBlock", path, system->path(), name,
-                         few ? host::nearestName(name, block_names(*system)) : std::string());
-    }
-    system = host::contents(*block);
-    if (system == nullptr) {
-      kmf::throw_message(diagram_messages, "NoInside", block->getFullPath(true), host::blockType(*block));
-    }
+  const host::DeadEnd end = host::deadEnd(diagram->root(), names, 1);
+  if (end.closed != nullptr) {
+    kmf::throw_message(diagram_messages, "NoInside", end.closed->getFullPath(true), host::blockType(*end.closed));
   }
-  kmf::throw_message(diagram_messages, "UnknownBlock", path, diagram->name(), path, "");
+  const std::string name = kmf::ustring_to_utf8_string(names.at(end.name));
+  const bool few = end.system->blocks().size() <= most_names_to_compare;
+  kmf::throw_message(diagram_messages, "UnknownBlock", path, end.system->path(), name,
+                     few ? host::nearestName(name, block_names(*end.system)) : std::string());
 }
 
 GantrelObject& object_at(const ustring& path) {

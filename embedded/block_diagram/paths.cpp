@@ -113,6 +113,18 @@ GantrelObject* findByPath(const ustring& path) {
   });
 }
 
+DeadEnd deadEnd(const System& top, const std::vector<ustring>& names, std::size_t first) {
+  DeadEnd end{&top, first, nullptr};
+  for (; end.name + 1 < names.size(); ++end.name) {
+    const GTBlock* block = end.system->find(names[end.name]);
+    if (!block) break;
+    const System* inside = contents(*block);
+    if (!inside) return {end.system, end.name + 1, block};
+    end.system = inside;
+  }
+  return end;
+}
+
 std::size_t NameHash::operator()(std::u16string_view name) const noexcept {
   std::uint64_t hash = 0xcbf29ce484222325u;
   for (const char16_t unit : name) hash = (hash ^ plain(unit)) * 0x100000001b3u;

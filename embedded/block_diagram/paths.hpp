@@ -28,6 +28,15 @@ GTBlock* findBelow(const System& top, const ustring& path);
 /// The block or diagram of a full path in any open diagram; null when there is none.
 GantrelObject* findByPath(const ustring& path);
 
+/// Where a path ends that leads to no block.
+struct DeadEnd {
+  const System* system = nullptr;   ///< the innermost system on the path
+  std::size_t name = 0;             ///< the first name that leads nowhere
+  const GTBlock* closed = nullptr;  ///< the block in front of that name where it has nothing inside
+};
+/// Of the names from `first` on, below `top`.
+DeadEnd deadEnd(const System& top, const std::vector<ustring>& names, std::size_t first);
+
 /// Hash and equality of names in one system: a line feed and a blank are the same.
 struct NameHash {
   std::size_t operator()(std::u16string_view name) const noexcept;

@@ -155,6 +155,7 @@ TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
   EXPECT_EQ("V.12", net_size("V.1.p"));
   EXPECT_THAT(net_size("Outer/R.x"), HasSubstr("'Outer/R' has no port 'x'; valid: 'p', 'n'"));
   EXPECT_THAT(net_size("Outer/Q.p"), HasSubstr("'m/Outer' has no block 'Q'"));
+  EXPECT_THAT(net_size("Outer/R/Q.p"), HasSubstr("the block 'Outer/R' has nothing inside; valid: a subsystem"));
   EXPECT_THAT(net_size("V.1.z"), HasSubstr("'V.1' has no port 'z'"));
   EXPECT_THAT(net_size("nothing"), HasSubstr("no line is called 'nothing'"));
   EXPECT_THAT(net_size(""), HasSubstr("no line is called ''"));
