@@ -264,7 +264,7 @@ TEST(Layout, ThreeLinesMeetAtADot) {
 TEST(Layout, BoxesOfTheUserStayAndOthersStandApart) {
   Problem problem = parts_between_nodes(30, 30, 4, 7);
   problem.boxes[3].fixed = problem.boxes[4].fixed = true;
-  problem.boxes[3].corner = {103.5, -77};
+  problem.boxes[3].corner = {103.5, 77};
   problem.boxes[4].corner = {-400, 1000};
   const Drawing drawing = lay_out(problem);
   EXPECT_EQ(drawing.corners[3].x, 103.5);
@@ -284,6 +284,35 @@ TEST(Layout, EqualBoxesBesideThoseOfTheUserTakeEqualRoom) {
   const std::vector<Box>& boxes = problem.boxes;
   EXPECT_EQ(boxes[2].corner.y, boxes[3].corner.y);
   EXPECT_EQ(boxes[2].corner.x - boxes[1].corner.x, boxes[3].corner.x - boxes[2].corner.x);
+}
+
+Problem chain(std::size_t count) {
+  Problem problem;
+  problem.boxes.resize(count, box(60, 40, 1, 1));
+  for (std::size_t i = 1; i < count; ++i) problem.nets.push_back({{{i - 1, 1}, {i, 0}}, {30, 12}});
+  return problem;
+}
+
+TEST(Layout, LongChainsAreFoldedAsTextsAre) {
+  const Problem problem = chain(60);
+  const Drawing drawing = lay_out(problem);
+  EXPECT_LT(drawing.bounds.width, 3 * drawing.bounds.height);
+  expect_tidy_lines(problem, drawing);
+  expect_complete_nets(problem, drawing);
+}
+
+/// Where the user placed all boxes, the user sees to the length of lines.
+TEST(Layout, LongLinesAreToldByNamesUnlessTheUserPlacedEverything) {
+  for (const bool all_placed : {true, false}) {
+    for (const double room_for_name : {0.0, 30.0}) {
+      Problem problem = chain(2);
+      for (Box& it : problem.boxes) it.fixed = true;
+      problem.boxes[1].corner = {3000, 0};
+      if (!all_placed) problem.boxes.push_back(box(60, 40, 1, 1));
+      problem.nets[0].label.width = room_for_name;
+      EXPECT_EQ(lay_out(problem).routes[0].stubs.empty(), all_placed || room_for_name == 0);
+    }
+  }
 }
 
 TEST(Layout, UnjoinedBoxesFillAPage) {

@@ -115,6 +115,35 @@ blocks:
   EXPECT_GT(corner(drawn, u"c").x, 260);
 }
 
+TEST_F(Picture, ATurnedBlockStandsUprightWithItsNameBeside) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  R1: {type: physical/resistor}
+  R2: {type: physical/resistor, rotate: 90}
+)");
+  const Scene drawn = scene(diagram.root());
+  const BlockShape& lying = drawn.shapes[0];
+  const BlockShape& upright = drawn.shapes[1];
+  EXPECT_GT(lying.box.size.width, lying.box.size.height);
+  EXPECT_EQ(lying.box.size.width, upright.box.size.height);
+  EXPECT_EQ(lying.box.size.height, upright.box.size.width);
+  EXPECT_GT(lying.captions.front().at.y, lying.box.size.height);
+  EXPECT_GT(upright.captions.front().at.x, upright.box.size.width);
+}
+
+TEST_F(Picture, ANameAboveEverythingIsInsideOfThePicture) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  R1: {type: physical/resistor, at: [0, 0, 60, 10]}
+  R2: {type: physical/resistor, at: [200, 0, 60, 10]}
+lines: [{name: out, ports: [R1.n, R2.p]}]
+)");
+  const Scene drawn = scene(diagram.root());
+  ASSERT_TRUE(drawn.nets.front().label);
+  EXPECT_LT(drawn.nets.front().label->y, 0);
+  EXPECT_LE(drawn.drawing.bounds.y, drawn.nets.front().label->y);
+}
+
 TEST_F(Picture, ValuesAreToldAsTheUserWroteThem) {
   host::Diagram& diagram = read(R"(kinemo: 1
 blocks:
@@ -206,6 +235,7 @@ TEST_F(Picture, FindingsAreMarkedInEverySystemOnTheWay) {
   findings.error("some:rule", {"m.yaml", 1, 1}, "text").objects = {{"m/No such block", {}, false}, {"", "", false}};
   const PictureRequest pdf = picture_of_findings(diagram, findings, embedded::drawing::Format::Pdf);
   EXPECT_THAT(marked(pdf), ElementsAre("m", "m/Outer"));
+  EXPECT_TRUE(pdf.titles) << "pages tell which system they show";
   EXPECT_EQ(2u, pdf.marks.blocks.size()) << "R, and Outer around it";
   EXPECT_EQ(2u, pdf.marks.nets.size());
   EXPECT_THAT(marked(picture_of_findings(diagram, findings, embedded::drawing::Format::Svg)), ElementsAre("m"));
