@@ -9,6 +9,7 @@
 #include "embedded/compile_layer/compile.hpp"
 #include "embedded/environment/vector_icons.hpp"
 #include "embedded/foundation/warnings.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "formats/diagram/variables.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -110,6 +111,7 @@ embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
 embedded::block_diagram::Diagram* Session::read(const Options& options, const std::string& shown,
                                                 formats::DiagnosticList& list) {
   console_.progress("reading", 0, 0);
+  const embedded::scripting_runtime::ModelEvaluation evaluation;
   kmf::embedded::WarningCapture warnings;
   embedded::block_diagram::Diagram* diagram = read_model(options, shown, console_, list);
   if (diagram != nullptr) define_variables(options.definitions, *diagram, list);

@@ -2,6 +2,7 @@
 
 #include "apps/scripting/diagram_files.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "formats/diagram/variables.hpp"
 
 #include <algorithm>
@@ -26,6 +27,8 @@ kmf::CvFunction function_of(const DiagramFunction& row) {
   return [name = row.name, least = row.least_inputs, most = row.most_inputs, run = row.run](
              int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
     kmf::check_num_inputs(least, most, nIn);
+    embedded::scripting_runtime::refuse_in_model_evaluation(name);
+    const embedded::scripting_runtime::ModelEvaluation evaluation;
     Call call(name, nOut, nIn, inputs);
     run(call);
     const auto slots = static_cast<std::size_t>(std::max(nOut, 1));

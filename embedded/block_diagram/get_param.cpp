@@ -5,6 +5,7 @@
 #include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/paths.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
@@ -123,6 +124,7 @@ void getParam(int, Arguments outputs, int nIn, Arguments inputs) {
 
 void setParam(int, Arguments, int nIn, Arguments inputs) {
   kmf::check_num_inputs(3, 1 << 20, nIn);
+  scripting_runtime::refuse_in_model_evaluation("set_param");
   const ParameterTexts texts = textsFrom(nIn, inputs);
   std::vector<GantrelObject*> objects;
   if (isOneObject(inputs[0])) {

@@ -7,6 +7,7 @@
 #include "embedded/network_data/active_systems.hpp"
 #include "embedded/network_data/flat_nets.hpp"
 #include "embedded/network_data/machine_data.hpp"
+#include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 
@@ -175,10 +176,12 @@ void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress&
 }  // namespace
 
 void evaluateParameters(Diagram& diagram, const Progress& progress) {
+  const scripting_runtime::ModelEvaluation evaluation;
   ParameterPass(diagram, progress).run(false);
 }
 
 DACompileResult compile(Diagram& diagram, const Progress& progress) {
+  const scripting_runtime::ModelEvaluation evaluation;
   const std::vector<Manager> managers = managersFor(diagram);
   for (const Manager& manager : managers) manager->notifyPreEvalParamsStage(diagram.name());
   ParameterPass(diagram, progress).run(true);

@@ -38,6 +38,18 @@ Limits& limits();
 /// found.
 void register_scope_class(const std::string& class_name);
 
+/// While one is alive, somebody works on a model and has parts of it in hand. Expressions of the model that are
+/// evaluated meanwhile can't change or compile models.
+class ModelEvaluation {
+ public:
+  ModelEvaluation() noexcept;
+  ModelEvaluation(const ModelEvaluation&) = delete;
+  ModelEvaluation& operator=(const ModelEvaluation&) = delete;
+  ~ModelEvaluation();
+};
+/// For functions that change or compile models. @throws "CalledByModel" (function) while there is a `ModelEvaluation`
+void refuse_in_model_evaluation(const char* function);
+
 /// Asks the running command to stop, or withdraws that. Safe in signal handlers.
 void request_interrupt(bool stop = true) noexcept;
 

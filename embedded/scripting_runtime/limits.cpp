@@ -20,6 +20,7 @@ struct Running {
   std::size_t depth = 0;
   std::size_t evaluations = 0;
   std::size_t steps = 0;
+  std::size_t model_evaluations = 0;
   bool interruptible = false;
 };
 
@@ -95,6 +96,18 @@ RunningEvaluation::RunningEvaluation() {
 
 RunningEvaluation::~RunningEvaluation() {
   --running().evaluations;
+}
+
+ModelEvaluation::ModelEvaluation() noexcept {
+  ++running().model_evaluations;
+}
+
+ModelEvaluation::~ModelEvaluation() {
+  --running().model_evaluations;
+}
+
+void refuse_in_model_evaluation(const char* function) {
+  if (running().model_evaluations != 0) throw_runtime_error("CalledByModel", std::string(function));
 }
 
 Interruptible::Interruptible(bool interruptible) : before_(running().interruptible) {

@@ -134,6 +134,24 @@ TEST_F(DiagramFunctions, ErrorsOfACompileAreToldTogether) {
   EXPECT_EQ("error", kmf::cvarray_to_string(cvGetField(found.get(), 0, "severity")));
 }
 
+TEST_F(DiagramFunctions, ExpressionsOfAModelCannotChangeModelsWhileItIsReadOrCompiled) {
+  run_all({"new_diagram('m')", "add_block('subsystem', 'm/S')", "add_block('physical/resistor', 'm/S/R1')",
+           "add_block('physical/resistor', 'm/S/R2')"});
+  for (const char* expression : {"close_diagram('m')", "delete_block('m/S/R1')", "delete_block('m/S')",
+                                 "numel(compile_diagram('m'))", "numel(nets('m'))", "add_block('port', 'm/S/p')",
+                                 "set_param('m/S/R1', 'R', '5')", "evalin('base', 'close_diagram(''m'')')"}) {
+    SCOPED_TRACE(expression);
+    sr::base_workspace().set("expression", std::string(expression));
+    run_all({"set_param('m/S/R1', 'R', expression)", "set_param('m/S/R2', 'R', expression)"});
+    EXPECT_THAT(text_of("strjoin(getfield(check_diagram('m'), 'notes'))"), HasSubstr("read or compiled"));
+    EXPECT_EQ(2, number("numel(ports('m/S/R1'))"));
+  }
+  run_all({"set_param('m/S/R1', 'R', '1')", "set_param('m/S/R2', 'R', '1')", "compile_diagram('m')"});
+  folder.write("f.yaml", "kinemo: 1\nname: f\nworkspace: {x: close_diagram('f')}\n");
+  EXPECT_THAT(message_of("open_diagram([folder '/f.yaml'])"), StartsWith("CannotOpen("));
+  EXPECT_EQ("{'m'}", shown("diagrams()"));
+}
+
 TEST_F(DiagramFunctions, CheckTellsFindingsOfTheRules) {
   run_all({"new_diagram('m')", "add_block('physical/resistor', 'm/R')"});
   const cvUniquePtr found = value("check_diagram('m')");
