@@ -13,6 +13,7 @@
 #include "formats/names.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "views/error_diagnostics.hpp"
 #include "views/model_summary.hpp"
 #include "views/nets.hpp"
@@ -112,6 +113,7 @@ formats::DiagnosticList findings(host::Diagram& diagram) {
     model = pick(result, {});
     warn_of_setting_names(diagram, domains_of(result), file, list);
   } catch (const kmf::Exception& error) {
+    if (kmf::interrupt_requested()) throw;
     views::add_error(error, &diagram, file, list);
   }
   for (const kmf::Message& warning : warnings.take()) {

@@ -22,7 +22,12 @@ using network_data::ActiveSystem;
 
 namespace {
 
-/// A compile of a million blocks tells its progress some thousand times, and looks whether the user has had enough.
+/// @throws "kinemo:host:compile" "Interrupted" (model) where the user has had enough
+void lookForInterrupt(const Diagram& diagram) {
+  if (kmf::interrupt_requested()) kmf::throw_message("kinemo:host:compile", "Interrupted", diagram.name());
+}
+
+/// A compile of a million blocks tells its progress some thousand times.
 class ProgressTeller {
  public:
   ProgressTeller(const Progress& progress, const char* stage, std::size_t total)
@@ -30,11 +35,8 @@ class ProgressTeller {
     tell();
   }
   ~ProgressTeller() { tell(); }
-  /// @throws "kinemo:host:compile" "Interrupted" (model)
-  void step(const Diagram& diagram) {
-    if (++done_ % 1024 != 0) return;
-    if (kmf::interrupt_requested()) kmf::throw_message("kinemo:host:compile", "Interrupted", diagram.name());
-    tell();
+  void step() {
+    if (++done_ % 1024 == 0) tell();
   }
 
  private:
@@ -65,8 +67,9 @@ class ParameterPass {
       frames[i] = i == 0 ? add(std::make_unique<MaskFrame>(diagram_))
                          : frameInside(*systems[i].system->owner(), *frames[systems[i].parent]);
       for (GTBlock* block : block_diagram::activeBlocks(*systems[i].system)) {
+        lookForInterrupt(diagram_);
         visit(*block, *frames[i], check);
-        teller.step(diagram_);
+        teller.step();
       }
     }
     if (errors_.numCauses() != 0) throw errors_;
@@ -106,6 +109,7 @@ class ParameterPass {
         throw;
       }
     } catch (const kmf::Exception& error) {
+      if (kmf::interrupt_requested()) throw;  // no fault of the block
       errors_.addCause(error);
     }
   }
@@ -161,6 +165,7 @@ class OpenCompile {
 };
 
 void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress& progress, DACompileResult& result) {
+  lookForInterrupt(diagram);
   OpenCompile open(manager, diagram.name());
   if (progress) progress("network", 0, 0);
   manager.startCompile(diagram.name());
@@ -168,6 +173,7 @@ void compileDomain(const Diagram& diagram, DADomainMgr& manager, const Progress&
     const network_data::MachineData machine(diagram, manager.domainName());
     manager.addMachine(machine.get());
   }
+  lookForInterrupt(diagram);
   if (progress) progress("model", 0, 0);
   manager.compile(diagram.name(), result);
   open.end();

@@ -20,7 +20,8 @@ using Progress = std::function<void(const char* stage, std::size_t done, std::si
 /// Evaluates mask parameters top down, lets every block check its parameters, then hands the machine data to each
 /// domain that has blocks in the diagram. What the domains make is in the result.
 /// @throws "kinemo:host:compile" "ParameterErrors" (model) with one cause for each block whose parameters fail, and
-/// whatever a domain raises
+/// whatever a domain raises; "Interrupted" (model), or what an expression raises, where the user ends it: the diagram
+/// is then as after any other error
 DACompileResult compile(block_diagram::Diagram& diagram, const Progress& progress = {});
 
 /// The first stage alone: afterwards every mask workspace holds values. @throws as `compile`

@@ -6,6 +6,7 @@
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "platform/foundation/strings.hpp"
+#include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <algorithm>
 
@@ -74,6 +75,7 @@ bool MaskEvaluator::evaluate(const GTBlock& block, GTMask& mask, const MaskFrame
     try {
       mask.values[i] = valueOf(mask, i, frame);
     } catch (const kmf::Exception& error) {
+      if (kmf::interrupt_requested()) throw;  // no fault of the block
       report(block, mask, i, frame, error);
       complete = false;
     }

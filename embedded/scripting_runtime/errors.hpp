@@ -56,6 +56,21 @@ class DepthGuard {
 /// @throws "TooManySteps" (limit), "Interrupted"
 void count_step();
 
+/// For built-in functions that take long. @throws "Interrupted" where the user asked to end the evaluation
+void check_interrupt();
+
+/// The same in a loop of many short steps: looks at every so many of them.
+class InterruptPoll {
+ public:
+  void step() {
+    constexpr std::size_t steps_between_looks = 4096;
+    if (++steps_ % steps_between_looks == 0) check_interrupt();
+  }
+
+ private:
+  std::size_t steps_ = 0;
+};
+
 /// Marks an evaluation as running; the outermost one begins the count of steps.
 class RunningEvaluation {
  public:

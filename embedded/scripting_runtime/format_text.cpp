@@ -48,6 +48,7 @@ class Formatter {
  private:
   void pass() {
     for (std::size_t i = 0; i < format_.size() && !ended_;) {
+      poll_.step();
       checked_count({1, out_.size()});
       if (format_[i] == '\\' && i + 1 < format_.size()) {
         i = escape(i);
@@ -174,6 +175,7 @@ class Formatter {
   std::vector<Argument> arguments_;
   std::size_t next_ = 0;
   bool ended_ = false;
+  InterruptPoll poll_;
   std::string out_;
 };
 

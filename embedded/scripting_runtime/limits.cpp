@@ -82,12 +82,14 @@ DepthGuard::~DepthGuard() {
 }
 
 void count_step() {
-  constexpr std::size_t steps_between_looks = 256;
-  Running& state = running();
-  ++state.steps;
+  const std::size_t steps = ++running().steps;
   const std::size_t allowed = limits().steps;
-  if (allowed != 0 && state.steps > allowed) throw_runtime_error("TooManySteps", std::to_string(allowed));
-  if (state.interruptible && state.steps % steps_between_looks == 0 && must_stop()) throw_runtime_error("Interrupted");
+  if (allowed != 0 && steps > allowed) throw_runtime_error("TooManySteps", std::to_string(allowed));
+  check_interrupt();  // at each one: a step may be long, and the look is one load
+}
+
+void check_interrupt() {
+  if (running().interruptible && must_stop()) throw_runtime_error("Interrupted");
 }
 
 RunningEvaluation::RunningEvaluation() {

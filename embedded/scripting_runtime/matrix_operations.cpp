@@ -5,6 +5,7 @@
 
 #include <Eigen/Dense>
 
+#include <algorithm>
 #include <cmath>
 
 namespace embedded::scripting_runtime {
@@ -50,6 +51,20 @@ Numbers numbers_from(const Matrix<Scalar>& a) {
   return result;
 }
 
+/// The product, by groups of columns between which the user can end it.
+template <class Scalar>
+Matrix<Scalar> multiplied(const Matrix<Scalar>& a, const Matrix<Scalar>& b) {
+  constexpr Eigen::Index multiplications = Eigen::Index{1} << 27;
+  const Eigen::Index group = std::max<Eigen::Index>(1, multiplications / std::max<Eigen::Index>(1, a.size()));
+  Matrix<Scalar> result(a.rows(), b.cols());
+  for (Eigen::Index begin = 0; begin < b.cols(); begin += group) {
+    check_interrupt();
+    const Eigen::Index count = std::min(group, b.cols() - begin);
+    result.middleCols(begin, count).noalias() = a * b.middleCols(begin, count);
+  }
+  return result;
+}
+
 void warn_if_singular(double reciprocal_condition) {
   constexpr double least = 2.2e-16;
   if (reciprocal_condition >= least) return;
@@ -70,8 +85,8 @@ Matrix<Scalar> whole_power(Matrix<Scalar> base, double exponent) {
   Matrix<Scalar> result = Matrix<Scalar>::Identity(base.rows(), base.cols());
   if (exponent < 0) base = solve<Scalar>(base, result);
   for (auto left = static_cast<unsigned long>(std::abs(exponent)); left != 0; left >>= 1U) {
-    if ((left & 1U) != 0) result = result * base;
-    if (left > 1) base = base * base;
+    if ((left & 1U) != 0) result = multiplied(result, base);
+    if (left > 1) base = multiplied(base, base);
   }
   return result;
 }
@@ -115,9 +130,9 @@ Numbers matrix_product(const Numbers& a, const Numbers& b) {
   if (a.shape[1] != b.shape[0]) throw_runtime_error("SizeMismatch", "*", shape_text(a.shape), shape_text(b.shape));
   checked_count({a.shape[0], b.shape[1]});
   if (a.is_complex() || b.is_complex()) {
-    return numbers_from<Complex>(matrix_of<Complex>(a) * matrix_of<Complex>(b));
+    return numbers_from(multiplied(matrix_of<Complex>(a), matrix_of<Complex>(b)));
   }
-  return numbers_from<double>(matrix_of<double>(a) * matrix_of<double>(b));
+  return numbers_from(multiplied(matrix_of<double>(a), matrix_of<double>(b)));
 }
 
 Numbers left_division(const Numbers& a, const Numbers& b) {

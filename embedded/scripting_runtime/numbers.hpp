@@ -5,6 +5,7 @@
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/value.hpp"
 
+#include <algorithm>
 #include <complex>
 #include <vector>
 
@@ -60,9 +61,14 @@ Shape common_shape(const Shape& a, const Shape& b, std::string_view operation);
 template <class F>
 void for_each_pair(const Shape& a, const Shape& b, const Shape& result, std::size_t count, F f) {
   if (a == b) {
-    for (std::size_t k = 0; k < count; ++k) f(k, k, k);
+    constexpr std::size_t piece = 4096;  // between looks for the user's interrupt
+    for (std::size_t begin = 0; begin < count; begin += piece) {
+      check_interrupt();
+      for (std::size_t k = begin; k < std::min(begin + piece, count); ++k) f(k, k, k);
+    }
     return;
   }
+  InterruptPoll poll;
   const auto stride = [&](const Shape& shape, std::size_t d, std::size_t before) {
     return d < shape.size() && shape[d] != 1 ? before : std::size_t{0};
   };
@@ -76,6 +82,7 @@ void for_each_pair(const Shape& a, const Shape& b, const Shape& result, std::siz
   }
   std::size_t i = 0, j = 0;
   for (std::size_t k = 0; k < count; ++k) {
+    poll.step();
     f(k, i, j);
     for (std::size_t d = 0; d < at.size(); ++d) {
       i += a_strides[d];

@@ -104,9 +104,10 @@ void polynomial(Call& call) {
   const Numbers p = numbers_of(call[0]);
   const Numbers x = numbers_of(call[1]);
   Numbers result = Numbers::zeros(x.shape, cvDOUBLE_CLASS, true);
+  InterruptPoll poll;
   for (std::size_t i = 0; i < x.size(); ++i) {
     Complex value = 0;
-    for (std::size_t k = 0; k < p.size(); ++k) value = value * x.at(i) + p.at(k);
+    for (std::size_t k = 0; k < p.size(); ++k, poll.step()) value = value * x.at(i) + p.at(k);
     result.set(i, value);
   }
   call.give(array_of(std::move(result)));

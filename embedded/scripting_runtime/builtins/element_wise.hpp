@@ -23,7 +23,9 @@ void map_numbers(Call& call, double low, double high) {
   const bool real = !x.is_complex() &&
                     std::none_of(x.re.begin(), x.re.end(), [&](double value) { return value < low || value > high; });
   if (!real) x.im.resize(x.size());
+  InterruptPoll poll;
   for (std::size_t i = 0; i < x.size(); ++i) {
+    poll.step();
     const bool inside = x.at(i).imag() == 0 && !(x.re[i] < low) && !(x.re[i] > high);
     if (real) {
       x.re[i] = Real(x.re[i]);

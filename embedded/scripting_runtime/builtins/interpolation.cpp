@@ -100,7 +100,11 @@ void interpolate(Call& call) {
   Numbers result = numbers_of(call[2]);
   if (result.is_complex()) throw_runtime_error("NotRealVector", std::string(call.name), "3");
   result.class_id = cvDOUBLE_CLASS;
-  for (double& value : result.re) value = looked_up(table, method, outside, value);
+  InterruptPoll poll;
+  for (double& value : result.re) {
+    poll.step();
+    value = looked_up(table, method, outside, value);
+  }
   call.give(array_of(std::move(result)));
 }
 

@@ -212,9 +212,11 @@ void sort(Call& call) {
   std::vector<std::size_t> sources(x.size());
   Numbers places = Numbers::zeros(x.shape);
   std::vector<std::size_t> order(runs.length);
+  InterruptPoll poll;
   for (std::size_t run = 0; run < runs.count; ++run) {
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+      poll.step();
       const Complex first = x.at(runs.at(run, descending ? b : a));
       const Complex second = x.at(runs.at(run, descending ? a : b));
       return is_before(first, second);

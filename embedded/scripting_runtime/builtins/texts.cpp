@@ -5,6 +5,7 @@
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/indexing.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/script.hpp"
 #include "platform/foundation/strings.hpp"
 
 #include <algorithm>
@@ -207,7 +208,10 @@ void text_to_number(Call& call) {
   try {
     call.give(evaluate("[" + call.text(0) + "]", Scope(base_workspace())));
     call.give(true);
+  } catch (const ExitRequest&) {
+    throw;
   } catch (const kmf::Exception&) {  // by contract, a text without a value is no error here
+    check_interrupt();
     call.outputs.clear();
     call.give(cvUniquePtr(cvCreateDoubleMatrix(0, 0)));
     call.give(false);

@@ -134,6 +134,28 @@ TEST_F(DiagramFunctions, ErrorsOfACompileAreToldTogether) {
   EXPECT_EQ("error", kmf::cvarray_to_string(cvGetField(found.get(), 0, "severity")));
 }
 
+TEST_F(DiagramFunctions, AnInterruptEndsACompileAndLeavesEverythingAsItWas) {
+  build();
+  kmf::register_corvane_function("test.late", [](int, cvArray_tag** outputs, int, cvArray_tag**) {
+    sr::request_interrupt();
+    outputs[0] = cvCreateDoubleScalar(5);
+  });
+  run("compile_diagram('rc')");
+  sr::base_workspace().set("before", value("kinemo.gl.gt.graph('physical', 'rc')"));
+  run("set_param('rc/Source', 'v', 'test.late()')");
+  for (const char* call : {"compile_diagram('rc')", "check_diagram('rc')", "nets('rc')"}) {
+    EXPECT_EQ("kinemo:host:compile:Interrupted(rc)", error_of(call)) << call;
+    EXPECT_EQ("kinemo:common:gl:gti:compile:Interrupted(rc)", error_of("kinemo.gl.gt.graph('physical', 'rc')"));
+    sr::request_interrupt(false);
+  }
+  run("set_param('rc/Source', 'v', '5')");
+  EXPECT_EQ(1, number("isequal(before, kinemo.gl.gt.graph('physical', 'rc'))"));
+  run("compile_diagram('rc')");
+  EXPECT_EQ(1, number("isequal(before, kinemo.gl.gt.graph('physical', 'rc'))"));
+  kmf::unregister_corvane_function("test.late");
+  sr::base_workspace().clear("before");
+}
+
 TEST_F(DiagramFunctions, ExpressionsOfAModelCannotChangeModelsWhileItIsReadOrCompiled) {
   run_all({"new_diagram('m')", "add_block('subsystem', 'm/S')", "add_block('physical/resistor', 'm/S/R1')",
            "add_block('physical/resistor', 'm/S/R2')"});

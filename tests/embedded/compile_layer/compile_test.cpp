@@ -292,6 +292,17 @@ TEST_F(CompileTest, TheUserCanEndAnEvaluation) {
   embedded::scripting_runtime::request_interrupt(false);
 }
 
+TEST_F(CompileTest, TheUserCanEndACompileInEachStage) {
+  for (const std::string stage : {"parameters", "network"}) {
+    const auto stop = [&](const char* begun, std::size_t, std::size_t) {
+      if (begun == stage) embedded::scripting_runtime::request_interrupt();
+    };
+    EXPECT_EQ(errorOf([&] { compile(*diagram, stop); }), "kinemo:host:compile:Interrupted(model)") << stage;
+    embedded::scripting_runtime::request_interrupt(false);
+    EXPECT_NO_THROW(compile(*diagram)) << stage;
+  }
+}
+
 TEST_F(CompileTest, TheRegistryOwnsWhatItTakes) {
   EXPECT_EQ(registry().getDefaultMgr("nobody"), nullptr);
   auto* second = new Recorder("test");

@@ -90,6 +90,24 @@ TEST_F(PromptTest, AnInterruptStopsOnlyWhatRuns) {
   kmf::unregister_corvane_function("test.interrupt");
 }
 
+TEST_F(PromptTest, AnInterruptStopsFunctionsThatTakeLong) {
+  kmf::register_corvane_function("test.late", [](int, cvArray_tag** outputs, int, cvArray_tag** inputs) {
+    request_interrupt();
+    outputs[0] = cvCreateSharedCopy(inputs[0]);
+  });
+  for (const char* expression :
+       {"ones(60) * test.late(ones(60))", "ones(60) ^ test.late(9)", "ones(1, 9999) + test.late(ones(1, 9999))",
+        "ones(99) - test.late(ones(99, 1))", "sort(test.late(9999:-1:1))", "unique(test.late(9999:-1:1))",
+        "exp(test.late(1:9999))", "polyval(1:99, test.late(1:99))", "interp1([1 2], [3 4], test.late(1:9999))",
+        "sprintf('%g,', test.late(1:9999))", "str2num('[1 test.late(2) 3]')"}) {
+    EXPECT_THAT(enter(std::string("x = ") + expression + ";"),
+                StartsWith("error: The evaluation was stopped by the user."))
+        << expression;
+    EXPECT_FALSE(workspace.has("x")) << expression;
+  }
+  kmf::unregister_corvane_function("test.late");
+}
+
 class CompletionTest : public ScriptTest {
  protected:
   std::vector<std::string> candidates(const std::string& line) { return complete(line, workspace).candidates; }
