@@ -32,11 +32,19 @@ std::vector<double> numbers_in(const cvArray_tag* array) {
   return numbers_of(array).re;
 }
 
+/// NaN isn't: it has no place in an order, and hashing puts all of them together.
+template <class T>
+bool equals_itself(const T& element) {
+  return element == element;
+}
+
 /// Place from 1 of the first equal element, 0 where there is none.
 template <class T>
 std::vector<double> places(const std::vector<T>& wanted, const std::vector<T>& in) {
   std::unordered_map<T, std::size_t> first;
-  for (std::size_t i = 0; i < in.size(); ++i) first.emplace(in[i], i + 1);
+  for (std::size_t i = 0; i < in.size(); ++i) {
+    if (equals_itself(in[i])) first.emplace(in[i], i + 1);
+  }
   std::vector<double> result;
   for (const T& each : wanted) {
     const auto found = first.find(each);
@@ -58,17 +66,27 @@ void is_member(Call& call) {
 
 enum class Operation { unite, intersect, subtract };
 
+/// Sorts a list to a set; gives what equals nothing, itself included.
+template <class T>
+std::vector<T> make_set(std::vector<T>& list) {
+  const auto end = std::stable_partition(list.begin(), list.end(), equals_itself<T>);
+  std::vector<T> rest(end, list.end());
+  std::sort(list.begin(), end);
+  list.erase(std::unique(list.begin(), end), list.end());
+  return rest;
+}
+
 template <class T>
 std::vector<T> combined(std::vector<T> a, std::vector<T> b, Operation operation) {
-  for (std::vector<T>* set : {&a, &b}) {
-    std::sort(set->begin(), set->end());
-    set->erase(std::unique(set->begin(), set->end()), set->end());
-  }
+  const std::vector<T> only_in_a = make_set(a);
+  const std::vector<T> only_in_b = make_set(b);
   std::vector<T> result;
   const auto out = std::back_inserter(result);
   if (operation == Operation::unite) std::set_union(a.begin(), a.end(), b.begin(), b.end(), out);
   if (operation == Operation::intersect) std::set_intersection(a.begin(), a.end(), b.begin(), b.end(), out);
   if (operation == Operation::subtract) std::set_difference(a.begin(), a.end(), b.begin(), b.end(), out);
+  if (operation != Operation::intersect) result.insert(result.end(), only_in_a.begin(), only_in_a.end());
+  if (operation == Operation::unite) result.insert(result.end(), only_in_b.begin(), only_in_b.end());
   return result;
 }
 

@@ -26,6 +26,10 @@ TEST_F(SessionFunctions, Sets) {
          {"union([3 1], [2 1])", "[1 2 3]"},
          {"intersect([3; 1; 1], [1; 3; 5])", "[1;3]"},
          {"setdiff(1:5, [2 4])", "[1 3 5]"},
+         {"union([nan 2], [nan 1 2])", "[1 2 nan nan]"},
+         {"setdiff([nan 3 1], [nan 3])", "[1 nan]"},
+         {"intersect([nan 3 1], [nan 3])", "3"},
+         {"sum(ismember(1:50000, nan(1, 50000)))", "0"},
          {"setdiff({'b', 'a'}, {'a'})", "{'b'}"},
          {"union({'b'}, {'a'})", "{'a','b'}"}});
   EXPECT_THAT(fault("ismember({'a'}, 1:3)"), StartsWith("CannotConcatenate("));
