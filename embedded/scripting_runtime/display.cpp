@@ -212,8 +212,9 @@ std::string number_text(double value, int digits) {
   if (value == 0) return "0";  // without the sign that it may have
   const double whole_limit = 1e15;
   if (value == std::floor(value) && std::abs(value) < whole_limit) digits = 16;
+  constexpr int most_digits = 50;
   std::array<char, 64> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%.*g", digits, value);
+  std::snprintf(buffer.data(), buffer.size(), "%.*g", std::min(digits, most_digits), value);
   return buffer.data();
 }
 

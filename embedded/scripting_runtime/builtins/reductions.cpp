@@ -120,13 +120,16 @@ void test_runs(Call& call) {
 
 // --- extremes
 
-/// Whether `a` goes before `b`: by value, complex ones by magnitude. NaN is never chosen while there is a number.
+bool is_nan(Complex z) {
+  return std::isnan(z.real()) || std::isnan(z.imag());
+}
+
+/// Whether `a` goes before `b`: by value, in complex arrays by magnitude. NaN is never chosen while there is a number.
 template <bool Largest>
-bool is_better(Complex a, Complex b) {
-  if (std::isnan(b.real())) return !std::isnan(a.real());
-  const bool real = a.imag() == 0 && b.imag() == 0;
-  const double x = real ? a.real() : std::abs(a);
-  const double y = real ? b.real() : std::abs(b);
+bool is_better(Complex a, Complex b, bool complex) {
+  if (is_nan(b)) return !is_nan(a);
+  const double x = complex ? std::abs(a) : a.real();
+  const double y = complex ? std::abs(b) : b.real();
   return Largest ? x > y : x < y;
 }
 
@@ -138,7 +141,7 @@ void extreme_of_two(Call& call) {
   Numbers result =
       Numbers::zeros(common_shape(a.shape, b.shape, call.name), arithmetic_class(a.class_id, b.class_id), complex);
   for_each_pair(a.shape, b.shape, result.shape, result.size(), [&](std::size_t k, std::size_t i, std::size_t j) {
-    const Complex value = is_better<Largest>(b.at(j), a.at(i)) ? b.at(j) : a.at(i);
+    const Complex value = is_better<Largest>(b.at(j), a.at(i), complex) ? b.at(j) : a.at(i);
     result.re[k] = value.real();
     if (complex) result.im[k] = value.imag();
   });
@@ -159,7 +162,7 @@ void extreme(Call& call) {
   for (std::size_t run = 0; run < runs.count; ++run) {
     std::size_t best = 0;
     for (std::size_t i = 1; i < runs.length; ++i) {
-      if (is_better<Largest>(x.at(runs.at(run, i)), x.at(runs.at(run, best)))) best = i;
+      if (is_better<Largest>(x.at(runs.at(run, i)), x.at(runs.at(run, best)), x.is_complex())) best = i;
     }
     sources.push_back(runs.at(run, best));
     places.re[runs.at(run, 0, 1)] = static_cast<double>(best + 1);
@@ -170,10 +173,10 @@ void extreme(Call& call) {
 
 // --- order
 
-/// Before in ascending order; NaN comes last.
-bool is_before(Complex a, Complex b) {
-  if (std::isnan(a.real()) || std::isnan(b.real())) return !std::isnan(a.real()) && std::isnan(b.real());
-  if (a.imag() == 0 && b.imag() == 0) return a.real() < b.real();
+/// Before in ascending order: by value, in complex arrays by magnitude and angle. NaN comes last.
+bool is_before(Complex a, Complex b, bool complex) {
+  if (is_nan(a) || is_nan(b)) return !is_nan(a) && is_nan(b);
+  if (!complex) return a.real() < b.real();
   return std::pair(std::abs(a), std::arg(a)) < std::pair(std::abs(b), std::arg(b));
 }
 
@@ -219,7 +222,7 @@ void sort(Call& call) {
       poll.step();
       const Complex first = x.at(runs.at(run, descending ? b : a));
       const Complex second = x.at(runs.at(run, descending ? a : b));
-      return is_before(first, second);
+      return is_before(first, second, x.is_complex());
     });
     for (std::size_t i = 0; i < runs.length; ++i) {
       sources[runs.at(run, i)] = runs.at(run, order[i]);
@@ -235,8 +238,11 @@ void unique(Call& call) {
   const Numbers x = numbers_of(call[0]);
   std::vector<std::size_t> order(x.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return is_before(x.at(a), x.at(b)); });
+  InterruptPoll poll;
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    poll.step();
+    return is_before(x.at(a), x.at(b), x.is_complex());
+  });
   order.erase(std::unique(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return x.at(a) == x.at(b); }),
               order.end());
   const bool row = x.is_matrix() && x.shape[0] == 1 && x.shape[1] > 0;
