@@ -89,17 +89,18 @@ class Change {
   }
 
   void cell(cvUniquePtr& target, std::size_t step) const {
-    if (is_nothing(target.get())) target.reset(cvCreateCellMatrix(0, 0));
-    if (!cvIsCell(target.get())) throw_runtime_error("NotCell", cvGetClassName(target.get()));
-    const OnePlace place = one_place(target.get(), steps_[step].subscripts);
-    if (place.shape == cvGetDimensions(target.get())) {
+    const cvUniquePtr made(is_nothing(target.get()) ? cvCreateCellMatrix(0, 0) : nullptr);
+    const cvArray_tag* before = made ? made.get() : target.get();
+    if (!cvIsCell(before)) throw_runtime_error("NotCell", cvGetClassName(before));
+    const OnePlace place = one_place(before, steps_[step].subscripts);
+    if (place.shape == cvGetDimensions(before)) {
       return inner(cvGetCell(target.get(), place.index), step + 1,
                    [&](cvArray_tag* value) { cvSetCell(target.get(), place.index, value); });
     }
     checked_count(place.shape);
     cvUniquePtr part;
     at(part, step + 1);
-    target = grown(target.get(), place.shape);
+    target = grown(before, place.shape);
     cvSetCell(target.get(), place.index, part.release());
   }
 

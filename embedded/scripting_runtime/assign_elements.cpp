@@ -158,7 +158,9 @@ void assign_arrays(cvUniquePtr& target, const std::vector<Names>& names, const c
   check_family(array, value);
   const Shape shape = shape_for(cvGetDimensions(array), names, &cvGetDimensions(value));
   checked_count(shape);
-  check_fit(shape_of_places(shape, names), cvGetDimensions(value));
+  const Shape places = shape_of_places(shape, names);
+  checked_count(places);  // places may be named again and again
+  check_fit(places, cvGetDimensions(value));
   if (holds_numbers(array)) check_numbers(numbers_of(value), cvGetClassID(array));
   if (made || shape != cvGetDimensions(array)) target = grown(array, shape);
   put(target.get(), offsets_in(shape, names), value);

@@ -135,6 +135,7 @@ TEST_F(Assignment, FaultsLeaveTheVariableAsItWas) {
                 {"a = [1 2; 3 4];a(:, 1) = [1 2 3]", "AssignmentMismatch(2x1, 1x3)"},
                 {"a = [1 2; 3 4];a(7) = 1", "CannotGrow(7, 2x2)"},
                 {"a = 1:3;a(0) = 1", "InvalidIndex(0)"},
+                {"a = [];a{0} = 1", "InvalidIndex(0)"},
                 {"a = 1:3;a(1.5) = 1", "InvalidIndex(1.5)"},
                 {"a = 1:3;a(nan) = 1", "InvalidIndex(NaN)"},
                 {"a = 1:3;a(2) = {1}", "CannotAssign(cell, double)"},
