@@ -50,7 +50,10 @@ void register_diagram_functions() {
 }
 
 void unregister_diagram_functions() {
-  for (const DiagramFunction& row : all_functions()) kmf::unregister_corvane_function(row.name);
+  for (const DiagramFunction& row : all_functions()) {
+    kmf::unregister_corvane_function(row.name);
+    embedded::scripting_runtime::forget_help(row.name);
+  }
   forget_diagram_files();
 }
 

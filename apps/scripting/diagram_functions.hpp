@@ -8,7 +8,7 @@ namespace kinemo::scripting {
 
 /// Makes the functions and their help known to the runtime. An environment must exist, and outlive the use of them.
 void register_diagram_functions();
-/// Takes the functions back; their help stays.
+/// Takes the functions and their help back.
 void unregister_diagram_functions();
 
 /// They are known while one is alive.
