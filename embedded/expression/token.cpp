@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace embedded::expression {
 
@@ -19,7 +20,8 @@ enum class Bracket : std::uint8_t { round, parameters, elements };
 /// Tokens so far, and what the reading of the next one depends on: the brackets around it and the blank before it.
 class TokenList {
  public:
-  explicit TokenList(const char* begin) : begin_(begin) {}
+  /// The text that is read next, behind what was read before.
+  void begin(const char* text) { begin_ = text; }
 
   void add(TokenType type, Operator op, const char* at, std::size_t length) {
     tokens_.push_back({type, op, blank_, static_cast<std::uint32_t>(at - begin_), static_cast<std::uint32_t>(length)});
@@ -28,6 +30,7 @@ class TokenList {
     at_operand_end_ = ends_operand(type, op) && !closes_parameters;
     blank_ = false;
     follow_brackets(type, follows_operand);
+    before_ = type;
   }
 
   void add_blank() { blank_ = true; }
@@ -43,9 +46,10 @@ class TokenList {
   /// Whether a quote at this place follows an operand, and so transposes it.
   bool transposes() const { return at_operand_end_ && !(blank_ && in_elements()); }
 
-  std::vector<Token> finish(std::size_t length) {
+  /// What was read since the last time.
+  std::vector<Token> take(std::size_t length) {
     tokens_.push_back({TokenType::end_of_text, Operator::plus, blank_, static_cast<std::uint32_t>(length), 0});
-    return std::move(tokens_);
+    return std::exchange(tokens_, {});
   }
 
  private:
@@ -70,7 +74,7 @@ class TokenList {
   void follow_brackets(TokenType type, bool follows_operand) {
     switch (type) {
       case TokenType::open_round:
-        return brackets_.push_back(behind_at() ? Bracket::parameters : Bracket::round);
+        return brackets_.push_back(before_ == TokenType::at ? Bracket::parameters : Bracket::round);
       case TokenType::open_square:
         return brackets_.push_back(Bracket::elements);
       case TokenType::open_curly:  // behind an operand it indexes, as the parser sees it too
@@ -85,9 +89,8 @@ class TokenList {
     }
   }
 
-  bool behind_at() const { return tokens_.size() > 1 && tokens_[tokens_.size() - 2].type == TokenType::at; }
-
-  const char* begin_;
+  const char* begin_ = nullptr;
+  TokenType before_ = TokenType::newline;
   bool blank_ = false;
   bool at_operand_end_ = false;
   std::vector<Token> tokens_;
@@ -219,15 +222,33 @@ std::string character_at(std::string_view text, std::size_t offset) {
   throw Failure{digit ? "InvalidNumber" : "UnexpectedCharacter", character_at(text, offset), offset};
 }
 
-}  // namespace
-
-std::vector<Token> tokenize(std::string_view source) {
+std::vector<Token> read(std::string_view source, TokenList& tokens) {
   pegtl::memory_input<pegtl::tracking_mode::lazy, pegtl::eol::lf> input(source.data(), source.data() + source.size(),
                                                                         "");
-  TokenList tokens(source.data());
+  tokens.begin(source.data());
   pegtl::parse<grammar, action>(input, tokens);
   if (!input.empty()) fail_at(source, static_cast<std::size_t>(input.current() - source.data()));
-  return tokens.finish(source.size());
+  return tokens.take(source.size());
+}
+
+}  // namespace
+
+std::vector<Token> tokenize(std::string_view text) {
+  TokenList tokens;
+  return read(text, tokens);
+}
+
+struct LineTokenizer::State {
+  TokenList tokens;
+};
+
+LineTokenizer::LineTokenizer() : state_(std::make_unique<State>()) {}
+LineTokenizer::LineTokenizer(LineTokenizer&&) noexcept = default;
+LineTokenizer& LineTokenizer::operator=(LineTokenizer&&) noexcept = default;
+LineTokenizer::~LineTokenizer() = default;
+
+std::vector<Token> LineTokenizer::next(std::string_view line) {
+  return read(line, state_->tokens);
 }
 
 }  // namespace embedded::expression

@@ -5,6 +5,7 @@
 #include "embedded/expression/parse.hpp"
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -50,5 +51,22 @@ struct Failure {
 /// All tokens of a text, closed by `end_of_text`. Line ends inside round brackets are blanks; inside square and curly
 /// ones they are tokens. Quotes behind an operand are transpositions. @throws Failure
 std::vector<Token> tokenize(std::string_view text);
+
+/// Reads a text that comes line by line, each line once: what a quote or a line end means depends on brackets that
+/// lines before it left open.
+class LineTokenizer {
+ public:
+  LineTokenizer();
+  LineTokenizer(LineTokenizer&&) noexcept;
+  LineTokenizer& operator=(LineTokenizer&&) noexcept;
+  ~LineTokenizer();
+
+  /// Those of the next line, which comes with its end; offsets count from its beginning. @throws Failure
+  std::vector<Token> next(std::string_view line);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 }  // namespace embedded::expression

@@ -12,13 +12,18 @@ namespace embedded::scripting_runtime {
 
 void Prompt::enter(const std::string& line) {
   pending_ += line + "\n";
-  // Without its last line end: "..." at the end asks for another line, which an empty one ends.
-  if (is_incomplete(std::string_view(pending_).substr(0, pending_.size() - 1))) return;
-  run(std::exchange(pending_, {}));
+  if (!incomplete_.needs_more(line)) finish();
 }
 
 void Prompt::finish() {
-  if (!pending_.empty()) run(std::exchange(pending_, {}));
+  const std::string text = std::exchange(pending_, {});
+  incomplete_ = {};
+  if (!text.empty()) run(text);
+}
+
+void Prompt::abandon() {
+  pending_.clear();
+  incomplete_ = {};
 }
 
 void Prompt::run(const std::string& text) {

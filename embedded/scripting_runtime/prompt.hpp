@@ -3,6 +3,7 @@
 // A prompt without its terminal: lines go in, and what they begin is run once it is whole. An error is told and never
 // ends the prompt.
 
+#include "embedded/scripting_runtime/statement.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
 
 #include <optional>
@@ -22,7 +23,7 @@ class Prompt {
   /// No more lines: runs what isn't whole, which tells what is missing.
   void finish();
   /// Forgets lines that wait for more.
-  void abandon() { pending_.clear(); }
+  void abandon();
 
   /// The code with which `exit` asked to end.
   const std::optional<int>& exit_code() const { return exit_code_; }
@@ -35,7 +36,8 @@ class Prompt {
   void tell(const std::string& error);
 
   Workspace& workspace_;
-  std::string pending_;
+  std::string pending_;        ///< lines that wait for more
+  IncompleteText incomplete_;  ///< what they leave open
   std::optional<int> exit_code_;
   bool failed_ = false;
 };

@@ -242,14 +242,6 @@ class ScriptParser {
   std::size_t column_ = 1;
 };
 
-/// Whether a line end behind the text would be a part of a continuation.
-bool ends_in_continuation(std::string_view text) {
-  const Tokens tokens = expression::tokenize(std::string(text) + "\n");
-  return std::none_of(tokens.begin(), tokens.end(), [&](const Token& token) {
-    return token.type == TokenType::newline && token.offset == text.size();
-  });
-}
-
 }  // namespace
 
 std::vector<Statement> parse_script(std::string_view text) {
@@ -267,16 +259,22 @@ std::vector<Statement> parse_script(std::string_view text) {
   expression::throw_parse_error(error);
 }
 
-bool is_incomplete(std::string_view text) {
+bool IncompleteText::add(std::string_view line) {
+  const Tokens tokens = lines_.next(std::string(line) + "\n");
+  bool ends = false;  // unless the line end is a part of a continuation
+  for (const Token& token : tokens) {
+    ends = ends || (token.type == TokenType::newline && token.offset == line.size());
+    if (opens(token.type)) ++open_;
+    if (!closes(token.type)) continue;
+    if (open_ == 0) return false;
+    --open_;
+  }
+  return open_ > 0 || !ends;
+}
+
+bool IncompleteText::needs_more(std::string_view line) {
   try {
-    std::vector<TokenType> open;
-    for (const Token& token : expression::tokenize(text)) {
-      if (opens(token.type)) open.push_back(token.type);
-      if (!closes(token.type)) continue;
-      if (open.empty()) return false;
-      open.pop_back();
-    }
-    return !open.empty() || ends_in_continuation(text);
+    return add(line);
   } catch (const Failure&) {
     return false;
   }

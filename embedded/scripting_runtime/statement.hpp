@@ -3,6 +3,7 @@
 // A script as statements: what stands between line ends, semicolons and commas outside of brackets. The parts of a
 // statement are expressions of the one grammar; the tokens only tell where they begin and end.
 
+#include "embedded/expression/token.hpp"
 #include "embedded/expression/tree.hpp"
 
 #include <cstddef>
@@ -35,8 +36,19 @@ struct Statement {
 /// excerpt) for what begins with a word of control flow, "NotAssignable" (text, line, column, excerpt)
 std::vector<Statement> parse_script(std::string_view text);
 
-/// Whether more lines are needed to end what the text begins: brackets that aren't closed, or "..." at its end.
-bool is_incomplete(std::string_view text);
+/// A text that comes line by line until it is whole. Each line is read once.
+class IncompleteText {
+ public:
+  /// Takes the next line, which comes without its end. Whether further ones are needed to end what the text begins:
+  /// brackets that aren't closed, or "..." at the end of the line. A text with an error of form needs none.
+  bool needs_more(std::string_view line);
+
+ private:
+  bool add(std::string_view line);
+
+  expression::LineTokenizer lines_;
+  std::size_t open_ = 0;
+};
 
 /// Words that begin a statement with texts behind them, such as "help" in `help sin`.
 const std::vector<std::string>& command_words();

@@ -41,6 +41,12 @@ TEST_F(PromptTest, LinesAreRunOnceTheyAreWhole) {
   EXPECT_EQ(enter(""), "b = 4\n");
 }
 
+TEST_F(PromptTest, ManyLinesAreReadOnceEach) {
+  enter("a = {");
+  for (int i = 0; i < 5000; ++i) prompt.enter("{1, 'two', (3)}");
+  EXPECT_EQ(enter("}; size(a)"), "ans =\n   5000      1\n");
+}
+
 TEST_F(PromptTest, AnErrorIsToldAndThePromptLivesOn) {
   EXPECT_EQ(enter("a = nothere"),
             "error: there is no variable or function 'nothere'. [kinemo:scripting:runtime:UndefinedName]\n"

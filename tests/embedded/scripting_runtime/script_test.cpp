@@ -150,6 +150,7 @@ TEST_F(Script, TooLargeArraysAreAnError) {
     limits().array_bytes = 100'000'000;
     EXPECT_THAT(fault(text), StartsWith("ArrayTooLarge(")) << text;
   }
+  EXPECT_THAT(fault("x = 1; x(ones(1, 9999), ones(1, 9999)) = 2;"), testing::StartsWith("ArrayTooLarge(9999x9999,"));
   limits().array_bytes = 1000;
   EXPECT_THAT(fault("x = ones(1, 100); y = [x x]"), StartsWith("ArrayTooLarge("));
   EXPECT_THAT(fault("c = 'abcdefghij'; c = strcat(c, c, c, c, c, c, c, c, c, c, c, c, c, c)"),
@@ -188,12 +189,24 @@ TEST_F(Script, MarksOfEncodingsAreKnown) {
   }
 }
 
+/// Whether the last line of a text asks for more; all before it must.
+bool is_incomplete(const std::string& text) {
+  IncompleteText incomplete;
+  std::size_t begin = 0;
+  for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
+    EXPECT_TRUE(incomplete.needs_more(text.substr(begin, end - begin))) << text;
+    begin = end + 1;
+  }
+  return incomplete.needs_more(text.substr(begin));
+}
+
 TEST_F(Script, WholeTextsAreToldFromBegunOnes) {
-  for (const char* text : {"a = (1", "a = [1\n2", "c = {", "a = 1 + ...", "f(1, ... more"}) {
+  for (const char* text :
+       {"a = (1", "a = [1\n2", "c = {", "a = 1 + ...", "f(1, ... more", "a = [1 ...", "f(a\n', [b", "c = {\n'a', [1"}) {
     EXPECT_TRUE(is_incomplete(text)) << text;
   }
   for (const char* text : {"", "a = 1", "a = [1\n2]", "a = 'x...", "a = 1 % ...", "a = 1 + ...\n", "a = 2)",
-                           "a = 1) + (", "'...'", "a = 'open ("}) {
+                           "a = 1) + (", "'...'", "a = 'open (", "f(a\n')", "c = {\n'a)'}", "a = [b ...\n' c']"}) {
     EXPECT_FALSE(is_incomplete(text)) << text;
   }
 }
