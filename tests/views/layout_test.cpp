@@ -354,6 +354,56 @@ TEST(Layout, WhereBoxesShutAPinInItsNetIsNamed) {
   EXPECT_EQ(lay_out(problem).routes[0].stubs.size(), 2u);
 }
 
+/// Boxes of 60 x 40 with a pin on each side, by their corners.
+Problem at_corners(const std::vector<Point>& corners) {
+  Problem problem;
+  for (const Point& corner : corners) {
+    problem.boxes.push_back(box(60, 40, 1, 1));
+    problem.boxes.back().fixed = true;
+    problem.boxes.back().corner = corner;
+  }
+  return problem;
+}
+
+TEST(Layout, NearPinsThatFaceEachOtherAreJoinedWithoutNames) {
+  struct Pair {
+    Point second;
+    std::size_t points;
+  };
+  for (const Pair& it : {Pair{{60, 0}, 1}, Pair{{62, 0}, 2}, Pair{{65, 0}, 2}, Pair{{70, 0}, 2}, Pair{{65, 10}, 4}}) {
+    Problem problem = at_corners({{0, 0}, it.second, {400, 0}});
+    problem.nets = {{{{0, 1}, {1, 0}}, {20, 12}}};
+    const Route route = lay_out(problem).routes[0];
+    ASSERT_EQ(route.lines.size(), 1u) << it.second.x;
+    EXPECT_EQ(route.lines[0].size(), it.points) << it.second.x;
+    EXPECT_EQ(route.dots.size(), it.second.x == 60) << it.second.x;
+    problem.nets[0].pins.push_back({2, 0});
+    const Drawing of_three = lay_out(problem);
+    if (it.second.x == 70) {
+      EXPECT_TRUE(joins_all(problem, of_three, 0));
+    } else {
+      EXPECT_EQ(of_three.routes[0].lines.size(), 1u) << it.second.x;
+      EXPECT_EQ(of_three.routes[0].stubs.size(), 2u) << it.second.x;
+    }
+    expect_tidy_lines(problem, of_three);
+  }
+}
+
+/// Two rows of blocks 0 to 10 apart, where only shut-in pins are told by names.
+TEST(Layout, StubsInGapsReachNothingOfOthers) {
+  Problem problem = at_corners({{0, 0}, {60, 0}, {123, 0}, {188, 0}, {0, 120}, {70, 120}, {140, 120}, {210, 120}});
+  for (Box& it : problem.boxes) it.texts[0].y += 3;
+  problem.nets = {{{{0, 1}, {1, 0}}, {25, 12}},
+                  {{{2, 1}, {3, 0}}, {40, 12}},
+                  {{{1, 1}, {7, 0}}, {8, 12}},
+                  {{{0, 0}, {4, 1}, {6, 1}}, {8, 12}},
+                  {{{4, 0}, {5, 0}, {6, 0}, {2, 0}}, {8, 12}},
+                  {{{5, 1}, {7, 1}, {3, 1}}, {20, 12}}};
+  const Drawing drawing = lay_out(problem);
+  expect_tidy_lines(problem, drawing);
+  EXPECT_EQ(nets_by_name(drawing), 2u);
+}
+
 TEST(Layout, BearsAnyNumbers) {
   const double huge = std::numeric_limits<double>::max();
   const double nan = std::numeric_limits<double>::quiet_NaN();

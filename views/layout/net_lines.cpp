@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <numeric>
 
 namespace kinemo::views::layout {
 
@@ -47,6 +48,26 @@ std::vector<Point> with_legs(const Leg& leg, const std::vector<Point>& way, cons
 bool on_line(Point it, Point a, Point b) {
   const Rectangle line = spanned(a, b);
   return it.x >= line.x && it.x <= right(line) && it.y >= line.y && it.y <= bottom(line);
+}
+
+/// From the leg to one of those that came before it in the order.
+struct BridgeBack {
+  std::vector<Point> line;  ///< empty, if there is none
+  std::size_t to = 0;
+};
+
+BridgeBack bridge_back(const Scene& scene, std::size_t net, const std::vector<Leg>& legs,
+                       const std::vector<std::size_t>& order, std::size_t place) {
+  for (std::size_t i = 0; i < place; ++i) {
+    std::vector<Point> line = bridge(scene, net, legs[order[place]], legs[order[i]]);
+    if (!line.empty()) return {std::move(line), order[i]};
+  }
+  return {};
+}
+
+/// A branch ends where the leg that it reaches ends, as that leg is drawn already.
+void end_at_leg(std::vector<Point>& line, const Leg& leg) {
+  if (line.size() > 1 && on_line(leg.end, line[line.size() - 2], line.back())) line.back() = leg.end;
 }
 
 }  // namespace
@@ -108,6 +129,12 @@ std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene,
   tree.ends.push_back(legs[order.legs[0]].end);
   for (std::size_t i = 1; i < order.legs.size(); ++i) {
     const Leg& leg = legs[order.legs[i]];
+    if (auto [line, to] = bridge_back(scene, net, legs, order.legs, i); !line.empty()) {
+      if (i > 1) end_at_leg(line, legs[to]);
+      tree.add(line);
+      branches.push_back(std::move(line));
+      continue;
+    }
     const std::optional<Way> way =
         grow_way(scene, {leg.end, leg.away, net, tree.ends, tree.lines}, order.nearest[i], effort);
     if (!way) return std::nullopt;
@@ -116,6 +143,18 @@ std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene,
     branches.push_back(with_legs(leg, way->points, i == 1 ? &legs[order.legs[0]] : nullptr));
   }
   return branches;
+}
+
+Bridges find_bridges(const Scene& scene, std::size_t net, const std::vector<Leg>& legs) {
+  Bridges bridges;
+  std::vector<std::size_t> order(legs.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  for (std::size_t i = 0; i < legs.size(); ++i) {
+    std::vector<Point> line = bridge_back(scene, net, legs, order, i).line;
+    bridges.joined.push_back(!line.empty());
+    if (!line.empty()) bridges.lines.push_back(std::move(line));
+  }
+  return bridges;
 }
 
 std::vector<Point> dots_of(const std::vector<std::vector<Point>>& branches) {
@@ -135,7 +174,8 @@ std::vector<Point> dots_of(const std::vector<std::vector<Point>>& branches) {
       }
     }
     const bool known = std::any_of(dots.begin(), dots.end(), [&](Point it) { return it.x == at.x && it.y == at.y; });
-    if (!known && std::count(arms.begin(), arms.end(), true) > 2) dots.push_back(at);
+    const bool touch = branch.size() == 1;
+    if (!known && (touch || std::count(arms.begin(), arms.end(), true) > 2)) dots.push_back(at);
   }
   return dots;
 }

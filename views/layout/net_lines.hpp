@@ -2,15 +2,10 @@
 
 // The lines of one net, as they grow from pin to pin.
 
+#include "views/layout/legs.hpp"
 #include "views/layout/maze.hpp"
 
 namespace kinemo::views::layout {
-
-struct Leg {
-  Point pin;
-  Point end;
-  Direction away = Direction::right;
-};
 
 /// Searches may look at so many vertices in all; then only small windows are searched.
 class Effort {
@@ -36,7 +31,14 @@ std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene,
                                                              const std::vector<Leg>& legs, const JoinOrder& order,
                                                              Effort& effort);
 
-/// The ends of branches where three lines or more meet.
+/// Lines between pins of the net that need no search, and by leg whether one leads to an earlier leg.
+struct Bridges {
+  std::vector<std::vector<Point>> lines;
+  std::vector<bool> joined;
+};
+Bridges find_bridges(const Scene& scene, std::size_t net, const std::vector<Leg>& legs);
+
+/// The ends of branches where three lines or more meet, and where pins touch.
 std::vector<Point> dots_of(const std::vector<std::vector<Point>>& branches);
 
 }  // namespace kinemo::views::layout

@@ -22,10 +22,12 @@ class Router {
   Drawing run() {
     add_boxes();
     reserve();
-    const std::vector<std::size_t> order = short_ones_first();
+    std::vector<std::size_t> order = short_ones_first();
     for (std::size_t net : order) route(net);
     for (std::size_t net : order) route_again(net);
-    for (std::size_t net : order) finish(net);
+    for (std::size_t net : order) drawing_.routes[net].dots = dots_of(drawing_.routes[net].lines);
+    std::erase_if(order, [&](std::size_t net) { return !drawing_.routes[net].lines.empty(); });
+    name_instead(order);
     set_bounds();
     return std::move(drawing_);
   }
@@ -35,6 +37,7 @@ class Router {
     bool named = false;
     std::vector<Leg> legs;
     JoinOrder order;
+    std::vector<bool> joined;  ///< by pin, where stubs stand for the net's lines: to an earlier pin, all the same
     std::vector<std::size_t> leg_things;
     std::vector<std::size_t> line_things;
   };
@@ -87,7 +90,10 @@ class Router {
   }
 
   void add_stubs(std::size_t net) {
-    for (PinRef pin : problem_.nets[net].pins) {
+    const std::vector<PinRef>& pins = problem_.nets[net].pins;
+    for (std::size_t i = 0; i < pins.size(); ++i) {
+      const PinRef pin = pins[i];
+      if (!nets_[net].joined.empty() && nets_[net].joined[i]) continue;
       const Stub stub = place_stub(problem_, scene_, pin, problem_.nets[net].label);
       scene_.add({Kind::stub, spanned(stub.from, stub.end), net});
       scene_.add({Kind::text, stub.label});
@@ -130,12 +136,18 @@ class Router {
     if (drawing_.routes[net].lines.empty()) draw(net, std::move(before));
   }
 
-  void finish(std::size_t net) {
-    Route& it = drawing_.routes[net];
-    it.dots = dots_of(it.lines);
-    if (!it.lines.empty()) return;
-    for (std::size_t leg : nets_[net].leg_things) scene_.remove(leg);
-    add_stubs(net);
+  /// What found no way gets stubs, once nobody's legs are in their way. Pins that are as good as joined stay so.
+  void name_instead(const std::vector<std::size_t>& nets) {
+    for (std::size_t net : nets) {
+      for (std::size_t leg : nets_[net].leg_things) scene_.remove(leg);
+    }
+    for (std::size_t net : nets) {
+      Bridges bridges = find_bridges(scene_, net, nets_[net].legs);
+      drawing_.routes[net].dots = dots_of(bridges.lines);
+      draw(net, std::move(bridges.lines));
+      nets_[net].joined = std::move(bridges.joined);
+    }
+    for (std::size_t net : nets) add_stubs(net);
   }
 
   void set_bounds() {
