@@ -216,6 +216,48 @@ std::string text_of(const Drawing& drawing) {
   return result;
 }
 
+/// The same with ports for both edges, most of them on nodes inside; some are joined to each other or to nothing.
+Problem with_ports(Problem problem, std::size_t count) {
+  const std::size_t nodes = problem.nets.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const bool left = i % 3 != 0;
+    problem.boxes.push_back(box(40, 20, left ? 0 : 1, left ? 1 : 0));
+    problem.boxes.back().edge = left ? Edge::left : Edge::right;
+    problem.nets[i * nodes / count].pins.push_back({problem.boxes.size() - 1, 0});
+  }
+  for (const bool left : {true, false}) {
+    problem.boxes.push_back(box(40, 20, left ? 0 : 1, left ? 1 : 0));
+    problem.boxes.back().edge = left ? Edge::left : Edge::right;
+  }
+  problem.nets.push_back({{{problem.boxes.size() - 1, 0}, {problem.boxes.size() - 2, 0}}, {30, 12}});
+  return problem;
+}
+
+Problem with_fixed(Problem problem, std::size_t every) {
+  for (std::size_t i = 0; i < problem.boxes.size(); i += every) {
+    if (problem.boxes[i].edge != Edge::none) continue;
+    problem.boxes[i].fixed = true;
+    problem.boxes[i].corner = {3000 - 90.0 * static_cast<double>(i), 0};
+  }
+  return problem;
+}
+
+/// Boxes that stand beyond one of an edge, or on it.
+std::size_t boxes_beyond_edges(const Problem& problem, const Drawing& drawing) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < problem.boxes.size(); ++i) {
+    const Edge edge = problem.boxes[i].edge;
+    if (edge == Edge::none) continue;
+    for (std::size_t k = 0; k < problem.boxes.size(); ++k) {
+      if (problem.boxes[k].edge == edge) continue;
+      const std::size_t left = edge == Edge::left ? i : k;
+      const std::size_t right = edge == Edge::left ? k : i;
+      count += drawing.corners[left].x + problem.boxes[left].size.width >= drawing.corners[right].x;
+    }
+  }
+  return count;
+}
+
 struct Case {
   const char* name;
   Problem problem;
@@ -228,6 +270,7 @@ TEST_P(LayoutOf, KeepsBoxesApartAndLinesOrderly) {
   const Problem& problem = GetParam().problem;
   const Drawing drawing = lay_out(problem);
   EXPECT_EQ(overlaps(problem, drawing), 0u);
+  EXPECT_EQ(boxes_beyond_edges(problem, drawing), 0u);
   expect_tidy_lines(problem, drawing);
   expect_complete_nets(problem, drawing);
   EXPECT_LE(nets_by_name(drawing), GetParam().most_nets_by_name);
@@ -239,6 +282,11 @@ INSTANTIATE_TEST_SUITE_P(Problems, LayoutOf,
                                          Case{"tangle", parts_between_nodes(40, 25, 25, 2), 8},
                                          Case{"shared_nodes", parts_between_nodes(60, 12, 4, 3), 12},
                                          Case{"several_pieces", parts_between_nodes(900, 700, 4, 4), 200},
+                                         Case{"ports", with_ports(parts_between_nodes(20, 20, 3, 10), 9), 2},
+                                         Case{"ports_of_pieces", with_ports(parts_between_nodes(60, 70, 1, 11), 9), 2},
+                                         Case{"ports_of_fixed",
+                                              with_fixed(with_ports(parts_between_nodes(20, 20, 3, 12), 9), 4), 6},
+                                         Case{"ports_alone", with_ports(parts_between_nodes(0, 5, 1, 13), 5), 0},
                                          Case{"loose", parts_between_nodes(50, 400, 400, 5), 0},
                                          Case{"placed_by_user", placed_by_user(6, 6), 4}),
                          [](const auto& it) { return it.param.name; });

@@ -64,6 +64,18 @@ std::string row(long height, const std::string& attributes) {
   return "<TR><TD" + attributes + " HEIGHT=\"" + std::to_string(height) + "\"></TD></TR>";
 }
 
+/// Graphviz' name for a layer without others.
+void gather(Agraph_t* graph, const std::vector<Agnode_t*>& places, const std::vector<DotNode>& nodes, DotLayer layer) {
+  const char* const rank = layer == DotLayer::first ? "source" : "sink";
+  Agraph_t* group = nullptr;
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    if (nodes[i].layer != layer) continue;
+    if (!group) group = agsubg(graph, text(rank), 1);
+    agsubnode(group, places[i], 1);
+  }
+  if (group) set(group, "rank", rank);
+}
+
 /// Ports of equal height are one.
 std::string port_name(double height) {
   return std::to_string(std::lround(height));
@@ -137,6 +149,7 @@ std::optional<std::vector<DotPlace>> dot_layers(const std::vector<DotNode>& node
   set(graph.get(), "nodesep", std::to_string(node_distance / points_per_inch));
   std::vector<Agnode_t*> places;
   for (std::size_t i = 0; i < nodes.size(); ++i) places.push_back(add(graph.get(), nodes[i], i));
+  for (const DotLayer it : {DotLayer::first, DotLayer::last}) gather(graph.get(), places, nodes, it);
   for (const DotEdge& edge : edges) connect(graph.get(), places, nodes, edge);
   if (gvLayout(engine, graph.get(), "dot") != 0) return std::nullopt;
   std::optional<std::vector<DotPlace>> result = places_of(places, nodes);

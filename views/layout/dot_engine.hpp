@@ -8,10 +8,13 @@
 
 namespace kinemo::views::layout {
 
+enum class DotLayer { any, first, last };
+
 struct DotNode {
   double width = 0;
   double height = 0;
-  std::vector<double> ports;  ///< heights of the ends of edges, from the upper edge downward
+  std::vector<double> ports;       ///< heights of the ends of edges, from the upper edge downward
+  DotLayer layer = DotLayer::any;  ///< no other nodes stand in the first and the last layer, where any want to be there
 };
 
 struct DotEnd {

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "views/layout/dot_engine.hpp"
+#include "views/layout/edge_boxes.hpp"
 #include "views/layout/layers.hpp"
 
 namespace kinemo::views::layout {
@@ -38,7 +39,7 @@ class DotGraph {
   void set_sizes(const std::vector<Rectangle>& footprints) {
     for (std::size_t i = 0; i < part_.boxes.size(); ++i) {
       const Rectangle& room = footprints[part_.boxes[i]];
-      nodes_[i] = {room.width, even(std::max(room.height, 1.0)), {}};
+      nodes_[i] = {room.width, even(std::max(room.height, 1.0)), {}, layer_of(problem_.boxes[part_.boxes[i]])};
       for (const Pin& pin : problem_.boxes[part_.boxes[i]].pins) {
         nodes_[i].ports.push_back(std::clamp(std::round(pin.at.y - room.y), 0.0, nodes_[i].height));
       }
@@ -53,6 +54,13 @@ class DotGraph {
     return problem_.boxes[part_.boxes[pin.box]].pins[pin.pin].away == Direction::right;
   }
 
+  static DotLayer layer_of(const Box& box) {
+    if (!goes_to_edge(box)) return DotLayer::any;
+    return box.edge == Edge::left ? DotLayer::first : DotLayer::last;
+  }
+
+  bool at_edge(PinRef pin) const { return goes_to_edge(problem_.boxes[part_.boxes[pin.box]]); }
+
   /// Graphviz rounds halves of heights; many small errors would make chains of boxes climb.
   static double even(double height) { return 2 * std::ceil(height / 2); }
 
@@ -66,11 +74,12 @@ class DotGraph {
       if (pins[0].box == pins[1].box) return;
       if (is_source(pins[0]) != is_source(pins[1])) {
         const bool in_order = is_source(pins[0]);
-        return add_edge(end(pins[in_order ? 0 : 1]), end(pins[in_order ? 1 : 0]), most_weight);
+        return add_edge(end(pins[in_order ? 0 : 1]), end(pins[in_order ? 1 : 0]),
+                        at_edge(pins[0]) || at_edge(pins[1]) ? most_weight / 2 : most_weight);
       }
     }
     const DotEnd hub{nodes_.size(), 0};
-    nodes_.push_back({2, 2, {}});
+    nodes_.push_back({2, 2, {}, DotLayer::any});
     for (PinRef it : pins) {
       is_source(it) ? add_edge(end(it), hub, weight(it, pins)) : add_edge(hub, end(it), weight(it, pins));
     }
@@ -153,9 +162,14 @@ bool bearable_for_layers(const Problem& problem, const Part& part) {
   if (part.boxes.size() > most_boxes) return false;
   const DotGraph graph(problem, part);
   const std::vector<std::size_t> layers = rough_layers(graph.nodes().size(), graph.edges());
+  const std::size_t last = *std::max_element(layers.begin(), layers.end());
+  const auto at_end = [&](std::size_t node) {
+    return node < part.boxes.size() && goes_to_edge(problem.boxes[part.boxes[node]]);
+  };
   std::size_t passages = graph.nodes().size();
   for (const DotEdge& it : graph.edges()) {
-    const auto [low, high] = std::minmax(layers[it.tail.node], layers[it.head.node]);
+    const std::size_t head = at_end(it.head.node) ? last : layers[it.head.node];
+    const auto [low, high] = std::minmax(layers[it.tail.node], head);
     if (high > low) passages += high - low - 1;
   }
   return passages <= most_passages;

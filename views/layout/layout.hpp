@@ -22,11 +22,14 @@ struct Pin {
   Direction away = Direction::left;
 };
 
+enum class Edge { none, left, right };
+
 /// A block with all that no line may cross.
 struct Box {
   Point corner;  ///< upper left; where the box isn't fixed, the layout sets it
   Size size;
-  bool fixed = false;  ///< the user placed it
+  bool fixed = false;      ///< the user placed it
+  Edge edge = Edge::none;  ///< where it isn't fixed, it stands left (right) of all others; its pins look inward
   std::vector<Pin> pins;
   std::vector<Rectangle> texts;  ///< name and labels outside of the box, relative to its corner
 };

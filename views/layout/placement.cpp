@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 
 #include "views/layout/columns.hpp"
+#include "views/layout/edge_boxes.hpp"
 #include "views/layout/layers.hpp"
 
 namespace kinemo::views::layout {
@@ -16,24 +18,43 @@ constexpr std::size_t no_piece = static_cast<std::size_t>(-1);
 /// A part with its boxes in place, relative to its own corner.
 struct Placed {
   std::vector<Point> corners;
-  Size size;
+  Size size;  ///< its width is that without the boxes of edges, which leave it
+  EdgeGaps gaps;
 };
 
 double on_grid(double it) {
   return std::ceil(it / grid_step) * grid_step;
 }
 
+/// The rooms of those boxes of a part that go to an edge or of the others.
+std::optional<Rectangle> room_of(const Problem& problem, const std::vector<Rectangle>& rooms, const Part& part,
+                                 const std::vector<Point>& corners, Edge edge) {
+  std::optional<Rectangle> all;
+  for (std::size_t i = 0; i < part.boxes.size(); ++i) {
+    if (problem.boxes[part.boxes[i]].edge != edge) continue;
+    const Rectangle room = moved(rooms[part.boxes[i]], corners[i]);
+    all = all ? united(*all, room) : room;
+  }
+  return all;
+}
+
 Placed place(const Problem& problem, const std::vector<Rectangle>& rooms, const Part& part) {
   Placed result;
   result.corners = corners_in_columns(
       problem, rooms, part, part.boxes.size() == 1 ? std::vector<Cell>(1) : layered_cells(problem, rooms, part));
-  Rectangle all = moved(rooms[part.boxes[0]], result.corners[0]);
-  for (std::size_t i = 1; i < part.boxes.size(); ++i) {
-    all = united(all, moved(rooms[part.boxes[i]], result.corners[i]));
+  const Rectangle inner = *room_of(problem, rooms, part, result.corners, Edge::none);
+  Rectangle all = inner;
+  if (const auto left = room_of(problem, rooms, part, result.corners, Edge::left)) {
+    result.gaps.left = inner.x - right(*left);
+    all = united(all, *left);
   }
-  const Point origin{std::floor(all.x / grid_step) * grid_step, std::floor(all.y / grid_step) * grid_step};
+  if (const auto at_right = room_of(problem, rooms, part, result.corners, Edge::right)) {
+    result.gaps.right = at_right->x - right(inner);
+    all = united(all, *at_right);
+  }
+  const Point origin{std::floor(inner.x / grid_step) * grid_step, std::floor(all.y / grid_step) * grid_step};
   for (Point& it : result.corners) it = {it.x - origin.x, it.y - origin.y};
-  result.size = {on_grid(right(all) - origin.x), on_grid(bottom(all) - origin.y)};
+  result.size = {on_grid(right(inner) - origin.x), on_grid(bottom(all) - origin.y)};
   return result;
 }
 
@@ -135,18 +156,28 @@ Point free_corner(const Problem& problem, const std::vector<Rectangle>& rooms) {
 }  // namespace
 
 void place_boxes(Problem& problem) {
-  const Problem input = tidy(problem);
+  Problem input = tidy(problem);
   std::vector<Rectangle> rooms = footprints(input);
-  const std::vector<Part> parts = pieces_of(input, parts_of(input));
+  std::vector<Part> parts = pieces_of(input, parts_of(input));
   add_room_for_cut_nets(input, parts, rooms);
+  std::erase_if(parts, [&](const Part& it) { return is_of_edges(input, it); });
   std::vector<Placed> placed;
   for (const Part& it : parts) placed.push_back(place(input, rooms, it));
+  std::vector<bool> has_height(input.boxes.size());
+  EdgeGaps gaps;
   const std::vector<Point> origins = rows_of(placed, free_corner(input, rooms));
   for (std::size_t i = 0; i < parts.size(); ++i) {
     for (std::size_t k = 0; k < parts[i].boxes.size(); ++k) {
       const Point corner = placed[i].corners[k];
-      problem.boxes[parts[i].boxes[k]].corner = {origins[i].x + corner.x, origins[i].y + corner.y};
+      input.boxes[parts[i].boxes[k]].corner = {origins[i].x + corner.x, origins[i].y + corner.y};
+      has_height[parts[i].boxes[k]] = true;
     }
+    gaps.left = std::max(gaps.left, placed[i].gaps.left);
+    gaps.right = std::max(gaps.right, placed[i].gaps.right);
+  }
+  move_to_edges(input, rooms, std::move(has_height), gaps);
+  for (std::size_t i = 0; i < input.boxes.size(); ++i) {
+    if (!input.boxes[i].fixed) problem.boxes[i].corner = input.boxes[i].corner;
   }
 }
 

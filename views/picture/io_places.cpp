@@ -69,6 +69,9 @@ void stack(std::vector<BlockShape>& shapes, std::vector<std::size_t> side, const
 
 void place_io_ports(std::vector<BlockShape>& shapes, const std::vector<layout::Net>& nets) {
   std::vector<std::size_t> sides[2];
+  for (BlockShape& it : shapes) {
+    if (is_open(it)) it.box.edge = points_right(*it.block) ? layout::Edge::left : layout::Edge::right;
+  }
   for (std::size_t i = 0; i < shapes.size(); ++i) {
     if (is_open(shapes[i])) {
       sides[points_right(*shapes[i].block) ? 0 : 1].push_back(i);

@@ -8,8 +8,8 @@
 
 namespace kinemo::views::picture {
 
-/// Left ports go to the left of everything, right ones to the right, each as high as what it is joined to. Nothing
-/// happens where another block has no place. `nets` are by the shapes.
+/// Left ports go to the left of everything, right ones to the right, each as high as what it is joined to. Where
+/// another block has no place, this is left to the layout. `nets` are by the shapes.
 void place_io_ports(std::vector<BlockShape>& shapes, const std::vector<layout::Net>& nets);
 
 }  // namespace kinemo::views::picture

@@ -144,6 +144,23 @@ lines: [{name: out, ports: [R1.n, R2.p]}]
   EXPECT_LE(drawn.drawing.bounds.y, drawn.nets.front().label->y);
 }
 
+TEST_F(Picture, PortsStandAtTheirSidesWhereTheLayoutPlacesTheBlocks) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  S:
+    type: subsystem
+    ports: {left: [in, out], right: [supply]}
+    blocks:
+      R1: {type: physical/resistor}
+      R2: {type: physical/resistor}
+    lines: [[in, supply, R1.p], [R1.n, R2.p], [out, R2.n]]
+)");
+  const Scene drawn = scene(inside(diagram, "S"));
+  EXPECT_EQ(corner(drawn, u"in").x, corner(drawn, u"out").x);
+  EXPECT_LT(corner(drawn, u"out").x + 40, corner(drawn, u"R1").x);
+  EXPECT_GT(corner(drawn, u"supply").x, corner(drawn, u"R2").x + 40);
+}
+
 TEST_F(Picture, ValuesAreToldAsTheUserWroteThem) {
   host::Diagram& diagram = read(R"(kinemo: 1
 blocks:
