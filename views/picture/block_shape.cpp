@@ -24,7 +24,6 @@ constexpr double name_share = 0.9;
 constexpr double value_share = 0.8;
 constexpr double caption_distance = 4;
 constexpr std::size_t longest_name = 32;
-constexpr std::size_t longest_value = 20;
 
 double rounded_up(double length, double step) {
   return std::ceil(length / step) * step;
@@ -150,7 +149,7 @@ void ShapeMaker::add_captions(BlockShape& shape) {
   }
   const bool beside = has_pin(shape.box, layout::Direction::down);
   add_caption(shape, name, beside, name_share, false);
-  add_caption(shape, shortened(one_line(value_text(block)), longest_value), beside, value_share, true);
+  add_caption(shape, one_line(value_text(block)), beside, value_share, true);
 }
 
 BlockShape ShapeMaker::make(const GTBlock& block) {

@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kinemo::views::picture {
@@ -20,6 +20,8 @@ namespace kinemo::views::picture {
 namespace host = embedded::block_diagram;
 
 namespace {
+
+constexpr std::size_t longest_value = 20;
 
 class Dialog {
  public:
@@ -42,34 +44,70 @@ boost::optional<double> number_in(const std::string& text) {
   return value;
 }
 
+/// Whether a prefix in front of the unit is one of its first factor, which has no exponent and no prefix yet.
 bool takes_prefixes(const std::string& unit) {
-  static const std::set<std::string> units{"Ohm", "S", "F", "H", "V", "A", "W", "Hz", "s", "N", "J"};
-  return units.count(unit) != 0;
+  static const std::set<std::string> units{"Ohm", "S", "F", "H", "V", "A", "W", "Hz", "s", "N", "J", "C", "Pa", "m"};
+  const std::size_t end = unit.find_first_of("*/");
+  return units.count(unit.substr(0, end)) != 0;
 }
 
-/// With the prefix that leaves one to three digits in front of the point; empty where that wouldn't be the number.
+/// A number in thousands: 1 to 999.9 times 1000 to that power.
+struct Thousands {
+  std::string digits;
+  int power;
+};
+
+Thousands in_thousands(double value) {
+  // Rounded first, as 999.96 is 1000 then.
+  const std::string rounded = fmt::format("{:.3e}", value);
+  const std::size_t mark = rounded.find('e');
+  const int exponent = std::stoi(rounded.substr(mark + 1));
+  const int power = static_cast<int>(std::floor(exponent / 3.0));
+  const double mantissa = *number_in(rounded.substr(0, mark)) * std::pow(10.0, exponent - 3 * power);
+  return {fmt::format("{:.4g}", mantissa), power};
+}
+
+constexpr std::string_view prefixes = "afpnum kMGT";
+constexpr int no_prefix = 6;
+
+/// Empty where there is no such prefix.
 std::string with_prefix(double value, const std::string& unit) {
-  constexpr const char* prefixes[] = {"f", "p", "n", "u", "m", "", "k", "M", "G"};
-  constexpr int none = 5;
-  const int thousands = value == 0 ? 0 : static_cast<int>(std::floor(std::log10(std::abs(value)) / 3 + 1e-9));
-  if (thousands < -none || thousands + none >= static_cast<int>(std::size(prefixes))) return {};
-  const std::string digits = fmt::format("{:.6g}", value / std::pow(1000.0, thousands));
-  const double told = *number_in(digits) * std::pow(1000.0, thousands);
-  if (std::abs(told - value) > 1e-12 * std::abs(value)) return {};
-  return digits + " " + prefixes[thousands + none] + unit;
+  const Thousands number = in_thousands(value);
+  if (number.power < -no_prefix || number.power + no_prefix >= static_cast<int>(prefixes.size())) return {};
+  const std::string prefix = number.power == 0 ? std::string() : std::string(1, prefixes[number.power + no_prefix]);
+  return number.digits + " " + prefix + unit;
+}
+
+/// The same of a unit that has a prefix; empty for any other unit.
+std::string with_other_prefix(double value, const std::string& unit) {
+  const std::size_t at = unit.empty() ? prefixes.npos : prefixes.find(unit.front());
+  if (at == prefixes.npos || !takes_prefixes(unit.substr(1))) return {};
+  return with_prefix(value * std::pow(1000.0, static_cast<int>(at) - no_prefix), unit.substr(1));
+}
+
+bool is_short(const std::string& written) {
+  constexpr std::size_t few = 6;
+  return written.size() <= few;
 }
 
 /// A name or formula has the unit of its own.
-std::string with_unit(const std::string& value, const std::string& unit) {
-  const auto number = number_in(value);
-  if (!number || unit.empty() || unit == "1") return value == "[]" ? std::string() : value;
-  const std::string prefixed = takes_prefixes(unit) ? with_prefix(*number, unit) : std::string();
-  return prefixed.empty() ? value + " " + unit : prefixed;
+std::string with_unit(const std::string& written, const std::string& unit) {
+  const auto number = number_in(written);
+  if (!number) return written == "[]" ? std::string() : written;
+  const bool bare = unit.empty() || unit == "1";
+  std::string text;
+  if (!bare && takes_prefixes(unit)) text = with_prefix(*number, unit);
+  if (text.empty() && !bare && !is_short(written)) text = with_other_prefix(*number, unit);
+  if (!text.empty()) return text;
+  return (is_short(written) ? written : fmt::format("{:.4g}", *number)) + (bare ? "" : " " + unit);
 }
 
 ustring number_text(const Dialog& dialog, const std::string& name) {
   const std::string value = kmf::ustring_to_utf8_string(dialog.text(name));
-  return kmf::utf8_string_to_ustring(with_unit(value, kmf::ustring_to_utf8_string(dialog.text(name + "_unit"))));
+  const std::string unit = kmf::ustring_to_utf8_string(dialog.text(name + "_unit"));
+  const ustring text = kmf::utf8_string_to_ustring(with_unit(value, unit));
+  // The end of a number is its unit, and isn't cut.
+  return number_in(value) ? text : shortened(text, longest_value);
 }
 
 }  // namespace
@@ -77,8 +115,8 @@ ustring number_text(const Dialog& dialog, const std::string& name) {
 ustring value_text(const GTBlock& block) {
   if (host::isSubsystem(block) || host::isIoPort(block)) return {};
   const Dialog dialog(block);
-  if (const ustring model = dialog.text("model"); !model.empty()) return model;
-  if (const ustring rest = dialog.text("text"); !rest.empty()) return rest;
+  if (const ustring model = dialog.text("model"); !model.empty()) return shortened(model, longest_value);
+  if (const ustring rest = dialog.text("text"); !rest.empty()) return shortened(rest, longest_value);
   if (dialog.has("value")) return number_text(dialog, "value");
   for (const std::string& name : dialog.names()) {
     if (dialog.has(name + "_unit")) return number_text(dialog, name);
@@ -88,10 +126,15 @@ ustring value_text(const GTBlock& block) {
 
 ustring shortened(const ustring& text, std::size_t length) {
   if (text.size() <= length) return text;
-  std::size_t end = length - 1;
-  const bool splits_a_pair = text[end - 1] >= 0xD800 && text[end - 1] < 0xDC00;
-  if (splits_a_pair) --end;
-  return text.substr(0, end) + u"\u2026";
+  const auto splits_a_pair = [&](std::size_t at) {
+    return text[at - 1] >= 0xD800 && text[at - 1] < 0xDC00 && text[at] >= 0xDC00 && text[at] < 0xE000;
+  };
+  if (length < 2) return ustring(length, u'\u2026');
+  std::size_t head = length / 2;
+  std::size_t tail = text.size() - (length - 1 - head);
+  if (splits_a_pair(head)) --head;
+  if (tail < text.size() && splits_a_pair(tail)) ++tail;
+  return text.substr(0, head) + u"\u2026" + text.substr(tail);
 }
 
 }  // namespace kinemo::views::picture

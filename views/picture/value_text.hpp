@@ -7,12 +7,12 @@ class GTBlock;
 
 namespace kinemo::views::picture {
 
-/// What tells most of a block: the name of its model card, its waveform, or its first number with the unit. Numbers in
-/// plain units get prefixes (1e-05 F is told as 10 uF); anything else stands as the user wrote it. Empty for
-/// subsystems, I/O ports and blocks without parameters.
+/// What tells most of a block: the name of its model card, its waveform, or its first number with the unit. Numbers have
+/// at most four digits and the prefixes of units (1.00001e-05 F is told as 10 uF); anything else stands as the user
+/// wrote it, shortened. Empty for subsystems, I/O ports and blocks without parameters.
 ustring value_text(const GTBlock& block);
 
-/// At most `length` characters; a longer text ends in an ellipsis.
+/// At most `length` characters; a longer text has an ellipsis in its middle, as names often differ at their ends.
 ustring shortened(const ustring& text, std::size_t length);
 
 }  // namespace kinemo::views::picture

@@ -176,14 +176,26 @@ blocks:
   T: {type: physical/resistor, parameters: {R: 1e3}}
   H: {type: physical/resistor, parameters: {R: 1e30}}
   N: {type: physical/spice/mosfet}
+  Pico: {type: physical/spice/inductor, parameters: {value: 3.69030941553353e-11}}
+  Milli: {type: physical/resistor, parameters: {R: 0.266535044422507}}
+  Round: {type: physical/resistor, parameters: {R: 999.96}}
+  Below: {type: physical/resistor, parameters: {R: -0.00099994}}
+  Given: {type: physical/resistor, parameters: {R: 12.345678, R_unit: kOhm}}
+  Other: {type: physical/resistor, parameters: {R: 0.0123456789, R_unit: kOhm}}
+  Mass: {type: physical/mass, parameters: {m: 0.123456789}}
+  Damper: {type: physical/translational_damper, parameters: {D: 12345.6}}
+  Long: {type: physical/resistor, parameters: {R: first_resistance+second_resistance}}
 )");
   std::vector<ustring> values;
   for (const GTBlock* block : diagram.root().blocks()) values.push_back(value_text(*block));
   EXPECT_THAT(values, ElementsAre(u"4.7 kOhm", u"10*r", u"q2n2222", u"sin 0 1 1k", u"50 Ohm", u"", u"", u"4.7 uF",
-                                  u"1234567.8 Ohm", u"1 kOhm", u"1e30 Ohm", u""));
+                                  u"1.235 MOhm", u"1 kOhm", u"1e30 Ohm", u"", u"36.9 pH", u"266.5 mOhm", u"1 kOhm",
+                                  u"-999.9 uOhm", u"12.35 kOhm", u"12.35 Ohm", u"0.1235 kg", u"12.35 kN/(m/s)",
+                                  u"first_resi\u2026esistance"));
   EXPECT_EQ(u"abcd", shortened(u"abcd", 4));
-  EXPECT_EQ(u"abc\u2026", shortened(u"abcde", 4));
-  EXPECT_EQ(u"ab\u2026", shortened(u"ab\U0001F600de", 4)) << "no half of a pair";
+  EXPECT_EQ(u"ab\u20265", shortened(u"abcd5", 4));
+  EXPECT_EQ(u"ab\u2026ef", shortened(u"ab\U0001F600\U0001F601ef", 6)) << "no half of a pair";
+  EXPECT_EQ(u"", shortened(u"abc", 0));
 }
 
 TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
