@@ -2,12 +2,14 @@
 
 #include "embedded/block_diagram/placement.hpp"
 #include "embedded/drawing/bitmap.hpp"
+#include "embedded/drawing/port_labels.hpp"
 #include "embedded/drawing/surface.hpp"
 #include "embedded/drawing/text.hpp"
 #include "embedded/drawing/vector_icon.hpp"
 #include "platform/foundation/warning.hpp"
 
 #include <cairo-pdf.h>
+#include <boost/optional.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -20,8 +22,6 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 constexpr GTColor black{0.0, 0.0, 0.0, -1, 0};
 constexpr GTColor white{1.0, 1.0, 1.0, -1, 0};
-/// Of port labels, as a share of the font's size.
-constexpr double label_size = 0.7;
 
 /// What a window keeps between its operations.
 struct Pen {
@@ -76,6 +76,7 @@ struct Canvas::Parts {
   std::unique_ptr<TextWriter> text;
   std::map<std::string, std::unique_ptr<VectorIcon>> icons;
   Pen pen;
+  boost::optional<std::vector<PortLabel>> labels;  ///< that wait for their block to be drawn
 };
 
 Canvas::Canvas(Format format, Size size, double scale) : parts_(std::make_unique<Parts>(format, size, scale)) {}
@@ -181,14 +182,26 @@ void Canvas::drawText(const ustring& text, Point at, int horizontal, int vertica
 }
 
 void Canvas::drawPortLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label) {
-  constexpr double distance = 3;
+  if (!parts_->labels) {
+    drawWithFittedLabels(bounds, [&] { drawPortLabel(block, bounds, left, index, label); });
+    return;
+  }
   const block_diagram::PortPlace place = block_diagram::portPlace(block, bounds, left, index);
-  // The text begins at the edge and runs inward: away to the left is aligned left, away to the top aligned at the top.
-  const int horizontal = place.away_x + GT_ALIGN_CENTER;
-  const int vertical = place.away_y + GT_ALIGN_MIDDLE;
-  set_color(context(), parts_->pen.color);
-  parts_->text->draw(label, {place.x - distance * place.away_x, place.y - distance * place.away_y}, horizontal,
-                     vertical, label_size);
+  if (!label.empty()) parts_->labels->push_back({label, place, parts_->pen.color, port_label_share});
+}
+
+void Canvas::drawWithFittedLabels(const GTBounds& bounds, const std::function<void()>& draw) {
+  auto before = std::exchange(parts_->labels, std::vector<PortLabel>());
+  draw();
+  std::swap(before, parts_->labels);
+  const auto measure = [this](const ustring& text, double share) { return parts_->text->measure(text, share); };
+  for (const PortLabel& label : fit_port_labels(std::move(*before), bounds, measure)) {
+    const block_diagram::PortPlace& place = label.place;
+    // The text begins at the edge and runs inward: away to the left is aligned left, away to the top aligned at the
+    // top.
+    drawText(label.text, {place.x - port_label_distance * place.away_x, place.y - port_label_distance * place.away_y},
+             place.away_x + GT_ALIGN_CENTER, place.away_y + GT_ALIGN_MIDDLE, label.color, label.share);
+  }
 }
 
 void Canvas::drawLeadLabel(const GTBlock& block, const GTBounds& bounds, bool left, int index, const ustring& label) {
@@ -197,10 +210,10 @@ void Canvas::drawLeadLabel(const GTBlock& block, const GTBounds& bounds, bool le
   set_color(context(), parts_->pen.color);
   if (place.away_x != 0) {
     parts_->text->draw(label, {place.x - distance * place.away_x, place.y - 1}, place.away_x + GT_ALIGN_CENTER,
-                       GT_ALIGN_BOTTOM, label_size);
+                       GT_ALIGN_BOTTOM, port_label_share);
   } else {
     parts_->text->draw(label, {place.x + distance, place.y - place.away_y}, GT_ALIGN_LEFT,
-                       place.away_y + GT_ALIGN_MIDDLE, label_size);
+                       place.away_y + GT_ALIGN_MIDDLE, port_label_share);
   }
 }
 

@@ -44,6 +44,8 @@ class Canvas final : public GTWindow {
   void drawFrame(const GTBounds& bounds);
   /// Runs `draw` with the origin at a point and with position, colour and alignment as on a new canvas.
   void drawAt(Point origin, const std::function<void()>& draw);
+  /// Runs `draw`, and then puts the port labels that it drew into the bounds, each as long as there is room for it.
+  void drawWithFittedLabels(const GTBounds& bounds, const std::function<void()>& draw);
 
   // --- operations of a window
   void setTextAlignment(int horizontal, int vertical) override;

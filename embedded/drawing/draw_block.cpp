@@ -49,7 +49,7 @@ void draw(Canvas& canvas, const GTBlock& block, const GTBounds& bounds) {
   block.getIconStyleName(style);
   const GTIconResource* resource = GTBlockIcon::findResource(style.text());
   if (resource) draw_by_service(canvas, *resource, block, bounds);
-  block.drawIcon(&canvas, bounds);
+  canvas.drawWithFittedLabels(bounds, [&] { block.drawIcon(&canvas, bounds); });
   // Over what the icon has put there. An icon that nobody registered leaves its block a frame.
   if (!resource && style.text() != no_border) canvas.drawFrame(bounds);
 }

@@ -4,6 +4,8 @@
 #include "embedded/block_diagram/placement.hpp"
 #include "embedded/block_diagram/window.hpp"
 #include "embedded/drawing/icon_size.hpp"
+#include "embedded/drawing/port_labels.hpp"
+#include "embedded/drawing/short_text.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 #include "views/picture/value_text.hpp"
@@ -19,7 +21,6 @@ namespace drawing = embedded::drawing;
 namespace {
 
 constexpr double port_distance = 20;
-constexpr double label_share = 0.7;
 constexpr double name_share = 0.9;
 constexpr double value_share = 0.8;
 constexpr double caption_distance = 4;
@@ -107,21 +108,28 @@ layout::Size ShapeMaker::size_by_texts(const GTBlock& block) {
   for (const gtPort* port : host::ports(block)) {
     const int side = port->isLeft() ? 0 : 1;
     const ustring label = kmf::utf8_string_to_ustring(port_name(*port));
-    labels[side] = std::max(labels[side], measure_(label, label_share).width);
+    labels[side] = std::max(labels[side], measure_(label, drawing::port_label_share).width);
     ++counts[side];
+  }
+  const int rows = height_in_ports(counts[0], counts[1]);
+  if (lies_across(block)) {  // labels stand beside each other
+    const double widest = std::max(labels[0], labels[1]) + drawing::port_label_distance;
+    const double width = std::max(rows * rounded_up(widest, port_distance), text_width(block) + port_distance);
+    return {std::max(2 * port_distance, rounded_up(width, port_distance)), 3 * port_distance};
   }
   const double width = labels[0] + labels[1] + text_width(block) + port_distance;
   return {std::max(3 * port_distance, rounded_up(width, port_distance)),
-          std::max(2 * port_distance, port_distance * height_in_ports(counts[0], counts[1]))};
+          std::max(2 * port_distance, port_distance * rows)};
 }
 
 layout::Size ShapeMaker::size_of(const GTBlock& block) {
   if (host::isIoPort(block)) {
-    const ustring name = shortened(one_line(block.getGrName()), longest_name);
+    const ustring name = drawing::shortened(one_line(block.getGrName()), longest_name);
     return {rounded_up(measure_(name, name_share).width, port_distance) + port_distance, port_distance};
   }
   const auto natural = drawing::natural_size(block);
-  layout::Size size = natural ? *natural : size_by_texts(block);
+  if (!natural) return size_by_texts(block);
+  layout::Size size = *natural;
   // An icon for any count of ports grows with it.
   size.height = std::max(size.height, port_distance * most_ports_of_a_side(block));
   return lies_across(block) ? layout::Size{size.height, size.width} : size;
@@ -140,7 +148,7 @@ void ShapeMaker::add_caption(BlockShape& shape, const ustring& text, bool beside
 
 void ShapeMaker::add_captions(BlockShape& shape) {
   const GTBlock& block = *shape.block;
-  const ustring name = shortened(one_line(block.getGrName()), longest_name);
+  const ustring name = drawing::shortened(one_line(block.getGrName()), longest_name);
   if (host::isIoPort(block)) {
     const double point = points_right(block) ? -3 : 3;
     const layout::Point middle{shape.box.size.width / 2 + point, shape.box.size.height / 2};

@@ -1,11 +1,11 @@
 #include "views/picture/scene.hpp"
 
 #include "embedded/drawing/icon_look.hpp"
+#include "embedded/drawing/short_text.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 #include "views/picture/io_places.hpp"
 #include "views/picture/net_labels.hpp"
-#include "views/picture/value_text.hpp"
 
 #include <algorithm>
 #include <unordered_map>
@@ -79,7 +79,8 @@ class SceneMaker {
   void add_net(const gtPort& first, const NetNames& names, const PinOfPort& pins) {
     const std::vector<gtPort*>& net = host::netOf(first);
     const auto named = names.find(&net);
-    const ustring name = shortened(named != names.end() ? named->second : invented_name(net, first), longest_label);
+    const ustring name =
+        embedded::drawing::shortened(named != names.end() ? named->second : invented_name(net, first), longest_label);
     layout::Net drawn;
     for (const gtPort* port : net) drawn.pins.push_back(pins.at(port));
     drawn.label = maker_.label_size(name);

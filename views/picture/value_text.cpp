@@ -1,6 +1,7 @@
 #include "views/picture/value_text.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "embedded/drawing/short_text.hpp"
 
 #include "platform/foundation/strings.hpp"
 
@@ -18,6 +19,7 @@
 namespace kinemo::views::picture {
 
 namespace host = embedded::block_diagram;
+namespace drawing = embedded::drawing;
 
 namespace {
 
@@ -107,7 +109,7 @@ ustring number_text(const Dialog& dialog, const std::string& name) {
   const std::string unit = kmf::ustring_to_utf8_string(dialog.text(name + "_unit"));
   const ustring text = kmf::utf8_string_to_ustring(with_unit(value, unit));
   // The end of a number is its unit, and isn't cut.
-  return number_in(value) ? text : shortened(text, longest_value);
+  return number_in(value) ? text : drawing::shortened(text, longest_value);
 }
 
 }  // namespace
@@ -115,26 +117,13 @@ ustring number_text(const Dialog& dialog, const std::string& name) {
 ustring value_text(const GTBlock& block) {
   if (host::isSubsystem(block) || host::isIoPort(block)) return {};
   const Dialog dialog(block);
-  if (const ustring model = dialog.text("model"); !model.empty()) return shortened(model, longest_value);
-  if (const ustring rest = dialog.text("text"); !rest.empty()) return shortened(rest, longest_value);
+  if (const ustring model = dialog.text("model"); !model.empty()) return drawing::shortened(model, longest_value);
+  if (const ustring rest = dialog.text("text"); !rest.empty()) return drawing::shortened(rest, longest_value);
   if (dialog.has("value")) return number_text(dialog, "value");
   for (const std::string& name : dialog.names()) {
     if (dialog.has(name + "_unit")) return number_text(dialog, name);
   }
   return {};
-}
-
-ustring shortened(const ustring& text, std::size_t length) {
-  if (text.size() <= length) return text;
-  const auto splits_a_pair = [&](std::size_t at) {
-    return text[at - 1] >= 0xD800 && text[at - 1] < 0xDC00 && text[at] >= 0xDC00 && text[at] < 0xE000;
-  };
-  if (length < 2) return ustring(length, u'\u2026');
-  std::size_t head = length / 2;
-  std::size_t tail = text.size() - (length - 1 - head);
-  if (splits_a_pair(head)) --head;
-  if (tail < text.size() && splits_a_pair(tail)) ++tail;
-  return text.substr(0, head) + u"\u2026" + text.substr(tail);
 }
 
 }  // namespace kinemo::views::picture

@@ -12,7 +12,4 @@ namespace kinemo::views::picture {
 /// wrote it, shortened. Empty for subsystems, I/O ports and blocks without parameters.
 ustring value_text(const GTBlock& block);
 
-/// At most `length` characters; a longer text has an ellipsis in its middle, as names often differ at their ends.
-ustring shortened(const ustring& text, std::size_t length);
-
 }  // namespace kinemo::views::picture

@@ -192,10 +192,6 @@ blocks:
                                   u"1.235 MOhm", u"1 kOhm", u"1e30 Ohm", u"", u"36.9 pH", u"266.5 mOhm", u"1 kOhm",
                                   u"-999.9 uOhm", u"12.35 kOhm", u"12.35 Ohm", u"0.1235 kg", u"12.35 kN/(m/s)",
                                   u"first_resi\u2026esistance"));
-  EXPECT_EQ(u"abcd", shortened(u"abcd", 4));
-  EXPECT_EQ(u"ab\u20265", shortened(u"abcd5", 4));
-  EXPECT_EQ(u"ab\u2026ef", shortened(u"ab\U0001F600\U0001F601ef", 6)) << "no half of a pair";
-  EXPECT_EQ(u"", shortened(u"abc", 0));
 }
 
 TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
