@@ -238,6 +238,7 @@ const std::unordered_map<std::string_view, Rule>& rules() {
       {"uminus", as_it_is},
       {"transpose", as_it_is},
       {"ternary_fcn", as_it_is},
+      {"iff", as_it_is},
       {"class", as_it_is},
       {"isa", as_it_is},
       {"isobject", as_it_is},

@@ -11,6 +11,7 @@
 #include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 namespace embedded::scripting_runtime {
@@ -114,7 +115,7 @@ Value content_of(const cvArray_tag* array, std::size_t i) {
   return Value::of(cvGetCell(array, i));
 }
 
-/// One output of all calls as an array of numbers of the class of the first, in its unit.
+/// One output of all calls as an array of numbers of one class, in the unit of the first.
 cvUniquePtr gathered_numbers(std::vector<Value>& values, const Shape& shape, const char* function) {
   const bool with_units = std::any_of(values.begin(), values.end(), [](const Value& v) { return is_value_object(v); });
   const Unit unit = with_units ? to_common_unit(values, function) : Unit();
@@ -123,6 +124,10 @@ cvUniquePtr gathered_numbers(std::vector<Value>& values, const Shape& shape, con
     const Numbers one = numbers_of(values[i]);
     if (one.size() != 1) throw_runtime_error("NotUniform", std::string(function), std::to_string(i + 1));
     if (i == 0) result.class_id = one.class_id;
+    if (one.class_id != result.class_id) {
+      throw_runtime_error("MixedClasses", std::string(function), std::string(class_name_of(one.class_id)),
+                          std::to_string(i + 1), std::string(class_name_of(result.class_id)));
+    }
     result.set(i, one.at(0));
   }
   return std::move(value_of({array_of(std::move(result)), unit})).release();
@@ -137,25 +142,72 @@ cvUniquePtr gathered_cells(std::vector<Value>& values, const Shape& shape) {
   return result;
 }
 
+/// The function called with element `i` of each array. Its errors tell which call it was.
+template <Element ElementOf>
+Outputs call_for_element(const Call& call, const Mapping& mapping, std::size_t i, std::size_t count) {
+  std::vector<Value> inputs;
+  for (const cvArray_tag* array : mapping.arrays) inputs.push_back(ElementOf(array, i));
+  std::vector<cvArray_tag*> arrays;
+  for (const Value& input : inputs) arrays.push_back(input.array());
+  try {
+    return call_value(call[0], call.wanted, static_cast<int>(arrays.size()), arrays.data());
+  } catch (kmf::AttributedException& error) {
+    const std::string id = error.data().id;
+    if (count > 1 && id != "Interrupted" && id != "TooManySteps") {  // those are no fault of the call
+      error.addCause(kmf::MessageException(
+          kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "InCallForElement", std::to_string(i + 1),
+                                      std::to_string(count), std::string(call.name)))));
+    }
+    throw;
+  }
+}
+
+/// None for anything but a single number.
+std::optional<cvClassID> number_class(const Value& value) {
+  if (value.is_number()) return cvDOUBLE_CLASS;
+  if (is_value_object(value)) return number_class(quantity_of(value).numbers);
+  const cvArray_tag* array = value.array();
+  const bool numeric = cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array);
+  return numeric && cvGetNumberOfElements(array) == 1 ? std::optional(cvGetClassID(array)) : std::nullopt;
+}
+
+bool are_uniform(const std::vector<Value>& values) {
+  const auto first = number_class(values.front());
+  return first && std::all_of(values.begin(), values.end(), [&](const Value& v) { return number_class(v) == first; });
+}
+
+/// As a statement: the function may give nothing. What all calls give is shown, in cells where it isn't uniform.
+void give_of_statement(Call& call, const Mapping& mapping, std::vector<Value> values, std::size_t count) {
+  if (values.size() < count || count == 0) return;
+  const bool uniform = mapping.uniform && are_uniform(values);
+  call.give(uniform ? gathered_numbers(values, mapping.shape, call.name) : gathered_cells(values, mapping.shape));
+}
+
 template <Element ElementOf>
 void map_function(Call& call) {
   const Mapping mapping = mapping_of(call);
-  const int wanted = call.wanted < 1 ? 1 : call.wanted;
-  std::vector<std::vector<Value>> results(static_cast<std::size_t>(wanted));
+  const bool statement = call.wanted < 1;
+  std::vector<std::vector<Value>> results(statement ? 1 : static_cast<std::size_t>(call.wanted));
   const std::size_t count = checked_count(mapping.shape);
   for (std::size_t i = 0; i < count; ++i) {
     count_step();
-    std::vector<Value> inputs;
-    for (const cvArray_tag* array : mapping.arrays) inputs.push_back(ElementOf(array, i));
-    std::vector<cvArray_tag*> arrays;
-    for (const Value& input : inputs) arrays.push_back(input.array());
-    Outputs outputs = call_value(call[0], wanted, static_cast<int>(arrays.size()), arrays.data());
-    for (std::size_t k = 0; k < results.size(); ++k) results[k].emplace_back(std::move(outputs[k]));
+    Outputs outputs = call_for_element<ElementOf>(call, mapping, i, count);
+    for (std::size_t k = 0; k < std::min(results.size(), outputs.size()); ++k) {
+      results[k].emplace_back(std::move(outputs[k]));
+    }
   }
+  if (statement) return give_of_statement(call, mapping, std::move(results[0]), count);
   for (std::vector<Value>& values : results) {
     call.give(mapping.uniform ? gathered_numbers(values, mapping.shape, call.name)
                               : gathered_cells(values, mapping.shape));
   }
+}
+
+/// iff(condition, f), iff(condition, f, g): only the function that is chosen is called.
+void call_chosen(Call& call) {
+  const std::size_t chosen = is_true(Value::of(call[0])) ? 1 : 2;
+  if (chosen < call.size()) return take(call, call_value(call[chosen], call.wanted, 0, nullptr));
+  if (call.wanted > 0) throw_runtime_error("NoValue");
 }
 
 /// error(text), error(template, …), error(identifier, template, …): the text is the user's own.
@@ -182,6 +234,7 @@ std::vector<Builtin> call_builtins() {
           {"str2func", 1, 1, text_to_function},
           {"arrayfun", 2, any_number, map_function<element_of>},
           {"cellfun", 2, any_number, map_function<content_of>},
+          {"iff", 2, 3, call_chosen},
           {"error", 1, any_number, raise_error}};
 }
 
