@@ -12,9 +12,9 @@ namespace {
 class AnonymousFunction : public Callable {
  public:
   AnonymousFunction(const expression::Tree& tree, Workspace captured, std::string source, Origin origin)
-      : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)), origin_(origin) {
+      : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)), origin_(std::move(origin)) {
     const std::size_t end = source_.find(')');
-    if (tree->offset() == 0 && is_alone(origin) && end != std::string::npos) head_ = end + 1;
+    if (tree->offset() == 0 && is_alone(origin_) && end != std::string::npos) head_ = end + 1;
     count_ = tree->children().size() - 1;
     for (std::size_t i = 0; i < count_; ++i) {
       if (tree->child(i).text() != "~") positions_[tree->child(i).text()] = i;
@@ -40,7 +40,7 @@ class AnonymousFunction : public Callable {
 
  private:
   /// Not a part of a script, in which users look for the place themselves.
-  static bool is_alone(Origin origin) { return origin.lines == 0 && origin.columns == 0; }
+  static bool is_alone(const Origin& origin) { return origin.lines == 0 && origin.columns == 0; }
 
   expression::Tree body_;
   std::unordered_map<std::string, std::size_t> positions_;
@@ -55,7 +55,7 @@ class AnonymousFunction : public Callable {
 
 cvUniquePtr make_anonymous(const expression::Tree& tree, Workspace captured, std::string source, Origin origin) {
   const std::shared_ptr<Callable> callable =
-      std::make_shared<AnonymousFunction>(tree, std::move(captured), std::move(source), origin);
+      std::make_shared<AnonymousFunction>(tree, std::move(captured), std::move(source), std::move(origin));
   return cvUniquePtr(cvCreateFunctionHandle(expression::print(tree), callable));
 }
 

@@ -39,9 +39,18 @@ std::vector<Subscript> Evaluator::run_subscripts(const Node& tree, const cvArray
 
 void Evaluator::add_place(kmf::AttributedException& error) const {
   if (placed_ || at_ == nullptr || source_.empty()) return;
-  const expression::Place place = place_of(*at_);
-  error.addCause(kmf::MessageException(kmf::Message(kmf::MessageId(
-      "kinemo:scripting:runtime", "Where", std::to_string(place.line), std::to_string(place.column), place.excerpt))));
+  error.addCause(place_cause(place_of(*at_)));
+}
+
+kmf::MessageException Evaluator::place_cause(const expression::Place& place) const {
+  const std::string line = std::to_string(place.line);
+  const std::string column = std::to_string(place.column);
+  constexpr const char* group = "kinemo:scripting:runtime";
+  if (parameters_ == nullptr || origin_.file == nullptr) {
+    return kmf::MessageException(kmf::Message(kmf::MessageId(group, "Where", line, column, place.excerpt)));
+  }
+  return kmf::MessageException(
+      kmf::Message(kmf::MessageId(group, "InFunction", *origin_.file, line, column, place.excerpt)));
 }
 
 expression::Place Evaluator::place_of(const Node& node) const {
@@ -54,6 +63,7 @@ expression::Place Evaluator::place_of(const Node& node) const {
 std::vector<Value> Evaluator::outputs(const Node& node, int wanted) {
   switch (node.kind()) {
     case Kind::name:
+      at_ = &node;
       if (const cvArray_tag* found = find(node.text())) return one(Value::of(found));
       return call(node, node.text(), {}, wanted);
     case Kind::index:

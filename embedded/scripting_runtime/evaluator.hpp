@@ -9,6 +9,7 @@
 #include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,10 +25,11 @@ struct Parameters {
   std::size_t count;
 };
 
-/// Where a text begins in a longer one: lines before it, and characters before it in its first line.
+/// Where a text begins in a longer one: lines before it, characters before it in its first line, and the script's file.
 struct Origin {
   std::size_t lines = 0;
   std::size_t columns = 0;
+  std::shared_ptr<const std::string> file = nullptr;  ///< null where there is none
 };
 
 class Evaluator {
@@ -36,7 +38,7 @@ class Evaluator {
   /// in the longer text that has `source` at `origin`.
   Evaluator(const Scope& scope, std::string_view source, const Parameters* parameters = nullptr, std::size_t head = 0,
             Origin origin = {})
-      : scope_(scope), source_(source), head_(head), origin_(origin), parameters_(parameters) {}
+      : scope_(scope), source_(source), head_(head), origin_(std::move(origin)), parameters_(parameters) {}
 
   /// The values that a tree gives when `wanted` are asked for; with 0 a call may give none.
   std::vector<Value> run(const expression::Node& tree, int wanted);
@@ -81,11 +83,14 @@ class Evaluator {
   std::vector<Value> call(const Node& node, const std::string& function, const std::vector<Value>& inputs, int wanted);
   std::vector<Value> call_value(const Value& function, const std::vector<Value>& inputs, int wanted);
 
+  /// @throws "InputNotGiven" (name, inputs given) for a parameter that the caller left out
   const cvArray_tag* find(const std::string& name) const;
   /// The function that a name or a chain of fields such as gl.gti.f names; empty when a variable begins it.
   std::string function_name(const Node& node) const;
   [[noreturn]] void fail_undefined(const Node& node, const std::string& name, const std::vector<Value>& inputs) const;
   void add_place(kmf::AttributedException& error) const;
+  /// The cause that tells a place: in a function it names the file that the function stands in.
+  kmf::MessageException place_cause(const expression::Place& place) const;
   /// In the source, which isn't empty.
   expression::Place place_of(const Node& node) const;
 

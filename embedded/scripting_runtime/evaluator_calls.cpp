@@ -39,8 +39,9 @@ Value function_in(const Value& value) {
 const cvArray_tag* Evaluator::find(const std::string& name) const {
   if (parameters_ != nullptr) {
     const auto found = parameters_->positions->find(name);
-    if (found != parameters_->positions->end() && found->second < parameters_->count) {
-      return parameters_->values[found->second];
+    if (found != parameters_->positions->end()) {
+      if (found->second < parameters_->count) return parameters_->values[found->second];
+      throw_runtime_error("InputNotGiven", name, std::to_string(parameters_->count));
     }
   }
   return scope_.find(name);
@@ -196,6 +197,7 @@ void Evaluator::fail_undefined(const Node& node, const std::string& name, const 
   kmf::MessageException error(
       kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "UndefinedName", name, std::to_string(place.line),
                                   std::to_string(place.column), place.excerpt)));
+  if (parameters_ != nullptr && origin_.file != nullptr) error.addCause(place_cause(place));
   std::vector<std::string> known = scope_.names();
   for (std::string& function : function_names()) known.push_back(std::move(function));
   if (!inputs.empty() && !inputs[0].is_number()) {

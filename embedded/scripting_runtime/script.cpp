@@ -22,11 +22,11 @@ using expression::Node;
 
 class StatementRun {
  public:
-  StatementRun(const Statement& statement, Workspace& workspace)
+  StatementRun(const Statement& statement, Workspace& workspace, const std::shared_ptr<const std::string>& file)
       : statement_(statement),
         workspace_(workspace),
         scope_(workspace),
-        evaluator_(scope_, statement.text, nullptr, 0, {statement.line - 1, statement.column - 1}) {}
+        evaluator_(scope_, statement.text, nullptr, 0, {statement.line - 1, statement.column - 1, file}) {}
 
   void run() {
     switch (statement_.kind) {
@@ -266,17 +266,18 @@ ExitRequest::ExitRequest(int code)
     : MessageException(kmf::Message(kmf::MessageId("kinemo:scripting:runtime", "ExitRequest", std::to_string(code)))),
       code_(code) {}
 
-void run_statement(const Statement& statement, Workspace& workspace) {
-  within_memory([&] { StatementRun(statement, workspace).run(); });
+void run_statement(const Statement& statement, Workspace& workspace, const std::shared_ptr<const std::string>& file) {
+  within_memory([&] { StatementRun(statement, workspace, file).run(); });
 }
 
 void run_script(std::string_view text, const std::string& name, Workspace& workspace) {
   const RunningScript running(workspace);
   const std::vector<Statement> statements = parse_named(without_encoding_mark(text, name), name);
+  const auto file = name.empty() ? nullptr : std::make_shared<const std::string>(name);
   for (const Statement& statement : statements) {
     try {
       count_step();
-      run_statement(statement, workspace);
+      run_statement(statement, workspace, file);
     } catch (kmf::AttributedException& error) {
       const TextPlace place = place_in(error.data(), statement);
       error.addCause(runtime_cause("InScript", name, place.line, place.column, place.excerpt));
@@ -311,8 +312,12 @@ Problem problem_of(const kmf::Exception& error) {
     result.excerpt = cause.arguments[3];
     break;
   }
-  const bool own = tells_own_place(data) && data.arguments[3] == result.excerpt;
-  result.text = own ? text_without_place(data) : data.text;
+  result.text = text_without_place(data);
+  const bool in_function = !data.causes.empty() && data.causes.front().id == "InFunction";
+  if (tells_own_place(data) && data.arguments[3] != result.excerpt && !in_function) {
+    result.notes.push_back(
+        runtime_cause("Where", data.arguments[1], data.arguments[2], data.arguments[3], "").data().text);
+  }
   add_notes(data, result);
   return result;
 }

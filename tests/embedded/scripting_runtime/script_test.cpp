@@ -9,6 +9,7 @@ namespace embedded::scripting_runtime {
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -118,7 +119,61 @@ TEST_F(Script, OnlyPlacesCanBeAssignedTo) {
 
 TEST_F(Script, PlacesInFunctionsAreThoseOfTheScript) {
   EXPECT_THAT(shown("a = 1;\n\nf = @(x) x + ones(2)*ones(3);\nf(1)"), HasSubstr("s:4:2: error: The sizes 2x2 and 3x3"));
-  EXPECT_THAT(output(), HasSubstr("note: Line 3, column 21:"));
+  EXPECT_THAT(output(), HasSubstr("note: in s, line 3, column 21:"));
+}
+
+TEST_F(Script, CallsForElementsAskForNothingAsStatements) {
+  const ValueCase cases[] = {
+      {"arrayfun(@disp, 1:2)", "1\n2\n"},
+      {"cellfun(@(t) fprintf('%s;', t), {'a', 'b'})", "a;b;"},
+      {"cellfun(@(t) evalin('base', t), {'disp(1)', 'disp(2)'})", "1\n2\n"},
+      {"f = @(k) disp(k); g = @(k) f(k); arrayfun(g, 1:2);", "1\n2\n"},
+      {"arrayfun(@(k) k^2, 1:3)", "ans =\n   1   4   9\n"},
+      {"arrayfun(@(k) k > 1, 1:3); class(ans)", "ans = 'logical'\n"},
+      {"arrayfun(@(k) kinemo.Value(k, 'V'), 1:2)", "ans =\n   1   2 V\n"},
+      {"cellfun(@(t) [t t], {'a', 'b'})", "ans = {'aa', 'bb'}\n"},
+      {"cellfun(@(x) x, {1, 'a'})", "ans = {1, 'a'}\n"},
+      {"iff(1 < 2, @() disp('yes'), @() disp('no'))", "yes\n"},
+      {"iff(1 > 2, @() disp('yes'))", ""},
+      {"n = 0; y = iff(n > 0, @() undefined_thing / n, @() -1)", "y = -1\n"},
+      {"arrayfun(@(k) iff(k > 2, @() disp(k)), 1:3)", "3\n"},
+  };
+  for (const ValueCase& one : cases) {
+    workspace.clear();
+    EXPECT_EQ(shown(one.text), one.expected) << one.text;
+  }
+  EXPECT_THAT(shown("x = arrayfun(@(k) disp(k), 1:3)"),
+              AllOf(StartsWith("1\ns:1:5: error: 'disp' doesn't give 1 outputs."),
+                    HasSubstr("  note: in call 1 of 3 by 'arrayfun'\n")));
+  EXPECT_EQ(fault("x = cellfun(@(x) x, {1, 'a'})"), "MixedClasses(cellfun, char, 2, double)");
+  EXPECT_EQ(fault("x = arrayfun(@(k) iff(k > 1, @() true, @() 0), 1:2)"), "MixedClasses(arrayfun, logical, 2, double)");
+  EXPECT_EQ(fault("y = iff(false, @() 1)"), "NoValue()");
+}
+
+TEST_F(Script, FaultsInFunctionsTellTheirPlaceOnce) {
+  const kinemo::test::TemporaryFolder folder;
+  const std::string library = folder.write("lib.kin", "\n  f = @(a) a.x + 1; g = @(a) a + nothere;\n").string();
+  const ValueCase cases[] = {
+      {"f = @(x, y) x + y; f(1)",
+       "error: The input 'y' of the function isn't given: it was called with 1. "
+       "[kinemo:scripting:runtime:InputNotGiven]\n    f(1)\n     ^\n"
+       "  note: Line 1, column 17:\n    f = @(x, y) x + y\n                    ^\n"},
+      {"y = 5; f = @(x, y) x + y; f(1)", "The input 'y' of the function isn't given"},
+      {"cellfun(@(x) nosuch(x), {1, 2})",
+       "error: there is no variable or function 'nosuch'. [kinemo:scripting:runtime:UndefinedName]\n"
+       "    cellfun(@(x) nosuch(x), {1, 2})\n    ^\n"
+       "  note: Line 1, column 14:\n    cellfun(@(x) nosuch(x), {1, 2})\n                 ^\n"
+       "  note: in call 1 of 2 by 'cellfun'\n"},
+  };
+  for (const ValueCase& one : cases) {
+    workspace.clear();
+    EXPECT_THAT(shown(one.text, ""), HasSubstr(one.expected)) << one.text;
+  }
+  shown("run('" + library + "')", "");
+  EXPECT_THAT(shown("f(3)", ""), HasSubstr("note: in " + library + ", line 2, column 13:\n    f = @(a) a.x + 1\n"));
+  EXPECT_THAT(shown("g(3)", "outer"),
+              AllOf(StartsWith("outer:1:2: error: there is no variable or function 'nothere'. ["),
+                    HasSubstr("note: in " + library + ", line 2, column 34:\n    g = @(a) a + nothere\n")));
 }
 
 TEST_F(Script, ScriptsRunInTheWorkspaceOfTheirCallers) {
