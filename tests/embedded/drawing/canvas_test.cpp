@@ -2,6 +2,7 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/placement.hpp"
+#include "embedded/drawing/bitmap.hpp"
 #include "platform/foundation/strings.hpp"
 #include "tests/embedded/drawing/picture.hpp"
 #include "tests/support/errors.hpp"
@@ -100,6 +101,14 @@ TEST_F(CanvasTest, FractionsAreColoursAndOtherArraysAreNone) {
   Canvas other(Format::Png, {10, 10});
   other.drawImage(block, switches.get(), {0, 0, 10, 10}, true, GT_IMAGE_CENTER);
   EXPECT_EQ(Picture(other).at(5, 5), 0x00FF00u);
+}
+
+TEST_F(CanvasTest, ImagesLargerThanAnySurfaceAreThinnedOut) {
+  const cvUniquePtr strip(cvCreateNumericArray({3, 40000, 3}, cvUINT8_CLASS));
+  const SurfacePointer bitmap = bitmap_of(strip.get());
+  ASSERT_TRUE(bitmap);
+  EXPECT_EQ(cairo_image_surface_get_width(bitmap.get()), 4000);
+  EXPECT_EQ(cairo_image_surface_get_height(bitmap.get()), 1);
 }
 
 TEST_F(CanvasTest, TextStandsAtItsPositionByItsAlignment) {

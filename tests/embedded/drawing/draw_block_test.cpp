@@ -4,7 +4,6 @@
 #include "embedded/block_diagram/icons.hpp"
 #include "embedded/drawing/icon_look.hpp"
 #include "embedded/drawing/icon_size.hpp"
-#include "embedded/drawing/svg_text.hpp"
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
 #include "tests/embedded/drawing/picture.hpp"
@@ -34,7 +33,7 @@ class Part final : public GTBlock {
     gt_wm_DrawString(window, text);
   }
   void setIconPortLabels(IconData& icon) const override {
-    if (!label.empty()) icon.setPortLabel(GT_ICON_LEFT, 0, label, ustring());
+    if (!label.empty()) icon.setPortLabel(GT_ICON_LEFT, 0, label, second_label);
   }
   void getIconStyleName(gtsvString& out) const override { out = gtsvString(style); }
   bool usesPhysicalPortRotation() const override { return physical; }
@@ -42,6 +41,7 @@ class Part final : public GTBlock {
   ustring style = u"KinemoBlockNoBorder";
   ustring text;
   ustring label;
+  ustring second_label;
   bool physical = false;
 };
 
@@ -129,6 +129,34 @@ TEST_F(DrawBlock, VectorIconStaysAsItsFileSaysWithoutStyles) {
   const Picture::Ink ink = drawn(part, {10, 10, 110, 60}, {120, 70}).ink();
   EXPECT_NEAR(ink.left, 50, 1) << "in the centre, at its own size";
   EXPECT_NEAR(ink.right, 69, 1);
+}
+
+TEST_F(DrawBlock, StylesTellHowTheIconLiesInTheBlock) {
+  struct Case {
+    std::map<ustring, ustring> styles;
+    GTBounds bounds;
+    Picture::Ink ink;
+  };
+  const std::pair<const ustring, ustring> fit{u"Resize", u"FitToBlock"};
+  const std::pair<const ustring, ustring> crop{u"PreAdjustSize", u"CropToContent"};
+  const Case cases[] = {
+      {{fit}, {0, 0, 100, 50}, {37, 12, 62, 37}},                          // the page grows alike in both directions
+      {{fit, crop}, {0, 0, 100, 50}, {25, 0, 74, 49}},                     // without its margin
+      {{fit, {u"Geometric", u"Off"}}, {0, 0, 100, 50}, {25, 12, 74, 37}},  // fills the block
+      {{}, {40, 40, 50, 50}, {40, 40, 49, 49}},                            // is cut at the block
+      {{{u"Clipping", u"None"}}, {40, 40, 50, 50}, {35, 35, 54, 54}},      // or not
+      {{fit, {u"Frame", u"On"}}, {10, 10, 90, 50}, {9, 9, 90, 50}},        // has a frame
+  };
+  for (const Case& row : cases) {
+    Part part;
+    registerIcon(part, graphics, row.styles);
+    const Picture::Ink ink = drawn(part, row.bounds, {110, 60}).ink();
+    const std::size_t number = static_cast<std::size_t>(&row - cases);
+    EXPECT_NEAR(ink.left, row.ink.left, 1) << number;
+    EXPECT_NEAR(ink.top, row.ink.top, 1) << number;
+    EXPECT_NEAR(ink.right, row.ink.right, 1) << number;
+    EXPECT_NEAR(ink.bottom, row.ink.bottom, 1) << number;
+  }
 }
 
 TEST_F(DrawBlock, NaturalSizeIsThatOfThePage) {
@@ -257,6 +285,9 @@ TEST_F(DrawBlock, ServiceDrawsLabelsBesideTheLeadsUnlessTheSettingIsOff) {
   EXPECT_NEAR(above.left, 3, 1) << "at the left port";
   EXPECT_GT(above.top, 8);
   EXPECT_LT(above.bottom, 20) << "above the lead";
+  part.second_label = u"HHH";
+  EXPECT_GT(drawn(part, {0, 0, 80, 40}, {80, 40}).ink().right, 2 * above.right);
+  part.second_label.clear();
   block_diagram::setProperty(part, "Rotation", u"90");
   const Picture::Ink beside = drawn(part, {0, 0, 80, 40}, {80, 40}).ink();
   EXPECT_GT(beside.left, 40) << "right of the lead on top";
@@ -342,58 +373,6 @@ TEST_F(DrawBlock, SubsystemShowsTheNamesOfItsPorts) {
   EXPECT_GT(dark, 5);
   EXPECT_EQ(picture.at(40, 30), 0xFFFFFFu);
   block_diagram::Diagram::close(diagram);
-}
-
-TEST(SvgText, StrokeWidthsAreMultipliedWhereverTheyStand) {
-  struct Case {
-    const char* svg;
-    const char* expected;
-  };
-  const Case cases[] = {
-      {"<svg><g stroke-width='4'/></svg>", "<svg stroke-width=\"0.5\"><g stroke-width='2'/></svg>"},
-      {"<svg stroke-width=\"3px\"/>", "<svg stroke-width=\"1.5px\"/>"},
-      {"<svg><g style='fill:none; stroke-width : 1e1mm;'/></svg>",
-       "<svg stroke-width=\"0.5\"><g style='fill:none; stroke-width : 5mm;'/></svg>"},
-      {"<?xml?><!DOCTYPE svg [<!ENTITY e '>'>]><!--<svg>--><svg\n/>",
-       "<?xml?><!DOCTYPE svg [<!ENTITY e '>'>]><!--<svg>--><svg stroke-width=\"0.5\"\n/>"},
-      {"<svg><g stroke-width='inherit'/></svg>", "<svg stroke-width=\"0.5\"><g stroke-width='inherit'/></svg>"},
-      {"stroke-width", "stroke-width"},
-      {"<!-- stroke-width=", "<!-- stroke-width="},
-      {"", ""},
-  };
-  for (const Case& row : cases) EXPECT_EQ(with_stroke_widths(row.svg, 0.5), row.expected);
-}
-
-TEST(SvgText, TheRootGetsNoAttributeTwice) {
-  struct Case {
-    const char* svg;
-    const char* expected;
-  };
-  const Case cases[] = {
-      {"<svg/>", "<svg color=\"red\" fill=\"red\"/>"},
-      {"<svg\n\tfill = 'none' color=\"blue\">", "<svg\n\tfill = 'none' color=\"blue\">"},
-      {"<svg title=' fill=\"a > b\"' color='x'>", "<svg fill=\"red\" title=' fill=\"a > b\"' color='x'>"},
-      {"<svg title='", "<svg color=\"red\" fill=\"red\" title='"},
-  };
-  for (const Case& row : cases) EXPECT_EQ(with_foreground(row.svg, "red"), row.expected);
-}
-
-TEST(SvgText, OnlyTextsAreStretched) {
-  struct Case {
-    const char* svg;
-    const char* expected;
-  };
-  const Case cases[] = {
-      {"<text x='4' y=\"2\">a</text>",
-       "<text transform=\"translate(4 2) scale(2 0.5) translate(-4 -2)\" x='4' y=\"2\">a</text>"},
-      {"<text transform='rotate(3)'/>", "<text transform='rotate(3) translate(0 0) scale(2 0.5) translate(0 0)'/>"},
-      {"<textPath x='4'>a</textPath>", "<textPath x='4'>a</textPath>"},
-      {"<text id='a > x=\"9\"'>", "<text transform=\"translate(0 0) scale(2 0.5) translate(0 0)\" id='a > x=\"9\"'>"},
-      {"<text transform='x>", "<text transform='x>"},
-      {"<text", "<text"},
-      {"", ""},
-  };
-  for (const Case& row : cases) EXPECT_EQ(with_texts_stretched(row.svg, 2, 0.5), row.expected);
 }
 
 }  // namespace embedded::drawing::test
