@@ -48,7 +48,6 @@ PictureRequest picture_of_findings(host::Diagram& diagram, const formats::Diagno
   });
   if (request.systems.empty()) request.systems.push_back(&diagram.root());
   if (format != embedded::drawing::Format::Pdf) request.systems.resize(1);
-  request.titles = request.systems.size() > 1;
   return request;
 }
 

@@ -49,13 +49,16 @@ class Pages {
   }
 
  private:
-  double top() const { return margin + (request_.titles ? title_height : 0); }
+  /// A page of several tells which system it shows.
+  bool has_titles() const { return scenes_.size() > 1; }
+
+  double top() const { return margin + (has_titles() ? title_height : 0); }
 
   ustring title(const Scene& scene) const { return scene.system->path(); }
 
   drawing::Size page_size(const Scene& scene) {
     const layout::Rectangle& bounds = scene.drawing.bounds;
-    const double title_width = request_.titles ? shapes_.label_size(title(scene)).width / stub_share : 0;
+    const double title_width = has_titles() ? shapes_.label_size(title(scene)).width / stub_share : 0;
     return {std::max({bounds.width, title_width, smallest_page}) + 2 * margin,
             std::max(bounds.height, smallest_page) + top() + margin};
   }
@@ -76,7 +79,7 @@ class Pages {
   }
 
   void draw_page(drawing::Canvas& canvas, const Scene& scene) {
-    if (request_.titles) {
+    if (has_titles()) {
       canvas.drawText(title(scene), {margin, margin}, GT_ALIGN_LEFT, GT_ALIGN_TOP, black);
     }
     draw_scene(canvas, scene, request_.marks, {margin, top()});
@@ -116,7 +119,6 @@ PictureRequest request_picture(host::Diagram& diagram, drawing::Format format, h
   } else {
     request.systems = {net != nullptr ? &host::parentSystem(*net->getGrOwnerBlock()) : &diagram.root()};
   }
-  request.titles = request.systems.size() > 1;
   return request;
 }
 

@@ -21,8 +21,8 @@ boost::optional<embedded::drawing::Format> picture_format(const std::string& nam
 
 struct PictureRequest {
   embedded::drawing::Format format = embedded::drawing::Format::Svg;
-  std::vector<embedded::block_diagram::System*> systems;  ///< one for each page; a single one but for PDF
-  bool titles = false;                                    ///< each page tells the path of its system
+  /// One for each page, at least one, and a single one but for PDF. Pages of several tell the path of their system.
+  std::vector<embedded::block_diagram::System*> systems;
   Marks marks;
 };
 

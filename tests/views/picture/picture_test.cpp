@@ -260,7 +260,6 @@ TEST_F(Picture, FindingsAreMarkedInEverySystemOnTheWay) {
   findings.error("some:rule", {"m.yaml", 1, 1}, "text").objects = {{"m/No such block", {}, false}, {"", "", false}};
   const PictureRequest pdf = picture_of_findings(diagram, findings, embedded::drawing::Format::Pdf);
   EXPECT_THAT(marked(pdf), ElementsAre("m", "m/Outer"));
-  EXPECT_TRUE(pdf.titles) << "pages tell which system they show";
   EXPECT_EQ(2u, pdf.marks.blocks.size()) << "R, and Outer around it";
   EXPECT_EQ(2u, pdf.marks.nets.size());
   EXPECT_THAT(marked(picture_of_findings(diagram, findings, embedded::drawing::Format::Svg)), ElementsAre("m"));
