@@ -302,6 +302,15 @@ TEST(Layout, PinsThatFaceEachOtherAreJoinedByAStraightLine) {
   }
 }
 
+TEST(Layout, LinesBetweenColumnsAreLongEnoughForTheirNames) {
+  Problem problem;
+  problem.boxes = {box(60, 40, 1, 1), box(60, 40, 1, 1), box(60, 40, 1, 1)};
+  problem.nets = {{{{0, 1}, {1, 0}}, {}, {150, 12}}, {{{1, 1}, {2, 0}}, {}, {20, 12}}};
+  const Drawing drawing = lay_out(problem);
+  EXPECT_GE(drawing.corners[1].x - drawing.corners[0].x - 60, 155);
+  EXPECT_LE(drawing.corners[2].x - drawing.corners[1].x - 60, 50);
+}
+
 TEST(Layout, ThreeLinesMeetAtADot) {
   Problem problem;
   problem.boxes = {box(60, 40, 1, 1), box(60, 40, 1, 1), box(60, 40, 1, 1)};

@@ -102,7 +102,7 @@ class Columns {
     const std::vector<std::size_t> lines = lines_between_columns();
     double x = 0;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      if (i > 0) x += std::max(2 * grid_step, static_cast<double>(lines[i] + 1) * grid_step);
+      if (i > 0) x += std::max(column_distance, static_cast<double>(lines[i] + 1) * grid_step);
       x = set_column(columns_[i], x);
     }
   }

@@ -39,6 +39,7 @@ void tidy(Box& box) {
 
 void tidy(Net& net, const std::vector<Box>& boxes) {
   net.label = bounded(net.label);
+  net.name = bounded(net.name);
   std::set<std::pair<std::size_t, std::size_t>> seen;
   std::erase_if(net.pins, [&](PinRef it) {
     return it.box >= boxes.size() || it.pin >= boxes[it.box].pins.size() || !seen.insert({it.box, it.pin}).second;

@@ -10,6 +10,8 @@ namespace kinemo::views::layout {
 inline constexpr double grid_step = 10;
 /// A line runs this far from its pin before it bends, where there is room.
 inline constexpr double leg_length = 10;
+/// Between the rooms of columns at least.
+inline constexpr double column_distance = 20;
 /// Of the line of a stub, and between its end and the name.
 inline constexpr double stub_length = 15;
 inline constexpr double stub_gap = 2;

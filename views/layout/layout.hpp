@@ -42,7 +42,8 @@ struct PinRef {
 /// Pins that are one node in this system. One pin alone is an end that nothing joins, and gets no route.
 struct Net {
   std::vector<PinRef> pins;
-  Size label;  ///< room for its name, where a stub stands for its line
+  Size label;      ///< room for its name, where a stub stands for its line
+  Size name = {};  ///< of its name beside its lines; boxes that the layout places keep room for it
 };
 
 struct Problem {

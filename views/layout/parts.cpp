@@ -1,5 +1,6 @@
 #include "views/layout/parts.hpp"
 
+#include <algorithm>
 #include <numeric>
 
 namespace kinemo::views::layout {
@@ -41,6 +42,21 @@ std::vector<std::vector<PinRef>> movable_nets(const Problem& problem) {
 Rectangle of_stub(const Pin& pin, Size label) {
   const Point end = moved(pin.at, pin.away, stub_length);
   return united(spanned(pin.at, end), stub_label(end, pin.away, label));
+}
+
+/// Where the name of a net of few pins stands most likely: at a line to the right. Larger nets have longer lines.
+const PinRef* named_pin(const Problem& problem, const Net& net) {
+  constexpr std::size_t few = 3;
+  if (net.pins.size() > few || net.name.width <= 0) return nullptr;
+  const auto it = std::find_if(net.pins.begin(), net.pins.end(),
+                               [&](PinRef pin) { return pin_of(problem, pin).away == Direction::right; });
+  return it == net.pins.end() ? nullptr : &*it;
+}
+
+/// Columns and the other pin's leg keep the rest of the room.
+double leg_with_name(const Net& net) {
+  constexpr double air = 6;
+  return std::max(leg_length, net.name.width + air - column_distance - leg_length);
 }
 
 /// Boxes in the order in which they are met along nets, part by part if there are several.
@@ -89,10 +105,10 @@ std::vector<Rectangle> footprints(const Problem& problem) {
   const StubRule stubs(problem);
   for (const Net& net : problem.nets) {
     if (net.pins.size() < 2) continue;
-    for (PinRef it : net.pins) {
+    for (const PinRef& it : net.pins) {
       const Pin& pin = pin_of(problem, it);
-      const Rectangle room =
-          stubs(net) ? of_stub(pin, net.label) : spanned(pin.at, moved(pin.at, pin.away, leg_length));
+      const double length = &it == named_pin(problem, net) ? leg_with_name(net) : leg_length;
+      const Rectangle room = stubs(net) ? of_stub(pin, net.label) : spanned(pin.at, moved(pin.at, pin.away, length));
       result[it.box] = united(result[it.box], room);
     }
   }

@@ -84,6 +84,7 @@ class SceneMaker {
     layout::Net drawn;
     for (const gtPort* port : net) drawn.pins.push_back(pins.at(port));
     drawn.label = maker_.label_size(name);
+    if (named != names.end()) drawn.name = maker_.net_name_size(name);
     problem_.nets.push_back(std::move(drawn));
     scene_.nets.push_back({&net, name, embedded::drawing::port_color(types_.of(net)), named != names.end()});
   }
