@@ -84,6 +84,17 @@ Problem placed_by_user(std::size_t side, unsigned seed) {
   return problem;
 }
 
+/// Two boxes with a channel of 60 between them, in which all lines change sides.
+Problem reversed_bus(std::size_t lines) {
+  Problem problem;
+  const auto pins = static_cast<int>(lines);
+  problem.boxes = {box(100, 25.0 * pins, 0, pins), box(100, 25.0 * pins, pins, 0)};
+  problem.boxes[0].fixed = problem.boxes[1].fixed = true;
+  problem.boxes[1].corner = {160, 0};
+  for (std::size_t i = 0; i < lines; ++i) problem.nets.push_back({{{0, i}, {1, lines - 1 - i}}, {30, 12}});
+  return problem;
+}
+
 std::vector<Segment> segments_of(const Drawing& drawing) {
   std::vector<Segment> result;
   for (std::size_t net = 0; net < drawing.routes.size(); ++net) {
@@ -277,19 +288,19 @@ TEST_P(LayoutOf, KeepsBoxesApartAndLinesOrderly) {
   EXPECT_EQ(text_of(drawing), text_of(lay_out(problem)));
 }
 
-INSTANTIATE_TEST_SUITE_P(Problems, LayoutOf,
-                         testing::Values(Case{"chain", parts_between_nodes(40, 40, 3, 1), 0},
-                                         Case{"tangle", parts_between_nodes(40, 25, 25, 2), 8},
-                                         Case{"shared_nodes", parts_between_nodes(60, 12, 4, 3), 12},
-                                         Case{"several_pieces", parts_between_nodes(900, 700, 4, 4), 200},
-                                         Case{"ports", with_ports(parts_between_nodes(20, 20, 3, 10), 9), 2},
-                                         Case{"ports_of_pieces", with_ports(parts_between_nodes(60, 70, 1, 11), 9), 2},
-                                         Case{"ports_of_fixed",
-                                              with_fixed(with_ports(parts_between_nodes(20, 20, 3, 12), 9), 4), 6},
-                                         Case{"ports_alone", with_ports(parts_between_nodes(0, 5, 1, 13), 5), 0},
-                                         Case{"loose", parts_between_nodes(50, 400, 400, 5), 0},
-                                         Case{"placed_by_user", placed_by_user(6, 6), 4}),
-                         [](const auto& it) { return it.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Problems, LayoutOf,
+    testing::Values(Case{"chain", parts_between_nodes(40, 40, 3, 1), 0},
+                    Case{"tangle", parts_between_nodes(40, 25, 25, 2), 8},
+                    Case{"shared_nodes", parts_between_nodes(60, 12, 4, 3), 12},
+                    Case{"several_pieces", parts_between_nodes(900, 700, 4, 4), 200},
+                    Case{"ports", with_ports(parts_between_nodes(20, 20, 3, 10), 9), 2},
+                    Case{"ports_of_pieces", with_ports(parts_between_nodes(60, 70, 1, 11), 9), 2},
+                    Case{"ports_of_fixed", with_fixed(with_ports(parts_between_nodes(20, 20, 3, 12), 9), 4), 6},
+                    Case{"ports_alone", with_ports(parts_between_nodes(0, 5, 1, 13), 5), 0},
+                    Case{"loose", parts_between_nodes(50, 400, 400, 5), 0}, Case{"narrow_channel", reversed_bus(16), 0},
+                    Case{"placed_by_user", placed_by_user(6, 6), 4}),
+    [](const auto& it) { return it.param.name; });
 
 TEST(Layout, PinsThatFaceEachOtherAreJoinedByAStraightLine) {
   Problem problem;

@@ -52,7 +52,7 @@ struct Problem {
 };
 
 /// A pin that names its net instead of being joined by a line: a short line from the pin, and room for the name at its
-/// end.
+/// end or beside it. In narrow gaps it has no length.
 struct Stub {
   PinRef pin;
   Point from;

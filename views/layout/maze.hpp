@@ -15,6 +15,7 @@ struct Search {
   std::size_t net = no_net;
   std::vector<Point> ends;       ///< outer ends of the legs of pins that may be reached
   std::vector<Rectangle> lines;  ///< lines of the net that may be joined anywhere
+  double step = grid_step;       ///< between tracks
 };
 
 struct Way {

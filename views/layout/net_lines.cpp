@@ -28,7 +28,7 @@ std::optional<Way> grow_way(const Scene& scene, const Search& search, Point near
   std::optional<Way> best;
   for (const double margin : margins) {
     const Rectangle window = grown(spanned(search.from, nearest), margin);
-    if (!effort.allows(window)) break;
+    if (!effort.allows(window, search.step)) break;
     if (std::optional<Way> way = find_way(scene, search, window)) {
       const bool again = best.has_value();
       if (!best || way->cost < best->cost) best = std::move(way);
@@ -77,8 +77,8 @@ Effort::Effort(const Problem& problem) : left_(2e6) {
   for (const Net& net : problem.nets) left_ += vertices_for_pin * static_cast<double>(net.pins.size());
 }
 
-bool Effort::allows(const Rectangle& window) {
-  const double vertices = (window.width / grid_step) * (window.height / grid_step);
+bool Effort::allows(const Rectangle& window, double step) {
+  const double vertices = (window.width / step) * (window.height / step);
   left_ -= vertices;
   return left_ > 0 || vertices < 1000;
 }
@@ -123,7 +123,7 @@ JoinOrder join_order(const std::vector<Leg>& legs) {
 
 std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene, std::size_t net,
                                                              const std::vector<Leg>& legs, const JoinOrder& order,
-                                                             Effort& effort) {
+                                                             Effort& effort, double step) {
   std::vector<std::vector<Point>> branches;
   Tree tree;
   tree.ends.push_back(legs[order.legs[0]].end);
@@ -136,7 +136,7 @@ std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene,
       continue;
     }
     const std::optional<Way> way =
-        grow_way(scene, {leg.end, leg.away, net, tree.ends, tree.lines}, order.nearest[i], effort);
+        grow_way(scene, {leg.end, leg.away, net, tree.ends, tree.lines, step}, order.nearest[i], effort);
     if (!way) return std::nullopt;
     tree.add(way->points);
     tree.ends.push_back(leg.end);

@@ -11,7 +11,7 @@ namespace kinemo::views::layout {
 class Effort {
  public:
   explicit Effort(const Problem& problem);
-  bool allows(const Rectangle& window);
+  bool allows(const Rectangle& window, double step);
 
  private:
   double left_;
@@ -26,10 +26,11 @@ struct JoinOrder {
 };
 JoinOrder join_order(const std::vector<Leg>& legs);
 
-/// Branches from pins to what was there before; the first one joins two pins. Nothing, if a pin can't be reached.
+/// Branches, on tracks that are `step` apart, from pins to what was there before; the first one joins two pins.
+/// Nothing, if a pin can't be reached.
 std::optional<std::vector<std::vector<Point>>> find_branches(const Scene& scene, std::size_t net,
                                                              const std::vector<Leg>& legs, const JoinOrder& order,
-                                                             Effort& effort);
+                                                             Effort& effort, double step);
 
 /// Lines between pins of the net that need no search, and by leg whether one leads to an earlier leg.
 struct Bridges {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 #include "views/layout/legs.hpp"
@@ -11,6 +12,8 @@ namespace {
 /// A net with a name that takes more line than this, or more from one pin to the next, is told by its name at the pins.
 constexpr double most_length = 4000;
 constexpr double most_length_of_branch = 1500;
+/// Between the tracks of narrow channels, for what found no way on wider ones.
+constexpr std::array fine_steps{5.0, 2.5};
 
 class Router {
  public:
@@ -25,6 +28,11 @@ class Router {
     std::vector<std::size_t> order = short_ones_first();
     for (std::size_t net : order) route(net);
     for (std::size_t net : order) route_again(net);
+    for (const double step : fine_steps) {
+      for (std::size_t net : order) {
+        if (drawing_.routes[net].lines.empty()) route(net, step);
+      }
+    }
     for (std::size_t net : order) drawing_.routes[net].dots = dots_of(drawing_.routes[net].lines);
     std::erase_if(order, [&](std::size_t net) { return !drawing_.routes[net].lines.empty(); });
     name_instead(order);
@@ -111,8 +119,8 @@ class Router {
     return order;
   }
 
-  void route(std::size_t net) {
-    if (auto branches = find_branches(scene_, net, nets_[net].legs, nets_[net].order, effort_)) {
+  void route(std::size_t net, double step = grid_step) {
+    if (auto branches = find_branches(scene_, net, nets_[net].legs, nets_[net].order, effort_, step)) {
       draw(net, *std::move(branches));
     }
   }

@@ -41,8 +41,8 @@ void tidy_tracks(std::vector<double>& tracks, double least, double most) {
   tracks.erase(std::unique(tracks.begin(), tracks.end()), tracks.end());
 }
 
-void add_even_tracks(std::vector<double>& tracks, double from, double to) {
-  for (double it = std::ceil(from / grid_step) * grid_step; it <= to; it += grid_step) tracks.push_back(it);
+void add_even_tracks(std::vector<double>& tracks, double from, double to, double step) {
+  for (double it = std::ceil(from / step) * step; it <= to; it += step) tracks.push_back(it);
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ void TrackGrid::make_tracks(const Search& search, const Rectangle& window, const
   for (const Point& it : search.ends) add(spanned(it, it));
   for (const Rectangle& it : search.lines) add(it);
   const auto even = [&](std::vector<double>& tracks, double from, double to) {
-    if (to - from <= most_even_tracks * grid_step) return add_even_tracks(tracks, from, to);
+    if (to - from <= most_even_tracks * search.step) return add_even_tracks(tracks, from, to, search.step);
     for (std::size_t it : things) {
       const Rectangle room = grown(scene_[it].room, grid_step);
       const bool is_x = &tracks == &xs_;
