@@ -12,7 +12,10 @@ namespace {
 class AnonymousFunction : public Callable {
  public:
   AnonymousFunction(const expression::Tree& tree, Workspace captured, std::string source, Origin origin)
-      : body_(tree->children().back()), captured_(std::move(captured)), source_(std::move(source)), origin_(std::move(origin)) {
+      : body_(tree->children().back()),
+        captured_(std::move(captured)),
+        source_(std::move(source)),
+        origin_(std::move(origin)) {
     const std::size_t end = source_.find(')');
     if (tree->offset() == 0 && is_alone(origin_) && end != std::string::npos) head_ = end + 1;
     count_ = tree->children().size() - 1;

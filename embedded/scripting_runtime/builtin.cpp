@@ -19,10 +19,10 @@ double Call::number(std::size_t i) const {
 
 std::vector<Builtin> builtins() {
   std::vector<Builtin> result;
-  for (const auto list :
-       {array_builtins, mathematics_builtins, reduction_builtins, class_builtins, text_builtins, container_builtins,
-        call_builtins, value_builtins, vector_builtins, special_function_builtins, interpolation_builtins,
-        image_builtins, set_builtins, search_builtins, arrangement_builtins, session_builtins, help_builtins}) {
+  for (const auto list : {array_builtins, mathematics_builtins, reduction_builtins, class_builtins, text_builtins,
+                          number_text_builtins, container_builtins, call_builtins, value_builtins, vector_builtins,
+                          special_function_builtins, interpolation_builtins, image_builtins, set_builtins,
+                          search_builtins, arrangement_builtins, session_builtins, help_builtins}) {
     const std::vector<Builtin> rows = list();
     result.insert(result.end(), rows.begin(), rows.end());
   }

@@ -206,16 +206,43 @@ std::string character_rows(const cvArray_tag* array, bool with_quotes) {
 
 }  // namespace
 
-std::string number_text(double value, int digits) {
+std::string significant_text(double value, int digits) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Inf" : "-Inf";
   if (value == 0) return "0";  // without the sign that it may have
+<<<<<<< HEAD
   const double whole_limit = 1e15;
   if (value == std::floor(value) && std::abs(value) < whole_limit) digits = 16;
   constexpr int most_digits = 50;
   std::array<char, 64> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "%.*g", std::min(digits, most_digits), value);
+=======
+  std::array<char, 128> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%.*g", digits, value);
+>>>>>>> 44696f9 (Show and write numbers without dropping digits in silence)
   return buffer.data();
+}
+
+std::string number_text(double value, int digits) {
+  const double whole_limit = 1e15;
+  const bool whole = value == std::floor(value) && std::abs(value) < whole_limit;
+  return significant_text(value, whole ? long_digits : digits);
+}
+
+std::string whole_number_text(double value) {
+  constexpr double limit = 1e21;
+  constexpr int most_digits = 17;
+  if (!(std::abs(value) < limit) || value == 0) return significant_text(value, most_digits);
+  std::array<char, 64> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%.0f", value);
+  return buffer.data();
+}
+
+int usual_digits(double value) {
+  constexpr int decimals = 4;
+  if (!std::isfinite(value) || value == 0) return short_digits;
+  return std::clamp(static_cast<int>(std::floor(std::log10(std::abs(value)))) + 1 + decimals, short_digits,
+                    long_digits);
 }
 
 std::string number_text(double value) {

@@ -12,7 +12,6 @@ namespace embedded::scripting_runtime {
 
 namespace {
 
-constexpr int display_digits = 5;
 constexpr int usual_decimals = 4;
 constexpr std::size_t gap = 3;
 constexpr std::size_t narrowest_column = gap + 1;
@@ -31,15 +30,30 @@ std::string fixed(double value, int decimals) {
   return buffer.data();
 }
 
-/// Decimals that a number needs, when `most` are shown at most.
+/// Whether a text is all of the number, but for the rounding of what was computed.
+bool is_whole_truth(const std::string& text, double value, cvClassID class_id = cvDOUBLE_CLASS) {
+  constexpr double single_noise = 1e-7;
+  constexpr double double_noise = 1e-14;
+  const double noise = class_id == cvSINGLE_CLASS ? single_noise : double_noise;
+  return std::abs(std::strtod(text.c_str(), nullptr) - value) <= noise * std::abs(value);
+}
+
+/// Decimals that a number needs, when `most` are shown at most. Zeros are needed where further digits are left out.
 int decimals_of(double value, int most) {
   std::string text = fixed(value, most);
+  if (!is_whole_truth(text, value)) return most;
   int decimals = most;
   while (decimals > 0 && text.back() == '0') {
     text.pop_back();
     --decimals;
   }
   return decimals;
+}
+
+/// The decimals that numbers up to 10^(exponent + 1) get at most.
+int allowed_decimals(int exponent) {
+  if (display_limits().digits > short_digits) return display_limits().digits - 1 - exponent;
+  return usual_decimals - (exponent < 0 ? exponent : std::max(0, exponent - 2));
 }
 
 /// Whether less than two digits of a number are left with so many decimals.
@@ -64,8 +78,7 @@ NumberFormat format_for(const std::vector<double>& values) {
   if (whole) return format;
   const int exponent = static_cast<int>(std::floor(std::log10(most)));
   const bool scaled = exponent < least_exponent || exponent > most_exponent;
-  const int shown_exponent = scaled ? 0 : exponent;
-  const int allowed = usual_decimals - (shown_exponent < 0 ? shown_exponent : std::max(0, shown_exponent - 2));
+  const int allowed = allowed_decimals(scaled ? 0 : exponent);
   const double scale = scaled ? std::pow(10.0, exponent) : 1;
   if (is_lost(least / scale, allowed)) return format;
   format.each = false;
@@ -172,16 +185,38 @@ std::string pages_text(const Numbers& numbers) {
   return pages > most ? result + more(pages - most, "page") : result;
 }
 
-std::string complex_text(Complex value) {
-  const std::string imaginary = number_text(value.imag(), display_digits) + "i";
+/// All of so many significant digits, and some of them behind the point.
+std::string with_zeros(double value, int digits) {
+  constexpr int least_exponent = -4;
+  std::array<char, 64> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%.*e", digits - 1, value);
+  const std::string text = buffer.data();
+  const int exponent = std::atoi(text.c_str() + text.find('e') + 1);
+  return exponent < least_exponent || exponent >= digits - 1 ? text : fixed(value, digits - 1 - exponent);
+}
+
+/// A number that is shown by itself.
+std::string shown_number(double value, cvClassID class_id) {
+  if (is_integer_class(class_id)) return whole_number_text(value);
+  constexpr int single_digits = 8;
+  const int most = class_id == cvSINGLE_CLASS ? single_digits : long_digits;
+  const int digits = std::min(display_limits().digits, most);
+  const std::string text = number_text(value, digits);
+  if (!std::isfinite(value) || is_whole_truth(text, value, class_id)) return text;
+  return with_zeros(value, digits);
+}
+
+std::string complex_text(Complex value, cvClassID class_id) {
+  const std::string imaginary = shown_number(value.imag(), class_id) + "i";
   const bool signed_already = imaginary.front() == '-';
-  return number_text(value.real(), display_digits) + (signed_already ? "" : "+") + imaginary;
+  return shown_number(value.real(), class_id) + (signed_already ? "" : "+") + imaginary;
 }
 
 }  // namespace
 
 std::string element_text(const Numbers& numbers, std::size_t i) {
-  return numbers.is_complex() ? complex_text(numbers.at(i)) : number_text(numbers.re[i], display_digits);
+  return numbers.is_complex() ? complex_text(numbers.at(i), numbers.class_id)
+                              : shown_number(numbers.re[i], numbers.class_id);
 }
 
 std::string matrix_text(const Numbers& numbers) {

@@ -26,6 +26,7 @@ std::vector<Argument> flattened(const std::vector<const cvArray_tag*>& arrays) {
       continue;
     }
     const Numbers numbers = numbers_of(array);
+    if (numbers.is_complex()) throw_runtime_error("ComplexInTemplate");
     for (const double value : numbers.re) result.emplace_back(value);
   }
   return result;
@@ -122,18 +123,26 @@ class Formatter {
     if (const auto* text = std::get_if<std::string>(&argument))
       return convert_text(letter, flags, width, precision, *text);
     const double value = std::get<double>(argument);
-    const bool whole = std::isfinite(value) && value == std::floor(value) && std::abs(value) < 9e15;
+    const bool whole = std::isfinite(value) && value == std::floor(value);
     constexpr double last_code = 0xFFFF;
     if (letter == 'c' && whole && value >= 0 && value <= last_code) return padded(flags, width, character(value));
     if (letter == 's' || letter == 'c') {
-      constexpr int digits = 5;
-      return padded(flags, width, number_text(value, precision.value_or(digits)));
+      return padded(flags, width, number_text(value, precision.value_or(usual_digits(value))));
     }
     if (!std::isfinite(value)) return padded(flags, width, number_text(value, 1));
     constexpr std::string_view integers = "diuxXo";
     if (integers.find(letter) == std::string_view::npos) return print(flags, width, precision, letter, value);
     if (!whole) return print(flags, width, precision, 'e', value);  // as "%d" of 1.5 is shown
-    print_integer(flags, width, precision, letter, static_cast<long long>(value));
+    convert_whole(letter, flags, width, precision, value);
+  }
+
+  void convert_whole(char letter, const std::string& flags, int width, std::optional<int> precision, double value) {
+    constexpr double limit = 9e18;  // of 64 bits
+    const bool decimal = letter == 'd' || letter == 'i' || letter == 'u';
+    if (std::abs(value) < limit && (decimal || value >= 0)) {
+      return print_integer(flags, width, precision, letter == 'u' ? 'd' : letter, static_cast<long long>(value));
+    }
+    decimal ? print(flags, width, 0, 'f', value) : print(flags, width, precision, 'e', value);
   }
 
   void convert_text(char letter, const std::string& flags, int width, std::optional<int> precision,

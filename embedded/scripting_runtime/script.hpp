@@ -22,8 +22,8 @@ namespace embedded::scripting_runtime {
 void run_script(std::string_view text, const std::string& name, Workspace& workspace);
 /// @throws "kinemo:scripting:runtime" "CannotReadScript" (file) and as `run_script`
 void run_script_file(const std::string& file, Workspace& workspace);
-/// One statement. Errors have the cause "Where", but not "InScript". Functions that it makes are those of the file, which
-/// is null at a prompt.
+/// One statement. Errors have the cause "Where", but not "InScript". Functions that it makes are those of the file,
+/// which is null at a prompt.
 void run_statement(const Statement& statement, Workspace& workspace,
                    const std::shared_ptr<const std::string>& file = nullptr);
 

@@ -281,7 +281,7 @@ bool IncompleteText::needs_more(std::string_view line) {
 }
 
 const std::vector<std::string>& command_words() {
-  static const std::vector<std::string> words{"clear", "who",  "whos", "clc",     "help",
+  static const std::vector<std::string> words{"clear", "who",  "whos", "clc",     "help", "format",
                                               "exit",  "quit", "run",  "methods", "exist"};
   return words;
 }

@@ -234,6 +234,7 @@ const std::unordered_map<std::string_view, Rule>& rules() {
       {"rdivide", as_it_is},
       {"and", as_it_is},
       {"or", as_it_is},
+      {"xor", as_it_is},
       {"not", as_it_is},
       {"uminus", as_it_is},
       {"transpose", as_it_is},

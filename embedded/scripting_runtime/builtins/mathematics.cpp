@@ -108,6 +108,12 @@ void chosen(Call& call) {
   call.give(cvUniquePtr(cvCreateSharedCopy(call[call.number(0) != 0 ? 1 : 2])));
 }
 
+void one_of_two(Call& call) {
+  const Value a = unary(Operator::not_, Value::of(call[0]));
+  const Value b = unary(Operator::not_, Value::of(call[1]));
+  call.give(std::move(binary(Operator::not_equal, a, b)).release());
+}
+
 void negated(Call& call) {
   call.give(std::move(unary(Operator::not_, Value::of(call[0]))).release());
 }
@@ -200,6 +206,7 @@ std::vector<Builtin> mathematics_builtins() {
                                      {"rdivide", 2, 2, by_operator<Operator::element_divide>},
                                      {"and", 2, 2, by_operator<Operator::element_and>},
                                      {"or", 2, 2, by_operator<Operator::element_or>},
+                                     {"xor", 2, 2, one_of_two},
                                      {"ternary_fcn", 3, 3, chosen},
                                      {"not", 1, 1, negated},
                                      {"uminus", 1, 1, minus_of}};

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cmath>
 #include <filesystem>
+#include <functional>
 
 namespace embedded::scripting_runtime {
 
@@ -26,15 +27,42 @@ void clear(Call& call) {
   for (std::size_t i = 0; i < call.size(); ++i) workspace.clear(call.text(i));
 }
 
-std::vector<std::string> sorted_names() {
+/// Whether a name is as the pattern says, in which "*" stands for any characters. Takes no more than their lengths
+/// multiplied.
+bool matches(std::string_view name, std::string_view pattern) {
+  std::size_t n = 0, p = 0, star = std::string_view::npos, kept = 0;
+  while (n < name.size()) {
+    if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      kept = n;
+    } else if (p < pattern.size() && pattern[p] == name[n]) {
+      ++p, ++n;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      n = ++kept;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}
+
+/// Those that the call names, or all. A "*" stands for any characters.
+std::vector<std::string> sorted_names(const Call& call) {
   std::vector<std::string> names = running_workspace().names();
+  std::vector<std::string> patterns;
+  for (std::size_t i = 0; i < call.size(); ++i) patterns.push_back(call.text(i));
+  const auto is_named = [&](const std::string& name) {
+    return std::any_of(patterns.begin(), patterns.end(), [&](const std::string& p) { return matches(name, p); });
+  };
+  if (!patterns.empty()) names.erase(std::remove_if(names.begin(), names.end(), std::not_fn(is_named)), names.end());
   std::sort(names.begin(), names.end());
   return names;
 }
 
 /// Names in columns, as wide as the display.
 void who(Call& call) {
-  const std::vector<std::string> names = sorted_names();
+  const std::vector<std::string> names = sorted_names(call);
   if (call.wanted > 0) {
     cvUniquePtr result(cvCreateCellMatrix(names.size(), 1));
     for (std::size_t i = 0; i < names.size(); ++i) cvSetCell(result.get(), i, cvCreateString(names[i]));
@@ -55,8 +83,8 @@ void who(Call& call) {
 }
 
 /// A line for each variable: name, size, class.
-void whos(Call&) {
-  const std::vector<std::string> names = sorted_names();
+void whos(Call& call) {
+  const std::vector<std::string> names = sorted_names(call);
   if (names.empty()) return;
   std::vector<std::string> sizes{"Size"};
   std::size_t name_width = 4;
@@ -116,6 +144,13 @@ void leave(Call& call) {
   throw ExitRequest(call.size() == 1 ? exit_code_from(call) : 0);
 }
 
+/// format long, format short, format
+void set_format(Call& call) {
+  const std::string name = call.size() > 0 ? call.text(0) : "short";
+  if (name != "short" && name != "long") throw_runtime_error("UnknownFormat", name);
+  display_limits().digits = name == "long" ? long_digits : short_digits;
+}
+
 void clear_screen(Call&) {
   write_output("\x1b[H\x1b[2J");
 }
@@ -156,17 +191,10 @@ void assert_true(Call& call) {
 }  // namespace
 
 std::vector<Builtin> session_builtins() {
-  return {{"clear", 0, any_number, clear},
-          {"who", 0, 0, who},
-          {"whos", 0, 0, whos},
-          {"exist", 1, 1, exists},
-          {"run", 1, 1, run_file},
-          {"exit", 0, 1, leave},
-          {"quit", 0, 1, leave},
-          {"clc", 0, 0, clear_screen},
-          {"tic", 0, 0, start_clock},
-          {"toc", 0, 1, read_clock},
-          {"assert", 1, any_number, assert_true}};
+  return {{"clear", 0, any_number, clear}, {"who", 0, any_number, who}, {"whos", 0, any_number, whos},
+          {"exist", 1, 1, exists},         {"run", 1, 1, run_file},     {"exit", 0, 1, leave},
+          {"quit", 0, 1, leave},           {"clc", 0, 0, clear_screen}, {"format", 0, 1, set_format},
+          {"tic", 0, 0, start_clock},      {"toc", 0, 1, read_clock},   {"assert", 1, any_number, assert_true}};
 }
 
 }  // namespace embedded::scripting_runtime

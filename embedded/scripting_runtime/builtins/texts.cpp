@@ -14,8 +14,6 @@ namespace embedded::scripting_runtime {
 
 namespace {
 
-constexpr int usual_digits = 5;
-
 cvUniquePtr text_array(const ustring& text) {
   return cvUniquePtr(cvCreateUString(text));
 }
@@ -166,43 +164,6 @@ void compare(Call& call) {
   call.give(array_of(std::move(result)));
 }
 
-/// [1 20;3 4] is "1  20" above "3   4".
-cvUniquePtr matrix_as_text(const Numbers& numbers, int digits) {
-  std::vector<std::string> lines(numbers.rows());
-  for (std::size_t column = 0; column < numbers.columns(); ++column) {
-    std::vector<std::string> cells;
-    std::size_t width = 0;
-    for (std::size_t row = 0; row < lines.size(); ++row) {
-      cells.push_back(number_text(numbers.re[column * lines.size() + row], digits));
-      width = std::max(width, cells.back().size());
-    }
-    for (std::size_t row = 0; row < lines.size(); ++row) {
-      lines[row] += (column > 0 ? "  " : "") + std::string(width - cells[row].size(), ' ') + cells[row];
-    }
-  }
-  std::vector<Value> rows;
-  for (const std::string& line : lines) rows.emplace_back(cvUniquePtr(cvCreateString(line)));
-  return std::move(joined_in_column(std::move(rows))).release();
-}
-
-void number_to_text(Call& call) {
-  if (cvIsChar(call[0])) return call.give(cvUniquePtr(cvCreateSharedCopy(call[0])));
-  if (call.size() > 1 && cvIsChar(call[1])) return call.give(format_text(call.text(1), {call[0]}));
-  constexpr double most_digits = 50;
-  const int digits = call.size() > 1 ? static_cast<int>(std::clamp(call.number(1), 1.0, most_digits)) : usual_digits;
-  const Numbers numbers = numbers_of(call[0]);
-  if (numbers.size() == 0) return call.give(std::string());
-  if (numbers.size() > 1 && numbers.is_matrix() && !numbers.is_complex()) {
-    return call.give(matrix_as_text(numbers, digits));
-  }
-  std::string result = number_text(numbers.re[0], digits);
-  if (numbers.is_complex()) {
-    const std::string imaginary = number_text(numbers.im[0], digits);
-    result += (imaginary.front() == '-' ? "" : "+") + imaginary + "i";
-  }
-  call.give(result);
-}
-
 /// The value of a text, or [] and false when it has none.
 void text_to_number(Call& call) {
   try {
@@ -231,8 +192,7 @@ void show(Call& call) {
 }  // namespace
 
 std::vector<Builtin> text_builtins() {
-  return {{"num2str", 1, 2, number_to_text},
-          {"str2num", 1, 1, text_to_number},
+  return {{"str2num", 1, 1, text_to_number},
           {"sprintf", 1, any_number, format},
           {"disp", 1, 1, show},
           {"strcat", 1, any_number, concatenate},

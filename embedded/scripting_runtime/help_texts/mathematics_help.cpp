@@ -15,6 +15,7 @@ HelpArea mathematics_help() {
           {"power", "y = power(a, b)", "Powers of elements, a .^ b."},
           {"and", "t = and(a, b)", "Whether both are other than zero, a & b."},
           {"or", "t = or(a, b)", "Whether one is other than zero, a | b."},
+          {"xor", "t = xor(a, b)", "Whether just one is other than zero."},
           {"not", "t = not(x)", "Whether elements are zero, ~x."},
           {"ternary_fcn", "y = ternary_fcn(condition, a, b)", "a where the condition is true, otherwise b."},
           {"abs", "y = abs(x)", "Magnitudes."},

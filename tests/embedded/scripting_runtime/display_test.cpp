@@ -27,9 +27,22 @@ TEST_F(Display, ValuesAreReadable) {
       {"x = [1 -2; 30 4]", "x =\n    1   -2\n   30    4\n"},
       {"x = [pi; 100]", "x =\n     3.1416\n   100.0000\n"},
       {"x = [0.5 0.25]", "x =\n   0.50   0.25\n"},
-      {"x = [1.5e6 2.25e7] + 0.5", "x =\n   1.0e+07 *\n   0.15   2.25\n"},
+      {"x = [1.5e6 2.25e7] + 0.5", "x =\n   1.0e+07 *\n   0.1500   2.2500\n"},
       {"x = [1e-5 2.5e-5]", "x =\n   1.0e-05 *\n   1.0   2.5\n"},
       {"x = [1e-9 1]", "x =\n   1e-09       1\n"},
+      {"x = 99999.5", "x = 1.0000e+05\n"},
+      {"x = 100000.5", "x = 1.0000e+05\n"},
+      {"x = 12345.678", "x = 1.2346e+04\n"},
+      {"x = 2.00001", "x = 2.0000\n"},
+      {"x = 0.1 + 0.2", "x = 0.3\n"},
+      {"x = single(0.1)", "x = 0.1\n"},
+      {"x = 100000.5 - 2.000001i", "x = 1.0000e+05-2.0000i\n"},
+      {"x = [1e5 + 0.25; 1e5 - 0.25]", "x =\n   1.0e+05 *\n   1.0000\n   1.0000\n"},
+      {"x = [2.00001 3]", "x =\n   2.0000   3.0000\n"},
+      {"x = {12345.678, [99999.5 1]}", "x = {1.2346e+04, [1.0000e+05 1]}\n"},
+      {"x = uint64(1e16)", "x = 10000000000000000\n"},
+      {"x = uint64([1 1e17])", "x =\n                    1   100000000000000000\n"},
+      {"x = 2^53", "x = 9.0072e+15\n"},
       {"x = 1 > [0 2]", "x =\n   1   0\n"},
       {"x = uint8([1 200])", "x =\n     1   200\n"},
       {"x = []", "x = [](0x0)\n"},
@@ -57,6 +70,26 @@ TEST_F(Display, ValuesAreReadable) {
     workspace.clear();
     EXPECT_EQ(shown(one.text), one.expected) << one.text;
   }
+}
+
+TEST_F(Display, TheLongFormatShowsAllDigits) {
+  const ValueCase cases[] = {
+      {"pi", "ans = 3.141592653589793\n"},
+      {"4700.1234", "ans = 4700.1234\n"},
+      {"0.1 + 0.2", "ans = 0.3\n"},
+      {"100000.5", "ans = 100000.5\n"},
+      {"2^53", "ans = 9007199254740992\n"},
+      {"single(pi)", "ans = 3.1415927\n"},
+      {"[1/3; 100]", "ans =\n     0.3333333333333\n   100.0000000000000\n"},
+      {"[1e5 + 0.25; 1e5 - 0.25]", "ans =\n   1.0e+05 *\n   1.0000025\n   0.9999975\n"},
+      {"{pi}", "ans = {3.141592653589793}\n"},
+      {"format short; pi", "ans = 3.1416\n"},
+  };
+  shown("format long");
+  for (const ValueCase& one : cases) EXPECT_EQ(shown(one.text), one.expected) << one.text;
+  shown("format long; format");
+  EXPECT_EQ(shown("pi"), "ans = 3.1416\n");
+  EXPECT_EQ(fault("format wide"), "UnknownFormat(wide)");
 }
 
 TEST_F(Display, WideMatricesAreShownByGroupsOfColumns) {

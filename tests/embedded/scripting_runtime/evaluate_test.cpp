@@ -174,6 +174,8 @@ TEST_F(Evaluate, ErrorsNameWhatIsWrong) {
       {"feval('nothing_there')", "UndefinedFunction(nothing_there)"},
       {"evalin('nowhere', '1')", "UnknownScope(nowhere)"},
       {"arrayfun(@(x) [x x], 1:2)", "NotUniform(arrayfun, 1)"},
+      {"sprintf('%d', 3+4i)", "ComplexInTemplate()"},
+      {"num2str(ones(2,2,2))", "NotMatrix(2x2x2)"},
       {"sprintf('%q', 1)", "InvalidFormat(%q)"},
       {"struct('a')", "NameWithoutValue(a)"},
       {"[zeros(2,2,2) 1]'", "ConcatenationMismatch(2x2x2, 1x1)"},

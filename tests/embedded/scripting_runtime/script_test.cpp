@@ -47,6 +47,9 @@ TEST_F(Script, StatementsShowWhatTheySetUnlessSilent) {
       {"a = 1; clear a; exist('a')", "ans = 0\n"},
       {"exist sin", "ans = 5\n"},
       {"bb = 1; a = 2; who", "a   bb\n"},
+      {"bb = 1; ab = 2; abc = 3; who b* a*c", "abc  bb\n"},
+      {"bb = 1; ab = 2; who ab nothere", "ab\n"},
+      {"bb = 1; ab = 2; whos ab", "  Name  Size  Class\n  ab     1x1  double\n"},
       {"a = int8([1 2]); whos", "  Name  Size  Class\n  a      1x2  int8\n"},
   };
   for (const ValueCase& one : cases) {
