@@ -3,6 +3,7 @@
 #include "embedded/expression/print.hpp"
 #include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/display_numbers.hpp"
+#include "embedded/scripting_runtime/display_structures.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 #include "platform/foundation/strings.hpp"
@@ -19,7 +20,6 @@ namespace embedded::scripting_runtime {
 namespace {
 
 constexpr std::size_t most_inline_elements = 16;
-constexpr std::size_t deepest_structure = 5;
 constexpr std::size_t indent_width = 4;
 
 DisplaySink& sink() {
@@ -43,6 +43,23 @@ std::string quoted(const std::string& text) {
     if (c == '\'') result += c;
   }
   return result + "'";
+}
+
+/// A text of one row on one line with its line ends as "\n", cut to so many characters.
+std::string quoted_start(const cvArray_tag* text, std::size_t most) {
+  constexpr char16_t first_of_low_halves = 0xDC00;
+  constexpr char16_t last_of_low_halves = 0xDFFF;
+  const ustring& characters = cvGetCharacters(text);
+  std::size_t length = std::min(characters.size(), most);
+  const bool halved = length < characters.size() && characters[length] >= first_of_low_halves &&
+                      characters[length] <= last_of_low_halves;
+  if (halved && length > 0) --length;
+  std::string result;
+  for (const char c : quoted(kmf::ustring_to_utf8_string(characters.substr(0, length)))) {
+    result += c == '\n' ? "\\n" : std::string(1, c);
+  }
+  if (length < characters.size()) result.insert(result.size() - 1, "...");
+  return result;
 }
 
 /// "[](1x0)", with the class where it isn't double.
@@ -88,6 +105,15 @@ std::string inline_cell(const cvArray_tag* array, std::size_t width) {
   return elements.empty() ? "" : "{" + elements + "}";
 }
 
+/// A text that is too long is cut where there is room enough to recognise it.
+std::string inline_characters(const cvArray_tag* text, std::size_t width) {
+  constexpr std::size_t least = 16;
+  constexpr std::size_t quotes_and_dots = 5;
+  const std::string whole = quoted_start(text, width);
+  if (cvGetNumberOfElements(text) <= width && whole.size() <= width) return whole;
+  return width < least ? "" : quoted_start(text, width - quotes_and_dots);
+}
+
 std::string inline_value(const cvArray_tag* array, std::size_t width) {
   if (is_value_object(array)) {
     const Quantity quantity = quantity_of(array);
@@ -100,7 +126,7 @@ std::string inline_value(const cvArray_tag* array, std::size_t width) {
     if (cvGetDimensions(array) != Shape{0, 0}) return empty_text(array);
     return cvIsChar(array) ? "''" : cvIsCell(array) ? "{}" : "[]";
   }
-  if (is_text(array)) return cvGetNumberOfElements(array) <= width ? quoted(kmf::cvarray_to_string(array)) : "";
+  if (is_text(array)) return inline_characters(array, width);
   const bool small = cvGetNumberOfElements(array) <= most_inline_elements && cvGetDimensions(array).size() == 2;
   if (!small || cvIsChar(array)) return {};
   return cvIsCell(array) ? inline_cell(array, width) : inline_numbers(array, width);
@@ -113,35 +139,6 @@ std::string quantity_display(const Quantity& quantity) {
   const std::string numbers = display_text(quantity.numbers.array());
   if (!quantity.has_unit()) return numbers;
   return numbers + (numbers.find('\n') == std::string::npos ? " " : "\n   ") + unit_text(quantity.unit);
-}
-
-/// Fields below each other, their values aligned; those of a structure inside stand below its name.
-void append_structure(const cvArray_tag* array, std::size_t level, std::string& to) {
-  const std::vector<std::string> fields = cvGetFieldNames(array);
-  std::size_t longest = 0;
-  for (const std::string& field : fields) longest = std::max(longest, field.size());
-  const std::size_t taken = indent_width * level + longest + 2;
-  const std::size_t width = std::max(display_limits().width, taken + indent_width) - taken;
-  for (const std::string& field : fields) {
-    const cvArray_tag* value = cvGetField(array, 0, field.c_str());
-    to += (to.empty() ? "" : "\n") + std::string(indent_width * level, ' ') + field + ":";
-    if (cvIsStruct(value) && cvGetNumberOfElements(value) == 1 && level < deepest_structure) {
-      append_structure(value, level + 1, to);
-    } else {
-      to += std::string(longest - field.size() + 1, ' ') + inline_text(value, width);
-    }
-  }
-}
-
-std::string structure_text(const cvArray_tag* array) {
-  std::string result;
-  if (cvGetNumberOfElements(array) == 1) {
-    append_structure(array, 1, result);
-    return result.empty() ? "    (a structure without fields)" : result;
-  }
-  result = shape_text(cvGetDimensions(array)) + " struct with fields:";
-  for (const std::string& field : cvGetFieldNames(array)) result += "\n    " + field;
-  return result;
 }
 
 /// "    {2,1}: 'abc'" for each element.
@@ -160,14 +157,24 @@ std::string cell_lines(const cvArray_tag* array) {
     const std::string head = "    {" + place + "}: ";
     const std::size_t width = display_limits().width;
     result += (i > 0 ? "\n" : "") + head +
-              inline_text(cvGetCell(array, i), width > head.size() ? width - head.size() : indent_width);
+              text_beside(cvGetCell(array, i), width > head.size() ? width - head.size() : indent_width);
   }
   if (shown < count) result += "\n    ... and " + std::to_string(count - shown) + " more elements";
   return result;
 }
 
+/// Whether an element is a text that would be cut on a line with others.
+bool has_long_text(const cvArray_tag* cell) {
+  constexpr std::size_t long_text = 34;
+  for (std::size_t i = 0; i < std::min(cvGetNumberOfElements(cell), most_inline_elements); ++i) {
+    const cvArray_tag* element = cvGetCell(cell, i);
+    if (is_text(element) && cvGetNumberOfElements(element) > long_text) return true;
+  }
+  return false;
+}
+
 std::string cell_text(const cvArray_tag* array) {
-  if (cvGetDimensions(array).size() == 2) {
+  if (cvGetDimensions(array).size() == 2 && !has_long_text(array)) {
     const std::string on_one_line = inline_cell(array, display_limits().width - indent_width * 2);
     if (!on_one_line.empty()) return on_one_line;
   }
@@ -259,6 +266,12 @@ std::string inline_text(const cvArray_tag* array, std::size_t width) {
   std::string text = inline_value(array, width);
   const bool fits = !text.empty() && text.size() <= std::max<std::size_t>(width, 2 * indent_width);
   return fits && text.find('\n') == std::string::npos ? text : described(array);
+}
+
+std::string text_beside(const cvArray_tag* array, std::size_t width) {
+  constexpr std::size_t longest_text = 200;
+  const bool whole = is_text(array) && cvGetNumberOfElements(array) > 0;
+  return whole ? quoted_start(array, std::max(longest_text, width)) : inline_text(array, width);
 }
 
 std::string display_text(const cvArray_tag* array) {

@@ -26,8 +26,11 @@ std::string display_text(const cvArray_tag* array);
 /// A result as a statement shows it: "x = 5", or "x =" above the lines of the value.
 std::string named_text(const std::string& name, const cvArray_tag* array);
 /// A value on one line of at most `width` characters, as it stands in cells and structures: "[1 2; 3 4]", "'abc'", and
-/// where that is too long "[100x100 double]".
+/// where that is too long "'the begin...'" and "[100x100 double]".
 std::string inline_text(const cvArray_tag* array, std::size_t width);
+/// The same behind a name, with line ends of texts as "\\n": texts of up to 200 characters are whole, also where they
+/// are wider.
+std::string text_beside(const cvArray_tag* array, std::size_t width);
 /// "[2x3 double]"
 std::string described(const cvArray_tag* array);
 /// The template filled with the arguments; it is repeated while arguments are left.

@@ -15,7 +15,7 @@ using testing::HasSubstr;
 class Display : public ScriptTest {};
 
 TEST_F(Display, ValuesAreReadable) {
-  const ValueCase cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"x = 5", "x = 5\n"},
       {"x = -0.1", "x = -0.1\n"},
       {"x = pi", "x = 3.1416\n"},
@@ -58,18 +58,37 @@ TEST_F(Display, ValuesAreReadable) {
       {"x = @(a) a + 1", "x = @(a) a + 1\n"},
       {"x = {1, 'a'; [1 2; 3 4], {}}", "x = {1, 'a'; [1 2; 3 4], {}}\n"},
       {"x = {ones(9), struct('a', 1), @sin}", "x = {[9x9 double], [1x1 struct], @sin}\n"},
-      {"x = struct('a', {1, 2})", "x = 1x2 struct with fields:\n    a\n"},
+      {"x = struct('a', {1, 2}, 'bcd', {'é', 'yy'}, 'e', {{}, [1 2]})",
+       "x = 1x2 struct:\n         a  bcd   e\n    (1)  1  'é'   {}\n    (2)  2  'yy'  [1 2]\n"},
+      {"x = struct('a', {})", "x = 0x0 struct with fields:\n    a\n"},
+      {"x = struct('a', {{1, ones(9)}, 2}); disp(x)",
+       "1x2 struct:\n         a\n    (1)  {1, [9x9 double]}\n    (2)  2\n"},
+      {"x = struct('a', {ones(9), 2}); disp(x)", "1x2 struct:\n(1)\n    a: [9x9 double]\n(2)\n    a: 2\n"},
       {"x = struct()", "x =\n    (a structure without fields)\n"},
       {"x.long = 'v'; x.s.t = [1 2 3]; x.s.u.w = 1; disp(x)",
        "    long: 'v'\n    s:\n        t: [1 2 3]\n        u:\n            w: 1\n"},
+      {"x.t = ['a' 10 repmat('b', 1, 98)]", "x =\n    t: 'a\\n" + std::string(98, 'b') + "'\n"},
+      {"x.t = repmat('b', 1, 201)", "x =\n    t: '" + std::string(200, 'b') + "...'\n"},
+      {"x.t = {1, repmat('b', 1, 100)}", "x =\n    t: {1, '" + std::string(31, 'b') + "...'}\n"},
+      {"x = {1, repmat('b', 1, 100)}", "x =\n    {1,1}: 1\n    {1,2}: '" + std::string(100, 'b') + "'\n"},
       {"x = ones(2, 1, 2)", "x =\n(:,:,1) =\n   1\n   1\n(:,:,2) =\n   1\n   1\n"},
       {"x = kinemo.Value(5, 'V')", "x = 5 V\n"},
       {"x = kinemo.Value([5 6], 'V')", "x =\n   5   6 V\n"},
   };
-  for (const ValueCase& one : cases) {
+  for (const auto& [text, expected] : cases) {
     workspace.clear();
-    EXPECT_EQ(shown(one.text), one.expected) << one.text;
+    EXPECT_EQ(shown(text), expected) << text;
   }
+}
+
+TEST_F(Display, LongArraysOfStructuresAreCut) {
+  shown("n = num2cell(1:40); x = struct('name', n, 'text', repmat('b', 1, 50))");
+  EXPECT_THAT(output(), HasSubstr("    (30)  30    'bbbbb"));
+  EXPECT_THAT(output(), EndsWith("\n    ... and 10 more elements\n"));
+  shown("disp(struct('first', n, 'b', repmat('b', 1, 50), 'c', repmat('c', 1, 50), 'd', repmat('d', 1, 50)))");
+  EXPECT_THAT(output(), HasSubstr("bbbbb...'  'cc")) << "texts are cut where the elements are many";
+  shown("disp(struct('a', {1, 2}, 'message', repmat('m', 1, 90)))");
+  EXPECT_THAT(output(), HasSubstr("(2)\n    a:       2\n    message: 'mmm"));
 }
 
 TEST_F(Display, TheLongFormatShowsAllDigits) {
