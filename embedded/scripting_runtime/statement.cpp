@@ -242,6 +242,32 @@ class ScriptParser {
   std::size_t column_ = 1;
 };
 
+/// '{' or '}' where nothing but "%{" or "%}" stands on a line, else 0.
+char block_comment_mark(std::string_view line) {
+  const std::size_t first = std::min(line.find_first_not_of(" \t\r"), line.size());
+  const std::string_view mark = line.substr(first, line.find_last_not_of(" \t\r") + 1 - first);
+  const bool marks = mark.size() == 2 && (mark[0] == '%' || mark[0] == '#') && (mark[1] == '{' || mark[1] == '}');
+  return marks ? mark[1] : '\0';
+}
+
+/// The text with blanks in the place of block comments, which lines with nothing but "%{" and "%}" enclose; they may
+/// hold further ones. @throws Failure for one that isn't closed
+std::string without_block_comments(std::string_view text) {
+  std::string result(text);
+  std::vector<std::size_t> open;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    const std::string_view line = text.substr(begin, end - begin);
+    const char mark = block_comment_mark(line);
+    if (mark == '{') open.push_back(begin + line.find_first_not_of(" \t\r"));
+    if (!open.empty()) std::fill_n(result.begin() + static_cast<std::ptrdiff_t>(begin), line.size(), ' ');
+    if (mark == '}' && !open.empty()) open.pop_back();
+    begin = end + 1;
+  }
+  if (!open.empty()) throw Failure{"UnclosedBracket", std::string(text.substr(open.front(), 2)), open.front()};
+  return result;
+}
+
 }  // namespace
 
 std::vector<Statement> parse_script(std::string_view text) {
@@ -251,7 +277,7 @@ std::vector<Statement> parse_script(std::string_view text) {
     expression::throw_parse_error(error);
   }
   try {
-    return ScriptParser(text).parse();
+    return ScriptParser(without_block_comments(text)).parse();
   } catch (const Failure& failure) {
     const expression::Place place = expression::place_of(text, failure.offset);
     error = {failure.id, failure.detail, place.line, place.column, place.excerpt};
@@ -273,8 +299,13 @@ bool IncompleteText::add(std::string_view line) {
 }
 
 bool IncompleteText::needs_more(std::string_view line) {
+  const char mark = block_comment_mark(line);
+  if (mark == '{') ++comments_;
+  const bool comment = comments_ > 0;
+  if (mark == '}' && comment) --comments_;
+  if (comments_ > 0) return true;
   try {
-    return add(line);
+    return add(comment ? std::string_view() : line);
   } catch (const Failure&) {
     return false;
   }

@@ -40,14 +40,16 @@ std::vector<Statement> parse_script(std::string_view text);
 class IncompleteText {
  public:
   /// Takes the next line, which comes without its end. Whether further ones are needed to end what the text begins:
-  /// brackets that aren't closed, or "..." at the end of the line. A text with an error of form needs none.
+  /// brackets or block comments that aren't closed, or "..." at the end of the line. A text with an error of form needs
+  /// none.
   bool needs_more(std::string_view line);
 
  private:
   bool add(std::string_view line);
 
   expression::LineTokenizer lines_;
-  std::size_t open_ = 0;
+  std::size_t open_ = 0;      ///< brackets
+  std::size_t comments_ = 0;  ///< block comments, one in the other
 };
 
 /// Words that begin a statement with texts behind them, such as "help" in `help sin`.

@@ -26,6 +26,14 @@ TEST_F(Script, StatementsShowWhatTheySetUnlessSilent) {
       {"'text' % comment; with = all", "ans = 'text'\n"},
       {"a = [1, 2\n3, 4];a(2,:)", "ans =\n   3   4\n"},
       {"a = 1 + ...  the rest\n  2", "a = 3\n"},
+      {"a = 1\n  %{\nb = ' (\n#{\n%}\nb = 2\n %} \r\nc = [1\n%{\n2\n%}\n3]'", "a = 1\nc =\n   1   3\n"},
+      {"a = 1 %{\n%{ b\nb = 2\n%}", "a = 1\nb = 2\n"},
+      {"%{\n%}\n  nothere",
+       "s:3:3: error: there is no variable or function 'nothere'. "
+       "[kinemo:scripting:runtime:UndefinedName]\n    nothere\n    ^\n"},
+      {"a = 1;\n %{\nb",
+       "s:2:2: error: the bracket '%{' isn't closed. "
+       "[kinemo:scripting:expression:UnclosedBracket]\n     %{\n     ^\n"},
       {"a = f = 1;",
        "s:1:7: error: '=' has no meaning in an expression. "
        "[kinemo:scripting:expression:UnexpectedCharacter]\n    a = f = 1;\n          ^\n"},
@@ -259,12 +267,13 @@ bool is_incomplete(const std::string& text) {
 }
 
 TEST_F(Script, WholeTextsAreToldFromBegunOnes) {
-  for (const char* text :
-       {"a = (1", "a = [1\n2", "c = {", "a = 1 + ...", "f(1, ... more", "a = [1 ...", "f(a\n', [b", "c = {\n'a', [1"}) {
+  for (const char* text : {"a = (1", "a = [1\n2", "c = {", "a = 1 + ...", "f(1, ... more", "a = [1 ...", "f(a\n', [b",
+                           "c = {\n'a', [1", "%{", "%{\n%{\n%}", "a = [1\n%{\n2", "a = [1\n%{\n]\n%}"}) {
     EXPECT_TRUE(is_incomplete(text)) << text;
   }
-  for (const char* text : {"", "a = 1", "a = [1\n2]", "a = 'x...", "a = 1 % ...", "a = 1 + ...\n", "a = 2)",
-                           "a = 1) + (", "'...'", "a = 'open (", "f(a\n')", "c = {\n'a)'}", "a = [b ...\n' c']"}) {
+  for (const char* text :
+       {"", "a = 1", "a = [1\n2]", "a = 'x...", "a = 1 % ...", "a = 1 + ...\n", "a = 2)", "a = 1) + (", "'...'",
+        "a = 'open (", "f(a\n')", "c = {\n'a)'}", "a = [b ...\n' c']", "%{\n%}", "a %{", "a = [1\n%{\n(\n%}\n]"}) {
     EXPECT_FALSE(is_incomplete(text)) << text;
   }
 }
