@@ -5,6 +5,8 @@
 #include "embedded/class_system/objects.hpp"
 #include "embedded/class_system/packages.hpp"
 #include "embedded/scripting_runtime/class_dispatch.hpp"
+#include "embedded/scripting_runtime/display.hpp"
+#include "embedded/scripting_runtime/text_layout.hpp"
 
 #include <algorithm>
 
@@ -14,11 +16,11 @@ namespace {
 
 using Function = std::shared_ptr<const kmf::CvFunction>;
 
-/// A call of a method as the runtime makes it.
-Function function_of(std::string name, const MethodPtr& method) {
+/// A call of a method as the runtime makes it; `objects` inputs stand before the name.
+Function function_of(std::string name, const MethodPtr& method, std::size_t objects) {
   return std::make_shared<const kmf::CvFunction>(
-      [name = std::move(name), method](int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
-        check_inputs(name, *method->getMethodSignature(), nIn, inputs, method->isFirstArgDispatch() ? 1 : 0);
+      [name = std::move(name), method, objects](int nOut, cvArray_tag** outputs, int nIn, cvArray_tag** inputs) {
+        check_inputs(name, *method->getMethodSignature(), nIn, inputs, objects);
         int given = nOut;
         method->invoke(nullptr, given, outputs, nIn, inputs);
       });
@@ -40,6 +42,32 @@ std::string size_text(const cvArray_tag* array) {
   return text;
 }
 
+/// "2,1" for the element `index`, from 0.
+std::string place_text(const cvArray_tag* array, std::size_t index) {
+  std::string text;
+  for (const std::size_t size : cvGetDimensions(array)) {
+    text += (text.empty() ? "" : ",") + std::to_string(index % size + 1);
+    index /= size;
+  }
+  return text;
+}
+
+/// "    (2,1): Counter at 5" for each of the first objects.
+std::string element_lines(const cvArray_tag* array, const std::function<std::string(const void*)>& display) {
+  constexpr std::size_t most_shown = 10;
+  const std::size_t count = cvGetNumberOfElements(array);
+  std::string text;
+  for (std::size_t i = 0; i < std::min(count, most_shown); ++i) {
+    const void* native = native_of(omGetArrayElement(array, i));
+    const std::string head = "    (" + place_text(array, i) + "): ";
+    const std::size_t width = scripting_runtime::display_limits().width;
+    const std::size_t room = width - std::min(width, head.size());
+    text += "\n" + head + (native ? scripting_runtime::on_one_line(display(native), room) : "no object");
+  }
+  if (count > most_shown) text += "\n    ... and " + std::to_string(count - most_shown) + " more";
+  return text;
+}
+
 MethodPtr method_of(const std::string& class_name, std::string_view name) {
   const Class* found = find_class(ccos::COSNameID(class_name));
   return found ? found->method(std::string(name)) : nullptr;
@@ -55,7 +83,8 @@ class Dispatch : public scripting_runtime::ClassDispatch {
  public:
   Function find_method(const std::string& class_name, std::string_view name) const override {
     const MethodPtr method = method_of(class_name, name);
-    return method ? function_of(class_name + '.' + method->getName(), method) : nullptr;
+    return method ? function_of(class_name + '.' + method->getName(), method, method->isFirstArgDispatch() ? 1 : 0)
+                  : nullptr;
   }
 
   bool is_property(const std::string& class_name, std::string_view name) const override {
@@ -66,13 +95,18 @@ class Dispatch : public scripting_runtime::ClassDispatch {
   }
 
   Function find_function(std::string_view path) const override {
-    if (const MethodPtr method = package_method(path)) return function_of(std::string(path), method);
-    if (path.find('.') == std::string_view::npos) return nullptr;
+    const auto [owner, name] = split_path(path);
+    if (owner.empty()) return nullptr;
+    if (const MethodPtr method = package_method(path)) {
+      return function_of(std::string(path), method, method->isFirstArgDispatch() ? 1 : 0);
+    }
+    if (const MethodPtr method = method_of(std::string(owner), name)) return function_of(std::string(path), method, 0);
     Class* its_class = find_class(ccos::COSNameID(std::string(path)));
     return its_class ? constructor_of(*its_class) : nullptr;
   }
 
   std::string description(std::string_view path) const override {
+    if (const Package* package = path.empty() ? nullptr : find_package(path)) return package->description();
     const MethodPtr method = package_method(path);
     if (!method) return {};
     const std::string sentence = method->getDescription();
@@ -83,12 +117,12 @@ class Dispatch : public scripting_runtime::ClassDispatch {
   std::optional<std::string> display_text(const cvArray_tag* array) const override {
     if (!omIsCCOSArray(array)) return std::nullopt;
     const std::string name = cvGetClassName(array);
-    if (cvGetNumberOfElements(array) == 1) {
-      const void* native = native_of(omGetArrayElement(array, 0));
-      const auto& display = find_class(ccos::COSNameID(name))->definition().display;
-      if (native && display) return display(native);
-    }
-    return '[' + size_text(array) + ' ' + name + ']';
+    const auto& display = find_class(ccos::COSNameID(name))->definition().display;
+    const std::size_t count = cvGetNumberOfElements(array);
+    if (!display || count == 0) return '[' + size_text(array) + ' ' + name + ']';
+    if (count > 1) return size_text(array) + ' ' + name + ':' + element_lines(array, display);
+    const void* native = native_of(omGetArrayElement(array, 0));
+    return native ? display(native) : '[' + size_text(array) + ' ' + name + ']';
   }
 
   bool has_class(const std::string& name) const override { return find_class(ccos::COSNameID(name)) != nullptr; }

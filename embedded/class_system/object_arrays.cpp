@@ -4,6 +4,8 @@
 #include "embedded/class_system/objects.hpp"
 #include "embedded/scripting_array/payloads.hpp"
 
+#include <algorithm>
+
 namespace embedded::class_system {
 
 namespace {
@@ -24,6 +26,10 @@ class ObjectsPayload : public kmf::embedded::ObjectPayload {
     return result.release();
   }
   bool same_natives(const ObjectPayload& other) const override;
+  ObjectPayload* of_shape(Shape new_shape) const override;
+  void put(std::size_t place, const ObjectPayload& source, std::size_t index) override {
+    objects[place] = dynamic_cast<const ObjectsPayload&>(source).objects[index];
+  }
 
   std::vector<ccos::COSInterfacePtr> objects;
 };
@@ -44,6 +50,18 @@ bool ObjectsPayload::same_natives(const ObjectPayload& other) const {
     if (!same(objects[i], objects_of_other->objects[i])) return false;
   }
   return true;
+}
+
+/// All places share one new object: objects don't change.
+kmf::embedded::ObjectPayload* ObjectsPayload::of_shape(Shape new_shape) const {
+  auto result = std::make_unique<ObjectsPayload>(std::move(new_shape), class_name);
+  if (result->objects.empty()) return result.release();
+  ccos::COSClass* its_class = ccos::COSClass::getClass(ccos::COSNameID(class_name));
+  ccos::COSInterfacePtr object;
+  its_class->createInstance(object);
+  its_class->construct(object);
+  std::fill(result->objects.begin(), result->objects.end(), object);
+  return result.release();
 }
 
 const ObjectsPayload* payload_of(const cvArray_tag* array) {

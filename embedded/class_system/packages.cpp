@@ -59,6 +59,13 @@ bool Package::load_class(const ccos::COSNameID& name) {
                      [&](ccos::COSPackageInfo* info) { return info->attemptToLoadClass(name); });
 }
 
+std::string Package::description() const {
+  for (const ccos::COSPackageInfo* info : infos_) {
+    if (const std::string text = info->getDescription(); !text.empty()) return text;
+  }
+  return {};
+}
+
 std::vector<std::string> Package::contents() const {
   std::vector<std::string> names;
   for (const auto& entry : packages_) names.push_back(entry.first);

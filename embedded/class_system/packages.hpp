@@ -29,6 +29,8 @@ class Package : public ccos::COSPackage {
   MethodPtr method(const std::string& name);
   /// Whether an info made the class known just now.
   bool load_class(const ccos::COSNameID& name);
+  /// What the authors of the package tell of it; empty where they tell nothing.
+  std::string description() const;
   /// Names of sub-packages and visible methods, sorted.
   std::vector<std::string> contents() const;
 

@@ -113,6 +113,10 @@ class ObjectPayload : public Payload {
   void release_children(ArrayChain& out) noexcept override { properties.release(out); }
   /// Whether what stands behind two objects of one class is equal.
   virtual bool same_natives(const ObjectPayload& other) const { return native == other.native; }
+  /// A new array of the class with new objects at all places; null for classes whose arrays hold one object only.
+  virtual ObjectPayload* of_shape(Shape) const { return nullptr; }
+  /// Puts an object of an array of the same class to a place. Only for what `of_shape` gives.
+  virtual void put(std::size_t, const ObjectPayload&, std::size_t) {}
 
   std::string class_name;
   std::shared_ptr<void> native;

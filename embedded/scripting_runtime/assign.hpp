@@ -4,7 +4,7 @@
 //
 // An array keeps its class: what is put into it is converted, as integers are rounded and saturated. A variable that
 // isn't there yet, and the empty 0 by 0 array, take class and kind from what is put in. Arrays grow where a place lies
-// beyond their end; new places hold zeros, empty cells, or structures with empty fields. What isn't shared is written
+// beyond their end; new places hold zeros, empty cells, structures with empty fields, or new objects. What isn't shared is written
 // in place. After an error the variable is as it was.
 //
 // Errors of the group "kinemo:scripting:runtime": "AssignmentMismatch" (shape of the places, shape of the value),

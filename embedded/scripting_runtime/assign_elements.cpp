@@ -3,6 +3,7 @@
 #include "embedded/scripting_runtime/assign.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/object_arrays.hpp"
 #include "embedded/scripting_runtime/places.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
@@ -115,16 +116,23 @@ void put_structures(cvArray_tag* target, const std::vector<std::size_t>& places,
   }
 }
 
+void put_objects(cvArray_tag* target, const std::vector<std::size_t>& places, const cvArray_tag* value) {
+  const std::size_t step = cvGetNumberOfElements(value) == 1 ? 0 : 1;
+  for (std::size_t i = 0; i < places.size(); ++i) put_object(target, places[i], value, i * step);
+}
+
 void put(cvArray_tag* target, const std::vector<std::size_t>& places, const cvArray_tag* value) {
   if (cvIsCell(target)) return put_cells(target, places, value);
   if (cvIsStruct(target)) return put_structures(target, places, value);
+  if (holds_objects(target)) return put_objects(target, places, value);
   put_numbers(target, places, numbers_of(value));
 }
 
 void check_family(const cvArray_tag* target, const cvArray_tag* value) {
-  const bool fits = cvIsCell(target)     ? cvIsCell(value)
-                    : cvIsStruct(target) ? cvIsStruct(value)
-                                         : holds_numbers(target) && holds_numbers(value);
+  const bool fits = cvIsCell(target)        ? cvIsCell(value)
+                    : cvIsStruct(target)    ? cvIsStruct(value)
+                    : holds_objects(target) ? hold_same_objects(target, value)
+                                            : holds_numbers(target) && holds_numbers(value);
   if (!fits) cannot_assign(value, target);
   if (cvIsStruct(target)) check_same_fields(target, value);
 }
@@ -133,6 +141,7 @@ void check_family(const cvArray_tag* target, const cvArray_tag* value) {
 cvUniquePtr empty_like(const cvArray_tag* value) {
   if (cvIsCell(value)) return cvUniquePtr(cvCreateCellMatrix(0, 0));
   if (cvIsStruct(value)) return cvUniquePtr(cvCreateStructMatrix(0, 0, cvGetFieldNames(value)));
+  if (holds_objects(value)) return new_objects(value, {0, 0});
   if (holds_numbers(value)) return cvUniquePtr(cvCreateNumericArray({0, 0}, cvGetClassID(value)));
   return nullptr;
 }
@@ -208,12 +217,20 @@ cvUniquePtr grown_numbers(const cvArray_tag* array, const Shape& shape) {
   return array_of(std::move(after));
 }
 
+cvUniquePtr grown_objects(const cvArray_tag* array, const Shape& shape) {
+  cvUniquePtr result = new_objects(array, shape);
+  for_each_moved(cvGetDimensions(array), shape,
+                 [&](std::size_t target, std::size_t source) { put_object(result.get(), target, array, source); });
+  return result;
+}
+
 }  // namespace
 
 cvUniquePtr grown(const cvArray_tag* array, const Shape& shape) {
   const Shape& before = cvGetDimensions(array);
   const std::size_t count = checked_count(shape);
   if (holds_numbers(array)) return grown_numbers(array, shape);
+  if (holds_objects(array)) return grown_objects(array, shape);
   const bool cells = cvIsCell(array);
   const std::vector<std::string> fields = cells ? std::vector<std::string>() : cvGetFieldNames(array);
   cvUniquePtr result(cells ? cvCreateCellMatrix(1, count) : cvCreateStructMatrix(1, count, fields));

@@ -3,6 +3,7 @@
 #include "embedded/scripting_runtime/assign.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
 #include "embedded/scripting_runtime/gather.hpp"
+#include "embedded/scripting_runtime/object_arrays.hpp"
 #include "embedded/scripting_runtime/places.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
@@ -85,7 +86,8 @@ void delete_elements(cvUniquePtr& target, const std::vector<Subscript>& places) 
     target = std::move(value_of({Value(std::move(numbers)), quantity.unit})).release();
     return;
   }
-  if (cvGetClassID(target.get()) == cvOBJECT_CLASS || cvGetClassID(target.get()) == cvFUNCTION_CLASS)
+  const bool one_object = cvGetClassID(target.get()) == cvOBJECT_CLASS && !holds_objects(target.get());
+  if (one_object || cvGetClassID(target.get()) == cvFUNCTION_CLASS)
     throw_runtime_error("CannotDelete", cvGetClassName(target.get()));
   const std::vector<Names> names = all_names(places);
   target = names.size() == 1 ? without(target.get(), names[0]) : without(target.get(), names);

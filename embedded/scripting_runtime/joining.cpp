@@ -3,6 +3,7 @@
 #include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/indexing.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/object_arrays.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
@@ -123,15 +124,25 @@ cvUniquePtr join_structures(const std::vector<const cvArray_tag*>& parts, Direct
   return result;
 }
 
+cvUniquePtr join_objects(const std::vector<const cvArray_tag*>& parts, Direction direction) {
+  Layout layout(parts, direction);
+  cvUniquePtr result = new_objects(parts.front(), layout.shape());
+  for (const cvArray_tag* part : parts) {
+    layout.place(part, [&](std::size_t target, std::size_t source) { put_object(result.get(), target, part, source); });
+  }
+  return result;
+}
+
 bool any_is(const std::vector<Value>& parts, bool (*test)(const cvArray_tag*)) {
   return std::any_of(parts.begin(), parts.end(), [&](const Value& part) { return test(part.array()); });
 }
 
 /// Parts of one family, or an error that names two that don't go together.
 void check_families(const std::vector<const cvArray_tag*>& parts, bool structures) {
+  const bool objects = holds_objects(parts.front());
   for (const cvArray_tag* part : parts) {
     const bool numbers = cvIsNumeric(part) || cvIsLogical(part) || cvIsChar(part);
-    if (structures ? cvIsStruct(part) : numbers) continue;
+    if (objects ? hold_same_objects(parts.front(), part) : structures ? cvIsStruct(part) : numbers) continue;
     throw_runtime_error("CannotConcatenate", cvGetClassName(parts.front()), cvGetClassName(part));
   }
 }
@@ -169,6 +180,7 @@ Value join(std::vector<Value> parts, Direction direction) {
   if (cells) return join_cells(arrays, direction);
   const bool structures = any_is(parts, cvIsStruct);
   check_families(arrays, structures);
+  if (holds_objects(arrays.front())) return join_objects(arrays, direction);
   return structures ? join_structures(arrays, direction) : join_numbers(arrays, direction);
 }
 

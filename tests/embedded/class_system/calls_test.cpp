@@ -1,5 +1,6 @@
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/help.hpp"
+#include "embedded/scripting_runtime/script.hpp"
 #include "tests/embedded/class_system/counter_class.hpp"
 
 #include <gmock/gmock.h>
@@ -42,6 +43,9 @@ TEST_F(MethodCalls, AreWrittenBehindADotOrAsFunctions) {
            {"c.joined", "''"},
            {"plus(1, 2)", "3"},
            {"test.Counter().number", "0"},
+           {"test.Counter.number(c)", "5"},
+           {"test.Counter.plus(c, 1, 2).number", "8"},
+           {"feval(@test.Counter.plus, c, 1).number", "6"},
        }) {
     EXPECT_EQ(value_of(one.text), one.expected) << one.text;
   }
@@ -61,6 +65,8 @@ TEST_F(MethodCalls, TellWhatIsWrong) {
            {"test.Counter(1)", "classes:TooManyInputs(test.Counter, 1, 0)"},
            {"c.number.x", "NoFields(x, double)"},
            {"c + 1", "NotNumeric(test.Counter)"},
+           {"test.Counter.plus()", "classes:TooFewInputs(test.Counter.plus, 0, 2)"},
+           {"test.Counter.plus(5, 1)", "classes:InputType(test.Counter.plus, 1, test.Counter, double)"},
        }) {
     EXPECT_EQ(error_of(one.text), one.expected) << one.text;
   }
@@ -75,7 +81,66 @@ TEST_F(MethodCalls, EmptyPlacesOfArraysAreErrors) {
 
 TEST_F(MethodCalls, ObjectsShowThemselves) {
   EXPECT_EQ(scripting_runtime::display_text(base_workspace().get("c")), "Counter at 5");
-  EXPECT_EQ(scripting_runtime::display_text(base_workspace().get("list")), "[1x3 test.Counter]");
+  EXPECT_EQ(scripting_runtime::display_text(base_workspace().get("list")),
+            "1x3 test.Counter:\n    (1,1): Counter at 1\n    (1,2): Counter at 2\n    (1,3): Counter at 3");
+  set("many", "repmat(c, 4, 3)");
+  const std::string many = scripting_runtime::display_text(base_workspace().get("many"));
+  EXPECT_THAT(many, testing::EndsWith("    (2,3): Counter at 5\n    ... and 2 more"));
+  set("none", "list([])");
+  EXPECT_EQ(scripting_runtime::display_text(base_workspace().get("none")), "[0x0 test.Counter]");
+}
+
+/// The numbers of the counters in an array, or what is wrong with the statements that make it.
+class ObjectArrays : public MethodCalls {
+ protected:
+  std::string after(const std::string& statements, const std::string& expression) {
+    scripting_runtime::Workspace workspace;
+    for (const char* name : {"c", "list"}) {
+      workspace.set(name, cvUniquePtr(cvCreateSharedCopy(base_workspace().get(name))));
+    }
+    const std::string error = raised([&] { scripting_runtime::run_script(statements, "s", workspace); });
+    if (!error.empty()) return error.substr(error.rfind(':', error.find('(')) + 1);
+    const scripting_runtime::Scope scope(workspace);
+    const cvUniquePtr numbers = scripting_runtime::evaluate("arrayfun(@(x) x.number, " + expression + ")", scope);
+    return scripting_runtime::inline_text(numbers.get(), 80);
+  }
+};
+
+TEST_F(ObjectArrays, JoinGrowAndShrink) {
+  struct Case {
+    const char* statements;
+    const char* numbers;
+  };
+  for (const Case& one : std::vector<Case>{
+           {"a = [c c];", "[5 5]"},
+           {"a = [c; c.plus(1)];", "[5; 6]"},
+           {"a = [list; list];", "[1 2 3; 1 2 3]"},
+           {"a = [list, []];", "[1 2 3]"},
+           {"a = [[] c list];", "[5 1 2 3]"},
+           {"a = list; a(2) = c;", "[1 5 3]"},
+           {"a = list; a([1 3]) = c;", "[5 2 5]"},
+           {"a = list; a(5) = c;", "[1 2 3 0 5]"},
+           {"a = list; a(2, :) = list;", "[1 2 3; 1 2 3]"},
+           {"a = list; a(1:2) = a([2 1]);", "[2 1 3]"},
+           {"a(3) = c;", "[0 0 5]"},
+           {"a = list; a(2) = [];", "[1 3]"},
+           {"a = [list; list]; a(:, 1) = [];", "[2 3; 2 3]"},
+           {"a = list; a(:) = []; a(1) = c;", "5"},
+           {"s.f = list; s.f(1) = []; a = s.f;", "[2 3]"},
+           {"a = list'; a(end) = [];", "[1; 2]"},
+           {"a = [list c 1];", "CannotConcatenate(test.Counter, double)"},
+           {"a = [1 c];", "CannotConcatenate(double, test.Counter)"},
+           {"a = [c test.Foreign()];", "CannotConcatenate(test.Counter, test.Foreign)"},
+           {"a = [list; c];", "ConcatenationMismatch(1x3, 1x1)"},
+           {"a = list; a(1) = 5;", "CannotAssign(double, test.Counter)"},
+           {"a = list; a(4) = test.Foreign();", "CannotAssign(test.Foreign, test.Counter)"},
+           {"a = 1:3; a(1) = c;", "CannotAssign(test.Counter, double)"},
+           {"a = list; a(1:2) = list;", "AssignmentMismatch(2, 1x3)"},
+           {"a = list; a(4) = [];", "IndexOutOfRange(4, 3)"},
+       }) {
+    EXPECT_EQ(after(one.statements, "a"), one.numbers) << one.statements;
+  }
+  EXPECT_EQ(after("a = list; b = a; a(1) = c;", "[b a]"), "[1 2 3 5 2 3]");
 }
 
 TEST_F(MethodCalls, ChainsOfCallsTakeNoObjectsAlong) {
@@ -89,8 +154,6 @@ TEST_F(MethodCalls, ClassesMethodsAndHelpAreListed) {
   EXPECT_THAT(scripting_runtime::class_names(), testing::Contains("test.Counter"));
   EXPECT_THAT(scripting_runtime::methods_of("test.Counter"), ElementsAre("joined", "number", "plus"));
   EXPECT_TRUE(scripting_runtime::methods_of("test.None").empty());
-  ASSERT_NE(scripting_runtime::find_help("test.Counter.plus"), nullptr);
-  EXPECT_EQ(scripting_runtime::find_help("test.Counter")->summary, "A number.");
 }
 
 }  // namespace

@@ -54,6 +54,7 @@ inline void add_counter_class() {
          call.give(text);
        }}};
   add_class(std::move(definition));
+  add_class(class_around<int>("test.Foreign"));
 }
 
 /// Every array, object and native that a test makes must be gone at its end.

@@ -226,7 +226,10 @@ TEST_F(Packages, UnknownNamesTellTheNearest) {
   EXPECT_EQ(error_of("packages_known.lata(1)"), "NotInPackage(lata, packages_known) NearestName(late)");
   EXPECT_EQ(error_of("packages_known.zzz"), "NotInPackage(zzz, packages_known)");
   EXPECT_EQ(error_of("packages_known.zzz.late(1)"), "NotInPackage(zzz, packages_known)");
-  EXPECT_EQ(error_of("packages_known + 1"), "PackageIsNoValue(packages_known, late)");
+  EXPECT_EQ(error_of("packages_known.late.more(1)"), "classes:TooFewInputs(packages_known.late, 0, 1)");
+  EXPECT_EQ(value_of("class(packages_known.OnDemand)"), "'packages_known.OnDemand'");
+  EXPECT_EQ(error_of("packages_known.OnDemand.none(1)"), "NoSuchMethod(none, packages_known.OnDemand)");
+  EXPECT_EQ(error_of("packages_known + 1"), "PackageIsNoValue(packages_known, OnDemand, late)");
 }
 
 TEST_F(Packages, AVariableHidesThem) {

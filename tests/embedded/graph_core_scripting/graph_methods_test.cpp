@@ -160,7 +160,9 @@ TEST_F(GraphScripts, PiecesAreAnArrayOfGraphs) {
   set("two", graph_class_name, graph);
   check({{"size(two.connectedComponents)", "[2 1]"},
          {"numel(g.connectedComponents)", "1"},
-         {"isequal(g.connectedComponents, g)", "logical(1)"}});
+         {"isequal(g.connectedComponents, g)", "logical(1)"},
+         {"size([g; two])", "[2 1]"},
+         {"isequal(kinemo.gl.Graph.net(g, 'd', 'a'), g.net('d.a'))", "logical(1)"}});
   EXPECT_EQ(value_of("numel(two.connectedComponents(1).components) + numel(two.connectedComponents(2).components)"),
             "3");
 }
