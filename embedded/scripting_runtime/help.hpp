@@ -32,10 +32,4 @@ struct HelpGroup {
 /// All topics: first the areas of the built-in functions in their order, then further ones by title.
 std::vector<HelpGroup> help_groups();
 
-/// What `help NAME` shows: the text that was set, and what the author of a package's function tells of it. @throws
-/// "kinemo:scripting:runtime" "NoHelp" (name), with the nearest topic as its cause
-std::string help_text(const std::string& name);
-/// What `help` shows: all topics by group.
-std::string help_overview();
-
 }  // namespace embedded::scripting_runtime

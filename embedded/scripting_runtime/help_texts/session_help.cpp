@@ -5,8 +5,8 @@ namespace embedded::scripting_runtime {
 HelpArea session_help() {
   return {"Session",
           {
-              {"help", "help\nhelp NAME", "Lists all functions, or tells about one."},
-              {"methods", "methods NAME\nc = methods(object)", "The methods of a class."},
+              {"help", "help\nhelp NAME", "Lists all functions, or tells about one, a class, a package or an area."},
+              {"methods", "methods NAME\nc = methods(object)", "The methods of a class, or what is in a package."},
               {"who", "who\nwho NAME ...\nc = who",
                "The names of all variables, or of those that are named; * stands for any characters."},
               {"whos", "whos\nwhos NAME ...", "All variables, or those that are named, with their sizes and classes."},

@@ -1,5 +1,5 @@
 #include "embedded/scripting_runtime/display.hpp"
-#include "embedded/scripting_runtime/help.hpp"
+#include "embedded/scripting_runtime/help_pages.hpp"
 #include "embedded/scripting_runtime/script.hpp"
 #include "tests/embedded/class_system/counter_class.hpp"
 
@@ -154,6 +154,13 @@ TEST_F(MethodCalls, ClassesMethodsAndHelpAreListed) {
   EXPECT_THAT(scripting_runtime::class_names(), testing::Contains("test.Counter"));
   EXPECT_THAT(scripting_runtime::methods_of("test.Counter"), ElementsAre("joined", "number", "plus"));
   EXPECT_TRUE(scripting_runtime::methods_of("test.None").empty());
+  EXPECT_THAT(scripting_runtime::help_text("test.Counter"),
+              testing::EndsWith("  c = test.Counter()\nMethods:\n"
+                                "  joined  All texts in one.\n  number  The number.\n  plus    A counter further on."));
+  EXPECT_THAT(scripting_runtime::help_text("plus"), testing::StartsWith("plus: "));
+  EXPECT_THAT(scripting_runtime::help_text("Joined"), testing::StartsWith("test.Counter.joined: All texts in one."));
+  ASSERT_NE(scripting_runtime::find_help("test.Counter.plus"), nullptr);
+  EXPECT_EQ(scripting_runtime::find_help("test.Counter")->summary, "A number.");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "embedded/class_system/packages.hpp"
 
+#include "embedded/scripting_runtime/help_pages.hpp"
 #include "platform/class_system/package_info.hpp"
 #include "tests/embedded/class_system/counter_class.hpp"
 
@@ -245,6 +246,9 @@ TEST_F(Packages, HelpHasWhatTheAuthorOfAMethodTells) {
   scripting_runtime::set_help(sum, {"s = late(x)", "A sum.", "Of doubles."});
   EXPECT_EQ(scripting_runtime::help_text(sum), sum + ": A sum.\n  s = late(x)\nAdds numbers.\nOf doubles.");
   EXPECT_THAT(raised([] { scripting_runtime::help_text("packages_helped.none"); }), testing::HasSubstr(":NoHelp("));
+  EXPECT_EQ(scripting_runtime::help_text("packages_helped"), "packages_helped: A package.\nIn it:\n  late  A sum.");
+  EXPECT_THAT(scripting_runtime::methods_in("packages_helped"), ElementsAre("late"));
+  EXPECT_THAT(raised([] { scripting_runtime::methods_in("packages_helpd"); }), testing::HasSubstr(":NoMethods("));
 }
 
 TEST_F(Packages, CallsAreHeldAgainstTheSignature) {

@@ -45,6 +45,31 @@ TEST_F(HelpTest, IsShownByNameWithNearNamesForUnknownOnes) {
   EXPECT_THAT(output(), HasSubstr("note: Did you mean 'mean'?"));
 }
 
+TEST_F(HelpTest, IsFoundForAreasPackagesAndShortNames) {
+  set_help("test.pack.f", {"y = test.pack.f(x)", "A function of a package.", ""});
+  set_help("test.other.f", {"y = test.other.f(x)", "Another one.", ""});
+  kmf::register_corvane_function("test.pack.f", [](int, cvArray_tag**, int, cvArray_tag**) {});
+  EXPECT_EQ(shown("help test.pack"), "test.pack: A package.\nIn it:\n  f  A function of a package.\n");
+  EXPECT_EQ(shown("help F"),
+            "Several have the name 'F':\n  test.other.f  Another one.\n  test.pack.f   A function of a package.\n");
+  EXPECT_THAT(shown("help('linear algebra')"), HasSubstr("Linear algebra:\n  cross  "));
+  EXPECT_EQ(shown("methods test.pack"), "f\n");
+  EXPECT_EQ(shown("v = kinemo.Value(1, 'V'); help v"), shown("help kinemo.Value"));
+  EXPECT_THAT(shown("methods test.pac"), HasSubstr("[kinemo:scripting:runtime:NoMethods]"));
+  EXPECT_THAT(shown("c = methods(5)"), HasSubstr("There is no class and no package 'double' that has methods."));
+  kmf::unregister_corvane_function("test.pack.f");
+  forget_help("test.pack.f");
+  forget_help("test.other.f");
+}
+
+TEST_F(HelpTest, IsAsWideAsTheDisplay) {
+  set_help("test.wide", {"y = test.wide(x)", "One µ two three four five.", "Six seven eight nine ten.\n  Eleven"});
+  display_limits().width = 20;
+  EXPECT_EQ(shown("help test.wide"),
+            "test.wide: One µ two\nthree four five.\n  y = test.wide(x)\nSix seven eight nine\nten.\n  Eleven\n");
+  forget_help("test.wide");
+}
+
 TEST_F(HelpTest, OverviewListsAllTopicsByArea) {
   set_help("test.pack.f", {"y = test.pack.f(x)", "A function of a package.", ""});
   const std::string overview = shown("help");

@@ -4,6 +4,7 @@
 #include "embedded/environment/kernel_functions.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "embedded/scripting_runtime/help.hpp"
+#include "embedded/scripting_runtime/help_pages.hpp"
 #include "platform/block_diagram/port.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
 #include "tests/kernel/coreblock/core_block_fixture.hpp"
