@@ -3,6 +3,7 @@
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/diagram_object.hpp"
 #include "embedded/block_diagram/edit.hpp"
+#include "embedded/block_diagram/handles.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
@@ -91,6 +92,7 @@ void setEach(const std::vector<GantrelObject*>& objects, const ParameterTexts& t
 
 GantrelObject& objectFrom(double handle) {
   GantrelObject* object = Handle2GantrelObject(handle);
+  if (!object && wasMinted(handle)) kmf::throw_message("kinemo:host:parameters", "ObjectGone", handleText(handle));
   if (!object || object->getGantrelObjectType() == port_object_type)
     kmf::throw_message("kinemo:host:parameters", "UnknownObject", handleText(handle));
   return *object;

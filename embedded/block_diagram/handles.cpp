@@ -23,8 +23,12 @@ class HandleTable {
     return static_cast<double>(number);
   }
 
+  bool wasMinted(double handle) const noexcept {
+    return handle >= 1.0 && handle < static_cast<double>(next_) && handle == std::floor(handle);
+  }
+
   GantrelObject* find(double handle) const {
-    if (!(handle >= 1.0) || handle >= static_cast<double>(next_) || handle != std::floor(handle)) return nullptr;
+    if (!wasMinted(handle)) return nullptr;
     const auto number = static_cast<std::size_t>(handle);
     const Page* page = pages_[number / page_size].get();
     return page ? page->objects[number % page_size] : nullptr;
@@ -69,6 +73,9 @@ double mintHandle(GantrelObject* object) {
 }
 void releaseHandle(double handle) noexcept {
   table().release(handle);
+}
+bool wasMinted(double handle) noexcept {
+  return table().wasMinted(handle);
 }
 
 }  // namespace embedded::block_diagram

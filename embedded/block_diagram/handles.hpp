@@ -13,5 +13,7 @@ constexpr double no_handle = -1.0;
 /// The next handle, which names `object` until `releaseHandle`.
 double mintHandle(GantrelObject* object);
 void releaseHandle(double handle) noexcept;
+/// Whether the number has ever named an object.
+bool wasMinted(double handle) noexcept;
 
 }  // namespace embedded::block_diagram

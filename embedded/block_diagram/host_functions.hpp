@@ -22,7 +22,8 @@ GtBlockContext& hostContext();
 
 // --- what the functions have in common
 
-/// What a handle or a path names. @throws "kinemo:host:parameters" "UnknownObject" (handle or path)
+/// What a handle or a path names. @throws "kinemo:host:parameters" "UnknownObject" (handle or path),
+/// "ObjectGone" (handle)
 GantrelObject& objectFrom(double handle);
 GantrelObject& objectFrom(const ustring& path);
 /// From a scalar handle or a path. @throws as above, and "NotAnObject" (class name) for any other array

@@ -1,6 +1,7 @@
 #include "host_fixture.hpp"
 
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
 #include "platform/block_diagram/reflection.hpp"
 #include "platform/scripting_runtime/scripting_runtime.hpp"
@@ -90,6 +91,10 @@ TEST_F(ParametersTest, QuestionsWithoutAnAnswerNameObjectAndParameter) {
             group + "UnknownParameter(model, DataDictionray, DataDictionary)");
   EXPECT_EQ(errorOf([&] { ask(host_tests::text("model/S/X"), "Name"); }), group + "UnknownObject(model/S/X)");
   EXPECT_EQ(errorOf([&] { ask(number(-1.0), "Name"); }), group + "UnknownObject(-1)");
+  EXPECT_EQ(errorOf([&] { ask(number(1e9), "Name"); }), group + "UnknownObject(1000000000)");
+  const double gone = diagram->root().addBlock(u"gone", "test/left3").getHandle();
+  removeBlock(*diagram->root().find(u"gone"));
+  EXPECT_EQ(errorOf([&] { ask(number(gone), "Name"); }).substr(0, group.size() + 11), group + "ObjectGone(");
   EXPECT_EQ(errorOf([&] { ask(number(left(*a)->getHandle()), "Name"); }).substr(0, group.size() + 13),
             group + "UnknownObject");
   EXPECT_EQ(errorOf([&] { ask(cvUniquePtr(cvCreateLogicalScalar(true)), "Name"); }), group + "NotAnObject(logical)");
