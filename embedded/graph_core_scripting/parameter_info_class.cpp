@@ -8,7 +8,8 @@
 #include "embedded/scripting_runtime/display.hpp"
 #include "platform/foundation/exception.hpp"
 
-#include <iterator>
+#include <algorithm>
+#include <cmath>
 
 namespace embedded::graph_core_scripting {
 
@@ -54,7 +55,12 @@ void units(Call& call) {
 
 void add_change(RuntimeValues& changes, const std::string& name, const cvArray_tag* value) {
   const data2::cvi::CvArrayValueConverter convert(unit_manager::get_cv_context());
-  changes[name] = convert(value).data();
+  data2::core::ValueData told = convert(value).data();
+  const std::vector<double>& elements = told.elements();
+  if (std::any_of(elements.begin(), elements.end(), [](double x) { return std::isnan(x); })) {
+    kmf::throw_message(group, "ValueIsNaN", name);
+  }
+  changes[name] = std::move(told);
 }
 
 /// The changed values: structures, or names each with a value behind it.
@@ -151,7 +157,8 @@ class_system::ClassDefinition parameter_info_class() {
         "v = r.evaluate(g, path, parameter, struct('R0', 2000))",
         "What a parameter of a component of the graph g is worth, also for other values of the run-time parameters.",
         "A value with the parameter's unit. A changed value without a unit is told in the declared one, any other is "
-        "converted to it: kinemo.Value(2, 'kOhm'). What isn't changed has the value of the compile."},
+        "converted to it: kinemo.Value(2, 'kOhm'). What isn't changed has the value of the compile. The shape stays "
+        "that of the compile, and NaN is an error."},
        evaluate}};
   return definition;
 }
