@@ -1,6 +1,8 @@
 #include "apps/kinemo/line_editor.hpp"
 
 #include <histedit.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <clocale>
 #include <cstdio>
@@ -83,9 +85,24 @@ struct LineEditor::State {
     return CC_NEWLINE;
   }
 
+  static unsigned char insert(EditLine* editor, const char* text) {
+    ::el_insertstr(editor, text);
+    return CC_REFRESH;
+  }
+
+  /// Whether more has come behind a tab than people type at once.
+  static bool is_pasted() {
+    constexpr int most_typed = 2;
+    int waiting = 0;
+    return ::ioctl(STDIN_FILENO, FIONREAD, &waiting) == 0 && waiting > most_typed;
+  }
+
+  /// A tab in front of a line, or in a text that is pasted, stands for blanks.
   static unsigned char complete_name(EditLine* editor, int) {
     const LineInfo* info = ::el_line(editor);
     const std::string before(info->buffer, info->cursor);
+    if (before.find_first_not_of(' ') == std::string::npos) return insert(editor, "    ");
+    if (is_pasted()) return insert(editor, " ");
     const Completion found = of(editor).complete(before);
     if (found.candidates.empty()) return CC_REFRESH_BEEP;
     const std::size_t typed = before.size() - found.begin;

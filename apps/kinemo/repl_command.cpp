@@ -54,8 +54,8 @@ void work_at_terminal(runtime::Prompt& prompt) {
   std::string line;
   while (!prompt.exit_code()) {
     const LineEditor::Result result = editor.read(prompt.text(), line);
-    if (result == LineEditor::Result::end) break;
-    if (result == LineEditor::Result::abandoned) {
+    if (result == LineEditor::Result::end && !prompt.waits()) break;
+    if (result != LineEditor::Result::line) {
       prompt.abandon();
       continue;
     }

@@ -2,6 +2,7 @@
 
 #include "apps/scripting/diagram_files.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "apps/scripting/text_candidates.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "formats/diagram/variables.hpp"
 
@@ -41,6 +42,7 @@ kmf::CvFunction function_of(const DiagramFunction& row) {
 void register_diagram_functions() {
   formats::diagram::install_dictionary_reader();
   watch_diagram_files();
+  embedded::scripting_runtime::set_text_candidates(diagram_text_candidates);
   for (const DiagramFunction& row : all_functions()) {
     kmf::register_corvane_function(row.name, function_of(row));
     embedded::scripting_runtime::Help help = row.help;
@@ -50,6 +52,7 @@ void register_diagram_functions() {
 }
 
 void unregister_diagram_functions() {
+  embedded::scripting_runtime::set_text_candidates({});
   for (const DiagramFunction& row : all_functions()) {
     kmf::unregister_corvane_function(row.name);
     embedded::scripting_runtime::forget_help(row.name);

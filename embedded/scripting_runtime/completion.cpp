@@ -1,19 +1,19 @@
 #include "embedded/scripting_runtime/completion.hpp"
 
+#include "embedded/scripting_runtime/assign.hpp"
 #include "embedded/scripting_runtime/class_dispatch.hpp"
+#include "embedded/scripting_runtime/completion_texts.hpp"
 #include "embedded/scripting_runtime/functions.hpp"
 #include "embedded/scripting_runtime/help.hpp"
+#include "platform/foundation/exception.hpp"
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <set>
 
 namespace embedded::scripting_runtime {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 bool is_word_character(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
@@ -21,43 +21,6 @@ bool is_word_character(char c) {
 
 bool begins_with(std::string_view text, std::string_view beginning) {
   return text.substr(0, beginning.size()) == beginning;
-}
-
-/// Where the text begins that the end of the line is in; npos outside of quotes. A quote behind an operand transposes.
-std::size_t open_text(std::string_view line) {
-  std::size_t begin = std::string_view::npos;
-  char quote = 0;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (quote != 0) {
-      if (line[i] == quote) quote = 0;
-      continue;
-    }
-    if (line[i] == '%' || line[i] == '#') break;
-    const char before = i > 0 ? line[i - 1] : ' ';
-    const bool operand =
-        is_word_character(before) || before == ')' || before == ']' || before == '}' || before == '.' || before == '\'';
-    if (line[i] != '"' && (line[i] != '\'' || operand)) continue;
-    quote = line[i];
-    begin = i + 1;
-  }
-  return quote != 0 ? begin : std::string_view::npos;
-}
-
-Completion files(std::string_view line, std::size_t begin) {
-  const std::string typed(line.substr(begin));
-  const std::size_t slash = typed.rfind('/');
-  const std::string folder = slash == std::string::npos ? "" : typed.substr(0, slash + 1);
-  const std::string name = typed.substr(folder.size());
-  std::set<std::string> found;
-  std::error_code error;
-  fs::directory_iterator entries(folder.empty() ? "." : folder, error);
-  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    const std::string each = entries->path().filename().string();
-    const bool hidden = name.empty() && each.front() == '.';
-    std::error_code ignored;
-    if (!hidden && begins_with(each, name)) found.insert(folder + each + (entries->is_directory(ignored) ? "/" : ""));
-  }
-  return {begin, {found.begin(), found.end()}};
 }
 
 /// The names up to the next dot of paths that begin with `typed`; a dot at the end tells that more follows.
@@ -76,22 +39,83 @@ void add_matching(const std::vector<std::string>& names, const std::string& head
   }
 }
 
-/// What "a.b" leads to from a variable; null where that is no field or property.
-cvUniquePtr value_at(const Workspace& workspace, std::string_view path) {
-  std::size_t dot = std::min(path.find('.'), path.size());
-  const cvArray_tag* variable = workspace.get(path.substr(0, dot));
-  cvUniquePtr at(variable != nullptr ? cvCreateSharedCopy(variable) : nullptr);
-  while (at && dot < path.size()) {
-    const std::size_t next = std::min(path.find('.', dot + 1), path.size());
-    const std::string name(path.substr(dot + 1, next - dot - 1));
-    if (cvGetClassID(at.get()) == cvOBJECT_CLASS) {
-      at.reset(cvGetProperty(at.get(), 0, name.c_str()));
-    } else {
-      const bool one = cvIsStruct(at.get()) && cvGetNumberOfElements(at.get()) == 1;
-      const cvArray_tag* field = one ? cvGetField(at.get(), 0, name.c_str()) : nullptr;
-      at.reset(field != nullptr ? cvCreateSharedCopy(field) : nullptr);
+/// The last bracket that opens what the bracket at the end of the text closes; npos where more stands inside than
+/// numbers, names and operators.
+std::size_t bracket_before(std::string_view text) {
+  const char open = text.back() == ')' ? '(' : '{';
+  for (std::size_t at = text.size() - 1; at-- > 0;) {
+    const char c = text[at];
+    if (c == open) return at;
+    if (!is_word_character(c) && std::string_view(" ,:+-*.").find(c) == std::string_view::npos) break;
+  }
+  return std::string_view::npos;
+}
+
+/// Where a chain such as a.b(2).c{1} begins that ends the text.
+std::size_t begin_of_chain(std::string_view text) {
+  std::size_t begin = text.size();
+  while (begin > 0) {
+    const char c = text[begin - 1];
+    const std::size_t bracket = c == ')' || c == '}' ? bracket_before(text.substr(0, begin)) : begin - 1;
+    const bool goes_on = is_word_character(c) || c == '.' || (bracket != std::string_view::npos && bracket < begin - 1);
+    if (!goes_on) break;
+    begin = bracket;
+  }
+  return begin;
+}
+
+/// Subscripts from plain numbers and `end`; others become 1, as one element of a structure array tells the fields of
+/// all.
+std::vector<Subscript> literal_subscripts(std::string_view text, const cvArray_tag* indexed) {
+  std::vector<std::string> parts(1);
+  for (const char c : text) {
+    if (c == ',') {
+      parts.emplace_back();
+    } else if (c != ' ') {
+      parts.back() += c;
     }
-    dot = next;
+  }
+  const std::vector<std::size_t>& shape = cvGetDimensions(indexed);
+  std::vector<Subscript> result;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const std::size_t last = parts.size() == 1 ? cvGetNumberOfElements(indexed) : i < shape.size() ? shape[i] : 1;
+    const bool number = !parts[i].empty() && std::all_of(parts[i].begin(), parts[i].end(), ::isdigit);
+    const double place = parts[i] == "end" ? static_cast<double>(last) : number ? std::stod(parts[i]) : 1;
+    result.emplace_back(Value(place));
+  }
+  return result;
+}
+
+/// The next link of a chain, which is taken off its front.
+Step next_step(std::string_view& chain, const cvArray_tag* value) {
+  Step step;
+  if (chain.front() == '.') {
+    const std::size_t end = std::min(chain.find_first_of(".({", 1), chain.size());
+    step.kind = Step::Kind::field;
+    step.field = chain.substr(1, end - 1);
+    chain.remove_prefix(end);
+    return step;
+  }
+  step.kind = chain.front() == '{' ? Step::Kind::cell : Step::Kind::index;
+  const std::size_t end = std::min(chain.find_first_of(")}"), chain.size() - 1);
+  step.subscripts = literal_subscripts(chain.substr(1, end - 1), value);
+  chain.remove_prefix(end + 1);
+  return step;
+}
+
+/// What a chain leads to from a variable; null where something on the way isn't there. Nothing is called.
+cvUniquePtr value_at(const Workspace& workspace, std::string_view chain) {
+  const std::size_t end = std::min(chain.find_first_of(".({"), chain.size());
+  const cvArray_tag* variable = workspace.get(chain.substr(0, end));
+  cvUniquePtr at(variable != nullptr ? cvCreateSharedCopy(variable) : nullptr);
+  chain.remove_prefix(end);
+  try {
+    while (at && !chain.empty()) {
+      const Step step = next_step(chain, at.get());
+      at = part_at(at.get(), step);
+    }
+  } catch (const kmf::Exception&) {
+    return nullptr;  // such as an index beyond the end: there is nothing to offer
   }
   return at;
 }
@@ -114,7 +138,7 @@ void add_members(std::string_view typed, const Workspace& workspace, std::set<st
   const std::size_t dot = typed.rfind('.');
   const std::string head(typed.substr(0, dot + 1));
   const std::string owner(typed.substr(0, dot));
-  if (workspace.has(owner.substr(0, owner.find('.')))) {
+  if (workspace.has(owner.substr(0, owner.find_first_of(".({")))) {
     if (const cvUniquePtr value = value_at(workspace, owner)) add_matching(members_of(value.get()), head, typed, to);
     return;
   }
@@ -130,15 +154,14 @@ bool asks_for_help(std::string_view line) {
 }  // namespace
 
 Completion complete(std::string_view line, const Workspace& workspace) {
-  if (const std::size_t text = open_text(line); text != std::string_view::npos) return files(line, text);
-  std::size_t begin = line.size();
-  while (begin > 0 && (is_word_character(line[begin - 1]) || line[begin - 1] == '.')) --begin;
+  if (const TypedText text = typed_text(line); text.quote != 0) return {text.begin, text_candidates(text)};
+  const std::size_t begin = begin_of_chain(line);
   const std::string_view typed = line.substr(begin);
   std::set<std::string> found;
   if (asks_for_help(line)) {
     add_matching(help_topics(), "", typed, found);
   } else if (typed.find('.') == std::string_view::npos) {
-    add_names(typed, workspace, found);
+    if (typed.find_first_of("({") == std::string_view::npos) add_names(typed, workspace, found);
   } else if (typed.front() != '.' && std::isdigit(static_cast<unsigned char>(typed.front())) == 0) {
     add_members(typed, workspace, found);
   }

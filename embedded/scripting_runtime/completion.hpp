@@ -17,7 +17,8 @@ struct Completion {
 };
 
 /// Names of variables, functions and parts of package paths; behind a dot the fields of a structure, the properties
-/// and methods of an object; in quotes the names of files; behind `help` all topics. `line` ends at the cursor.
+/// and methods of an object, also of an element as in a(2).b{1}.; in quotes what completion_texts.hpp gives; behind
+/// `help` all topics. `line` ends at the cursor. Nothing is called or evaluated.
 Completion complete(std::string_view line, const Workspace& workspace);
 
 /// What all of them begin with.

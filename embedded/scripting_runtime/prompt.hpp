@@ -18,6 +18,8 @@ class Prompt {
 
   /// What to show before the next line: ">> ", or ".. " where it continues the ones before.
   const char* text() const { return pending_.empty() ? ">> " : ".. "; }
+  /// Whether lines wait for more.
+  bool waits() const { return !pending_.empty(); }
   /// Takes a line without its end. The user's interrupt ends what it runs.
   void enter(const std::string& line);
   /// No more lines: runs what isn't whole, which tells what is missing.

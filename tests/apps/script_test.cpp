@@ -177,6 +177,14 @@ TEST_F(ScriptProgram, TerminalEditsCompletesAndRemembers) {
   terminal.read_to(">> ");
   terminal.type("y = 7\n");
   terminal.read_to("y = 7\r\n>> ");
+  terminal.type("x = [1 2\n\t3\t4];\nx(4)\n");
+  terminal.read_to("ans = 4\r\n>> ");
+  terminal.type("x = [5\n");
+  terminal.read_to(".. ");
+  terminal.type("\x04");
+  terminal.read_to(">> ");
+  terminal.type("x(1)\n");
+  terminal.read_to("ans = 1\r\n>> ");
   terminal.type("\x04");
   EXPECT_EQ(0, terminal.wait());
   EXPECT_THAT(read("kinemo/history"), HasSubstr("variable_name"));

@@ -2,6 +2,7 @@
 
 #include "embedded/scripting_runtime/class_dispatch.hpp"
 #include "embedded/scripting_runtime/completion.hpp"
+#include "embedded/scripting_runtime/completion_texts.hpp"
 #include "tests/embedded/scripting_runtime/script_fixture.hpp"
 #include "tests/support/temporary_folder.hpp"
 
@@ -76,7 +77,9 @@ TEST_F(PromptTest, LackOfMemoryIsAnErrorOfThePlaceThatNeedsIt) {
 
 TEST_F(PromptTest, AbandonedLinesAreForgotten) {
   enter("a = {1, ...");
+  EXPECT_TRUE(prompt.waits());
   prompt.abandon();
+  EXPECT_FALSE(prompt.waits());
   EXPECT_EQ(enter("b = 2"), "b = 2\n");
   enter("c = {");
   output().clear();
@@ -134,6 +137,25 @@ TEST_F(CompletionTest, NamesOfVariablesAndFunctions) {
   EXPECT_THAT(candidates("1."), IsEmpty());
   EXPECT_THAT(candidates(""), Contains("strange"));
   EXPECT_THAT(candidates("help sq"), ElementsAre("sqrt"));
+  run_script("q = struct('left', {1, struct('inner', 2)}); k = {struct('zeta', 1), 5, q};", "s", workspace);
+  for (const auto& [line, candidate] : std::vector<std::pair<std::string, std::string>>{
+           {"q(1).", "q(1).left"},
+           {"2 * q(i + 1).l", "q(i + 1).left"},
+           {"q(end).left.", "q(end).left.inner"},
+           {"q(1, 2).left.in", "q(1, 2).left.inner"},
+           {"k{1}.", "k{1}.zeta"},
+           {"f(k{3}(2).left.", "k{3}(2).left.inner"},
+       }) {
+    EXPECT_THAT(candidates(line), ElementsAre(candidate)) << line;
+    EXPECT_EQ(line.compare(complete(line, workspace).begin, line.npos, candidate, 0,
+                           line.size() - complete(line, workspace).begin),
+              0)
+        << line;
+  }
+  for (const char* line :
+       {"k{2}.", "k{9}.", "k{0}.", "q{1}.", "q(9).left.", "none(1).", "q(", "q(1)", ")", "}.", "k{q(1)}."}) {
+    EXPECT_THAT(candidates(line), Not(Contains(HasSubstr(").")))) << line;
+  }
   EXPECT_EQ(common_beginning({"strcmp", "strcat"}), "strc");
 }
 
@@ -166,6 +188,22 @@ TEST_F(CompletionTest, FilesInQuotes) {
   EXPECT_THAT(candidates("f(x', \"" + path), Not(Contains(path + ".hidden")));
   EXPECT_THAT(candidates("f('" + path + "model one.yaml', strs"), ElementsAre("strsplit"));
   EXPECT_THAT(candidates("f('/nowhere/at/all"), IsEmpty());
+}
+
+TEST_F(CompletionTest, TextsThatAFunctionKnows) {
+  std::vector<std::string> asked;
+  set_text_candidates([&](const TypedText& typed) {
+    asked.push_back(typed.function + " " + std::to_string(typed.argument) + " " + typed.text);
+    return typed.text == "it's" ? std::vector<std::string>{"it's so", "it's a"} : std::vector<std::string>();
+  });
+  EXPECT_THAT(candidates("x = f({1, 2}, g(3)', 'it''s"), ElementsAre("it''s a", "it''s so"));
+  EXPECT_EQ(complete("f('it''s", workspace).begin, 3U);
+  EXPECT_THAT(candidates("f(\"a\", \"it's"), ElementsAre("it's a", "it's so"));
+  EXPECT_THAT(candidates("a.b.c(x(1, 2), [1, 2], '/none"), IsEmpty());
+  EXPECT_THAT(candidates("'/none"), IsEmpty());
+  candidates("f('a') % 'b");
+  EXPECT_THAT(asked, ElementsAre("f 2 it's", "f 0 it's", "f 1 it's", "a.b.c 2 /none", " 0 /none"));
+  set_text_candidates({});
 }
 
 }  // namespace
