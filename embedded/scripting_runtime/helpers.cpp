@@ -28,7 +28,12 @@ std::string cvarray_to_string(const cvArray_tag* array) {
 }
 
 ustring cvarray_to_ustring(const cvArray_tag* array) {
-  return cvGetCharacters(array);
+  const ustring& characters = cvGetCharacters(array);
+  const std::vector<std::size_t>& shape = cvGetDimensions(array);
+  if (characters.size() > 1 && shape[1] != characters.size()) {
+    throw_runtime_error("NotOneRow", embedded::scripting_runtime::shape_text(shape));
+  }
+  return characters;
 }
 
 std::vector<std::string> cvarray_to_string_vector(const cvArray_tag* array) {
