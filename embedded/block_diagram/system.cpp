@@ -109,14 +109,7 @@ GTBlock& System::addBlock(const ustring& name, const std::string& type, const So
   const GTBlock* prototype = gt_find_prototype(type);
   if (!prototype)
     kmf::throw_message("kinemo:host:diagram", "UnknownBlockType", type, nearestName(type, gt_prototype_names()));
-  GTBlock& block = SystemAccess::adopt(*this, std::unique_ptr<GTBlock>(prototype->clone()), name, place);
-  try {
-    block.checkDialogParameters(0);
-  } catch (...) {
-    SystemAccess::dropLast(*this);
-    throw;
-  }
-  return block;
+  return SystemAccess::adoptChecked(*this, std::unique_ptr<GTBlock>(prototype->clone()), name, place);
 }
 
 GTBlock& System::addSubsystem(const ustring& name, const SourcePlace& place) {
@@ -167,6 +160,18 @@ GTBlock& SystemAccess::adopt(System& system, std::unique_ptr<GTBlock> block, con
   system.byName_.insert(&result);
   ++system.diagram_->blockCount_;
   if (!result.host().ports.empty()) netsChanged(system);
+  return result;
+}
+
+GTBlock& SystemAccess::adoptChecked(System& system, std::unique_ptr<GTBlock> block, const ustring& name,
+                                    const SourcePlace& place) {
+  GTBlock& result = adopt(system, std::move(block), name, place);
+  try {
+    result.checkDialogParameters(0);
+  } catch (...) {
+    dropLast(system);
+    throw;
+  }
   return result;
 }
 

@@ -45,6 +45,9 @@ struct SystemAccess {
   static int depth(const System& system) { return system.depth_; }
   /// Takes the block in under its name; the system owns it from here on. @throws "DuplicateBlock", "EmptyBlockName"
   static GTBlock& adopt(System& system, std::unique_ptr<GTBlock> block, const ustring& name, const SourcePlace& place);
+  /// The same for a new block of the library, which checks its parameters. @throws as above, and what the check raises
+  static GTBlock& adoptChecked(System& system, std::unique_ptr<GTBlock> block, const ustring& name,
+                               const SourcePlace& place);
   /// Ends the block placed last.
   static void dropLast(System& system);
   static void rename(GTBlock& block, const ustring& name);
