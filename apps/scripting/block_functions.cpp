@@ -5,6 +5,7 @@
 #include "apps/scripting/part_block.hpp"
 #include "apps/scripting/port_order.hpp"
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/copy_block.hpp"
 #include "embedded/block_diagram/nearest.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "embedded/block_diagram/placement.hpp"
@@ -31,7 +32,7 @@ struct NewBlock {
 
 /// @throws "PathOfNoBlock" (path), and what `system_at` raises
 NewBlock new_block_from(const Call& call, std::size_t input) {
-  const ustring path = kmf::cvarray_to_ustring(call[input]);
+  const ustring path = ustring_from(call, input);
   std::vector<ustring> names = host::splitPath(path);
   if (names.size() < 2 || names.back().empty()) kmf::throw_message(diagram_messages, "PathOfNoBlock", path);
   ustring system;
@@ -63,17 +64,39 @@ GTBlock& place_new(const std::string& type, const NewBlock& block) {
   return block.system->addBlock(block.name, type);
 }
 
-void add_block(Call& call) {
-  const std::string type = call.text(0);
-  const host::ParameterTexts parameters = pairs_from(call, 2);
-  GTBlock& block = place_new(type, new_block_from(call, 1));
+/// Sets the parameters of a block that was just placed, and takes it away again where they can't be set.
+void finish_block(Call& call, GTBlock& block, const host::ParameterValues& parameters) {
   try {
-    if (!parameters.empty()) host::setParameters(block, parameters);
+    if (!parameters.empty()) host::setParameters(block, host::textsFor(block, parameters));
   } catch (...) {
     host::removeBlock(block);
     throw;
   }
   if (call.wanted > 0) call.give(block.getHandle());
+}
+
+void add_block(Call& call) {
+  const std::string type = text_from(call, 0);
+  const host::ParameterValues parameters = pairs_from(call, 2);
+  finish_block(call, place_new(type, new_block_from(call, 1)), parameters);
+}
+
+/// On the block itself its copy would hide it, and among the ports of a side it stands last.
+void set_apart(GTBlock& copy) {
+  host::removeProperty(copy, "Position");
+  if (!host::isIoPort(copy)) return;
+  const int order = next_port_order(host::parentSystem(copy));
+  host::setParameter(copy, "Port", kmf::utf8_string_to_ustring(std::to_string(order)));
+}
+
+void copy_block(Call& call) {
+  const GTBlock& block = block_from(call, 0);
+  const NewBlock target = new_block_from(call, 1);
+  const host::ParameterValues parameters = pairs_from(call, 2);
+  if (host::isSubsystem(block)) check_subsystem_name(target.name);
+  GTBlock& copy = host::copyBlock(block, *target.system, target.name);
+  if (target.system == &host::parentSystem(block)) set_apart(copy);
+  finish_block(call, copy, parameters);
 }
 
 void delete_block(Call& call) {
@@ -82,7 +105,7 @@ void delete_block(Call& call) {
 
 void rename_block(Call& call) {
   GTBlock& block = block_from(call, 0);
-  const ustring name = kmf::cvarray_to_ustring(call[1]);
+  const ustring name = ustring_from(call, 1);
   if (host::isSubsystem(block)) check_subsystem_name(name);
   const host::System& system = host::parentSystem(block);
   const ustring before = block.getGrName();
@@ -161,7 +184,17 @@ std::vector<DiagramFunction> block_functions() {
         "Places a block, sets parameters of it, and gives its handle.",
         "The type is the name of a block of the library, such as 'physical/resistor', or 'subsystem', or 'port': a "
         "port of the subsystem around it, by default at the end of the left side (parameters 'Side' and 'Port'); or "
-        "the path of a part's file, such as './lib/fan.yaml'. A wrong parameter places nothing."}},
+        "the path of a part's file, such as './lib/fan.yaml'. Values are those that set_param takes: texts, numbers, "
+        "true and false. A wrong parameter places nothing."}},
+      {"copy_block",
+       2,
+       any_number,
+       copy_block,
+       {"copy_block(from, to)\ncopy_block(from, to, parameter, value, ...)\nh = copy_block(...)",
+        "Places a copy of a block, sets parameters of it, and gives its handle.",
+        "Both are paths; the copy may stand in another diagram. Parameters, masks and all that lies in a subsystem are "
+        "copied with their places and the lines between them, but no lines at the block's own ports. Parts stay links. "
+        "A copy beside the block has no place of its own, so that it doesn't hide the block."}},
       {"delete_block",
        1,
        1,

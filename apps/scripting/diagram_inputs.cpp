@@ -13,6 +13,7 @@ namespace {
 
 /// Beyond as many blocks the search for a near name would take longer than the user's looking.
 constexpr std::size_t most_names_to_compare = 20'000;
+constexpr std::size_t shown_width = 40;  ///< of a wrong input in a message
 
 [[noreturn]] void throw_unknown_diagram(const std::string& name) {
   std::vector<std::string> names;
@@ -56,6 +57,11 @@ GantrelObject& object_from(const Call& call, std::size_t input) {
   return *object;
 }
 
+/// Characters on one line.
+bool is_text(const cvArray_tag* array) {
+  return cvIsChar(array) && (cvIsEmpty(array) || cvGetDimensions(array)[0] == 1);
+}
+
 host::System& inside_of(GantrelObject& object) {
   if (auto* diagram = dynamic_cast<GTBlockDiagram*>(&object)) return diagram->diagram().root();
   const auto& block = dynamic_cast<const GTBlock&>(object);
@@ -85,20 +91,44 @@ host::System& system_at(const ustring& path) {
   return inside_of(object_at(path));
 }
 
-host::ParameterTexts pairs_from(const Call& call, std::size_t first) {
-  host::ParameterTexts pairs;
+host::ParameterValues pairs_from(const Call& call, std::size_t first) {
+  host::ParameterValues pairs;
   for (std::size_t i = first; i < call.size(); i += 2) {
-    if (i + 1 == call.size()) {
-      kmf::throw_message(diagram_messages, "NameWithoutValue", std::string(call.name), call.text(i));
-    }
-    pairs.emplace_back(call.text(i), kmf::cvarray_to_ustring(call[i + 1]));
+    const std::string name = host::parameterName(call[i], call.name, i + 1);
+    if (i + 1 == call.size()) kmf::throw_message(diagram_messages, "NameWithoutValue", std::string(call.name), name);
+    pairs.push_back({name, call[i + 1], call.name, i + 2});
   }
   return pairs;
 }
 
+ustring text_of(const cvArray_tag* array, const InputPlace& place) {
+  if (is_text(array)) return kmf::cvarray_to_ustring(array);
+  kmf::throw_message(diagram_messages, "NotAText", place.function, std::to_string(place.input),
+                     embedded::scripting_runtime::inline_text(array, shown_width), place.field);
+}
+
+std::vector<ustring> texts_of(const cvArray_tag* array, const InputPlace& place) {
+  std::vector<ustring> texts;
+  if (cvIsEmpty(array)) return texts;
+  for (std::size_t i = 0; cvIsCell(array) && i < cvGetNumberOfElements(array); ++i) {
+    if (is_text(cvGetCell(array, i))) texts.push_back(kmf::cvarray_to_ustring(cvGetCell(array, i)));
+  }
+  if (cvIsCell(array) && texts.size() == cvGetNumberOfElements(array)) return texts;
+  kmf::throw_message(diagram_messages, "NotTexts", place.function, std::to_string(place.input),
+                     embedded::scripting_runtime::inline_text(array, shown_width), place.field);
+}
+
+ustring ustring_from(const Call& call, std::size_t input) {
+  return text_of(call[input], {call.name, input + 1});
+}
+
+std::string text_from(const Call& call, std::size_t input) {
+  return kmf::ustring_to_utf8_string(ustring_from(call, input));
+}
+
 bool switch_from(const Call& call, std::size_t input) {
   const cvArray_tag* array = call[input];
-  const std::string text = cvIsChar(array) ? kmf::lower(call.text(input)) : std::string();
+  const std::string text = cvIsChar(array) ? kmf::lower(text_from(call, input)) : std::string();
   if (text == "on" || text == "off") return text == "on";
   const bool scalar = (cvIsLogical(array) || cvIsNumeric(array)) && cvGetNumberOfElements(array) == 1;
   if (!scalar || (cvGetScalar(array) != 0 && cvGetScalar(array) != 1)) {

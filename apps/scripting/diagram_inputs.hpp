@@ -4,6 +4,7 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "embedded/block_diagram/edit.hpp"
+#include "embedded/block_diagram/parameter_values.hpp"
 #include "embedded/scripting_runtime/builtin.hpp"
 
 #include <string>
@@ -24,8 +25,24 @@ GTBlock& block_from(const Call& call, std::size_t input);
 host::System& system_from(const Call& call, std::size_t input);
 host::System& system_at(const ustring& path);
 
-/// Pairs of name and text from the input `first` on. @throws "NameWithoutValue" (function, name)
-host::ParameterTexts pairs_from(const Call& call, std::size_t first);
+/// Pairs of name and value from the input `first` on.
+/// @throws "NameWithoutValue" (function, name), "kinemo:host:parameters" "NotAName" (function, input, what was given)
+host::ParameterValues pairs_from(const Call& call, std::size_t first);
+
+/// Where a value stands in a call, for errors.
+struct InputPlace {
+  std::string function;
+  std::size_t input;       ///< from 1
+  std::string field = {};  ///< of a structure; empty for the input itself
+};
+
+/// @throws "NotAText" (function, input, what was given, field or "")
+ustring text_of(const cvArray_tag* array, const InputPlace& place);
+ustring ustring_from(const Call& call, std::size_t input);
+std::string text_from(const Call& call, std::size_t input);
+/// The texts of a cell array; none of any empty array. @throws "NotTexts" (function, input, what was given, field or
+/// "")
+std::vector<ustring> texts_of(const cvArray_tag* array, const InputPlace& place);
 
 /// true, false, 'on', 'off', 1 or 0. @throws "NotASwitch" (function, input)
 bool switch_from(const Call& call, std::size_t input);

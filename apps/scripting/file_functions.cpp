@@ -19,7 +19,7 @@ namespace kinemo::scripting {
 namespace {
 
 void new_diagram(Call& call) {
-  const std::string name = call.text(0);
+  const std::string name = text_from(call, 0);
   host::Diagram::create(name);
   if (call.wanted > 0) call.give(name);
 }
@@ -34,7 +34,7 @@ host::Diagram* read_model(const std::string& file, const std::string& text, form
 }
 
 void open_diagram(Call& call) {
-  const std::string file = call.text(0);
+  const std::string file = text_from(call, 0);
   std::string reason;
   const auto text = formats::read_text(file, reason);
   if (!text) kmf::throw_message(diagram_messages, "CannotRead", file, reason);
@@ -49,7 +49,7 @@ void open_diagram(Call& call) {
 
 /// Where the diagram is saved to. @throws "NoFile" (name), "NotADiagramFile" (file)
 std::string file_from(const Call& call, const host::Diagram& diagram) {
-  std::string file = call.size() > 1 ? call.text(1) : diagram_file(diagram);
+  std::string file = call.size() > 1 ? text_from(call, 1) : diagram_file(diagram);
   if (file.empty()) kmf::throw_message(diagram_messages, "NoFile", diagram.name());
   const std::string extension = kmf::lower(std::filesystem::path(file).extension().string());
   if (extension != ".yaml" && extension != ".yml" && extension != ".json")

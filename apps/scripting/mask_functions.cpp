@@ -53,9 +53,9 @@ GTMaskParameter& parameter_named(GTMaskDefinition& mask, const std::string& name
 void set_properties(MaskParameterEdit& edit, const Call& call, std::size_t first) {
   for (std::size_t i = first; i < call.size(); i += 2) {
     if (i + 1 == call.size()) {
-      kmf::throw_message(diagram_messages, "NameWithoutValue", std::string(call.name), call.text(i));
+      kmf::throw_message(diagram_messages, "NameWithoutValue", std::string(call.name), text_from(call, i));
     }
-    edit.set(call.text(i), call[i + 1]);
+    edit.set(text_from(call, i), call[i + 1], {call.name, i + 2});
   }
 }
 
@@ -67,18 +67,18 @@ void mask(Call& call) {
 void set_mask(Call& call) {
   GTBlock& block = subsystem_from(call, 0);
   const bool none = cvIsNumeric(call[1]) && cvIsEmpty(call[1]);
-  MaskInterface::setMask(&block, none ? Mask() : mask_of(call[1]));
+  MaskInterface::setMask(&block, none ? Mask() : mask_of(call[1], {call.name, 2}));
 }
 
 void add_mask_parameter(Call& call) {
   GTBlock& block = subsystem_from(call, 0);
-  const std::string name = call.text(1);
+  const std::string name = text_from(call, 1);
   const Mask mask = copy_of_mask(block);
   if (find_parameter(*mask, name) != mask->parameters.end()) {
     kmf::throw_message(diagram_messages, "MaskParameterExists", name, block.getFullPath(true));
   }
   MaskParameterEdit edit(new_mask_parameter(name));
-  edit.set("value", call[2]);
+  edit.set("value", call[2], {call.name, 3});
   set_properties(edit, call, 3);
   mask->parameters.push_back(edit.done());
   MaskInterface::setMask(&block, mask);
@@ -87,7 +87,7 @@ void add_mask_parameter(Call& call) {
 /// A value that is told now goes before one that was set earlier; any other one of the block has to fit.
 void set_mask_parameter(Call& call) {
   GTBlock& block = subsystem_from(call, 0);
-  const std::string name = call.text(1);
+  const std::string name = text_from(call, 1);
   const Mask mask = copy_of_mask(block);
   GTMaskParameter& parameter = parameter_named(*mask, name, block);
   MaskParameterEdit edit(parameter);
@@ -103,7 +103,7 @@ void set_mask_parameter(Call& call) {
 
 void delete_mask_parameter(Call& call) {
   GTBlock& block = subsystem_from(call, 0);
-  const std::string name = call.text(1);
+  const std::string name = text_from(call, 1);
   const Mask mask = copy_of_mask(block);
   parameter_named(*mask, name, block);
   mask->parameters.erase(find_parameter(*mask, name));
@@ -142,7 +142,9 @@ std::vector<DiagramFunction> mask_functions() {
        {"add_mask_parameter(subsystem, name, value)\nadd_mask_parameter(subsystem, name, value, property, setting, "
         "...)",
         "Adds a parameter to the mask of a subsystem, which gets a mask where it has none.",
-        std::string("The value is a text, for an expression seen from where the subsystem stands. ") + property_help}},
+        std::string("The value is a text, for an expression seen from where the subsystem stands, or a number, a "
+                    "matrix, true or false, which are written as texts. ") +
+            property_help}},
       {"set_mask_parameter",
        4,
        any_number,

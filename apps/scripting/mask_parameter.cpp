@@ -34,10 +34,10 @@ GTPrmDesc::Type kind_named(const std::string& word) {
   kmf::throw_message(diagram_messages, "BadMaskKind", word);
 }
 
-/// Texts of a cell array; none of any empty array.
-std::vector<std::string> choices_of(const cvArray_tag* array) {
-  if (cvIsEmpty(array)) return {};
-  return kmf::cvarray_to_string_vector(array);
+std::vector<std::string> choices_of(const cvArray_tag* array, const InputPlace& place) {
+  std::vector<std::string> choices;
+  for (const ustring& choice : texts_of(array, place)) choices.push_back(kmf::ustring_to_utf8_string(choice));
+  return choices;
 }
 
 }  // namespace
@@ -62,13 +62,14 @@ GTMaskParameter new_mask_parameter(const std::string& name) {
   return parameter;
 }
 
-void MaskParameterEdit::set(const std::string& name, const cvArray_tag* setting) {
+void MaskParameterEdit::set(const std::string& name, const cvArray_tag* setting, const InputPlace& place) {
   const std::string property = property_named(name);
-  if (property == "value") parameter_.value = kmf::cvarray_to_ustring(setting);
-  if (property == "unit") parameter_.unit = kmf::cvarray_to_string(setting);
-  if (property == "prompt") parameter_.prompt = kmf::cvarray_to_string(setting);
-  if (property == "kind") parameter_.type = kind_named(kmf::cvarray_to_string(setting));
-  if (property == "choices") parameter_.choices = choices_of(setting);
+  const auto text = [&] { return kmf::ustring_to_utf8_string(text_of(setting, place)); };
+  if (property == "value") value_ = {parameter_.name, setting, place.function, place.input};
+  if (property == "unit") parameter_.unit = text();
+  if (property == "prompt") parameter_.prompt = text();
+  if (property == "kind") parameter_.type = kind_named(text());
+  if (property == "choices") parameter_.choices = choices_of(setting, place);
   set_.push_back(property);
 }
 
@@ -82,6 +83,11 @@ GTMaskParameter MaskParameterEdit::done() const {
   if (parameter.type != GTPrmDesc::POPUP && !parameter.choices.empty()) {
     if (has("choices")) kmf::throw_message(diagram_messages, "ChoicesOfNoChoice", parameter.name);
     parameter.choices.clear();
+  }
+  if (value_) {
+    const bool is_switch = parameter.type == GTPrmDesc::BOOLEAN;
+    const auto sort = is_switch ? host::ParameterSort::switched : host::ParameterSort::expression;
+    parameter.value = host::parameterText(*value_, sort);
   }
   check_mask_value(parameter, parameter.value);
   return parameter;

@@ -64,30 +64,38 @@ const cvArray_tag* told(const cvArray_tag* structure, std::size_t i, const std::
   return value != nullptr && cvIsEmpty(value) && cvIsNumeric(value) ? nullptr : value;
 }
 
-std::string text_of(const cvArray_tag* structure, const std::string& field) {
+std::string text_of_field(const cvArray_tag* structure, const std::string& field, const InputPlace& place) {
   const cvArray_tag* text = told(structure, 0, field);
-  return text != nullptr ? kmf::cvarray_to_string(text) : std::string();
+  return text != nullptr ? kmf::ustring_to_utf8_string(text_of(text, {place.function, place.input, field}))
+                         : std::string();
 }
 
-GTMaskParameter parameter_of(const cvArray_tag* structures, std::size_t i) {
+GTMaskParameter parameter_of(const cvArray_tag* structures, std::size_t i, const InputPlace& place) {
   const cvArray_tag* name = told(structures, i, "name");
   if (name == nullptr) kmf::throw_message(diagram_messages, "MaskParameterWithoutName", std::to_string(i + 1));
-  MaskParameterEdit edit(new_mask_parameter(kmf::cvarray_to_string(name)));
+  const std::string name_text = kmf::ustring_to_utf8_string(text_of(name, {place.function, place.input, "name"}));
+  MaskParameterEdit edit(new_mask_parameter(name_text));
   if (told(structures, i, "value") == nullptr) {
-    kmf::throw_message(diagram_messages, "MaskParameterWithoutValue", kmf::cvarray_to_string(name));
+    kmf::throw_message(diagram_messages, "MaskParameterWithoutValue", name_text);
   }
   for (const std::string& property : mask_properties()) {
-    if (const cvArray_tag* setting = told(structures, i, property)) edit.set(property, setting);
+    if (const cvArray_tag* setting = told(structures, i, property))
+      edit.set(property, setting, {place.function, place.input, property});
   }
   return edit.done();
 }
 
 }  // namespace
 
+cvUniquePtr structures_of(const std::vector<GTMaskParameter>& parameters) {
+  const std::size_t count = parameters.size();
+  cvUniquePtr structures(cvCreateStructMatrix(count, count != 0 ? 1 : 0, parameter_fields()));
+  for (std::size_t i = 0; i < count; ++i) tell_parameter(structures.get(), i, parameters[i]);
+  return structures;
+}
+
 cvUniquePtr structure_of(const GTMaskDefinition& mask) {
-  const std::size_t count = mask.parameters.size();
-  cvUniquePtr parameters(cvCreateStructMatrix(count, count != 0 ? 1 : 0, parameter_fields()));
-  for (std::size_t i = 0; i < count; ++i) tell_parameter(parameters.get(), i, mask.parameters[i]);
+  cvUniquePtr parameters = structures_of(mask.parameters);
   cvUniquePtr structure(cvCreateStructMatrix(1, 1, mask_fields()));
   set_text(structure.get(), 0, "type", mask.type);
   set_text(structure.get(), 0, "description", mask.description);
@@ -95,14 +103,14 @@ cvUniquePtr structure_of(const GTMaskDefinition& mask) {
   return structure;
 }
 
-boost::shared_ptr<GTMaskDefinition> mask_of(const cvArray_tag* structure) {
+boost::shared_ptr<GTMaskDefinition> mask_of(const cvArray_tag* structure, const InputPlace& place) {
   if (!cvIsStruct(structure) || cvGetNumberOfElements(structure) != 1) {
     kmf::throw_message(diagram_messages, "NotAMask", cvGetClassName(structure));
   }
   check_fields(structure, mask_fields());
   auto mask = boost::make_shared<GTMaskDefinition>();
-  mask->type = text_of(structure, "type");
-  mask->description = text_of(structure, "description");
+  mask->type = text_of_field(structure, "type", place);
+  mask->description = text_of_field(structure, "description", place);
   const cvArray_tag* parameters = told(structure, 0, "parameters");
   if (parameters == nullptr) return mask;
   if (!cvIsStruct(parameters)) {
@@ -111,7 +119,7 @@ boost::shared_ptr<GTMaskDefinition> mask_of(const cvArray_tag* structure) {
   check_fields(parameters, parameter_fields());
   std::set<std::string> names;
   for (std::size_t i = 0; i < cvGetNumberOfElements(parameters); ++i) {
-    mask->parameters.push_back(parameter_of(parameters, i));
+    mask->parameters.push_back(parameter_of(parameters, i, place));
     const std::string& name = mask->parameters.back().name;
     if (!names.insert(name).second) kmf::throw_message(diagram_messages, "MaskParameterTwice", name);
   }

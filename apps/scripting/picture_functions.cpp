@@ -22,7 +22,7 @@ embedded::drawing::Format format_from(const std::string& file) {
 gtPort* net_from(const Call& call, std::size_t input, host::Diagram& diagram) {
   if (call.size() <= input) return nullptr;
   views::UnknownName unknown;
-  gtPort* port = views::find_net(diagram, call.text(input), unknown);
+  gtPort* port = views::find_net(diagram, text_from(call, input), unknown);
   if (port == nullptr) {
     kmf::throw_message(diagram_messages, "UnknownNet", diagram.name(), unknown.text, unknown.valid);
   }
@@ -32,7 +32,7 @@ gtPort* net_from(const Call& call, std::size_t input, host::Diagram& diagram) {
 void render_diagram(Call& call) {
   host::System& system = system_from(call, 0);
   host::Diagram& diagram = system.diagram();
-  const std::string file = call.text(1);
+  const std::string file = text_from(call, 1);
   const auto format = format_from(file);
   gtPort* net = net_from(call, 2, diagram);
   host::System* only = system.owner() != nullptr ? &system : nullptr;

@@ -32,8 +32,8 @@ class NewPorts {
 };
 
 std::vector<ustring> names_from(const Call& call, std::size_t input) {
-  if (cvIsCell(call[input])) return kmf::cvarray_to_ustring_vector(call[input]);
-  return {kmf::cvarray_to_ustring(call[input])};
+  if (cvIsChar(call[input])) return {ustring_from(call, input)};
+  return texts_of(call[input], {call.name, input + 1});
 }
 
 void add_ports(Call& call) {

@@ -28,9 +28,10 @@ Reference reference_of_text(const std::string& text) {
   return {text, text.substr(0, dot), text.substr(dot + 1)};
 }
 
-Reference reference_from(const cvArray_tag* array) {
-  if (!cvIsCell(array)) return reference_of_text(kmf::cvarray_to_string(array));
-  const std::vector<std::string> parts = kmf::cvarray_to_string_vector(array);
+Reference reference_from(const cvArray_tag* array, const InputPlace& place) {
+  if (!cvIsCell(array)) return reference_of_text(kmf::ustring_to_utf8_string(text_of(array, place)));
+  std::vector<std::string> parts;
+  for (const ustring& part : texts_of(array, place)) parts.push_back(kmf::ustring_to_utf8_string(part));
   if (parts.empty() || parts.size() > 2) {
     kmf::throw_message(diagram_messages, "BadPort", formats::list_names(parts));
   }
@@ -68,9 +69,13 @@ gtPort* find_port(const Reference& reference, const host::System& system) {
 
 }  // namespace
 
+gtPort* port_of(const cvArray_tag* reference, const InputPlace& place, const host::System& system) {
+  return find_port(reference_from(reference, place), system);
+}
+
 std::vector<gtPort*> ports_from(const Call& call, std::size_t first, std::size_t end, const host::System& system) {
   std::vector<gtPort*> ports;
-  for (std::size_t i = first; i < end; ++i) ports.push_back(find_port(reference_from(call[i]), system));
+  for (std::size_t i = first; i < end; ++i) ports.push_back(port_of(call[i], {call.name, i + 1}, system));
   return ports;
 }
 

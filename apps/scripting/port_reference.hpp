@@ -13,5 +13,7 @@ namespace kinemo::scripting {
 /// @throws "BadPort" (text), "UnknownBlock" (text, system, name, nearest or ""), "UnknownPort" (block path, what is
 /// wrong, port names), "WhichPort" (block path, port names), "LineAcrossSystems" (text, system)
 std::vector<gtPort*> ports_from(const Call& call, std::size_t first, std::size_t end, const host::System& system);
+/// One of them. @throws as above, "NotAText", "NotTexts"
+gtPort* port_of(const cvArray_tag* reference, const InputPlace& place, const host::System& system);
 
 }  // namespace kinemo::scripting

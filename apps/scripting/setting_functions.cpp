@@ -26,7 +26,7 @@ void settings(Call& call) {
 
 void delete_setting(Call& call) {
   host::Diagram& diagram = diagram_from(call, 0);
-  const std::string name = call.text(1);
+  const std::string name = text_from(call, 1);
   if (host::clearSetting(diagram, name)) return;
   kmf::throw_message(diagram_messages, "NoSetting", name, diagram.name(), host::nearestName(name, names_of(diagram)));
 }

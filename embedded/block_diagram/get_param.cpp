@@ -5,6 +5,7 @@
 #include "embedded/block_diagram/edit.hpp"
 #include "embedded/block_diagram/handles.hpp"
 #include "embedded/block_diagram/host_functions.hpp"
+#include "embedded/block_diagram/parameter_values.hpp"
 #include "embedded/block_diagram/paths.hpp"
 #include "embedded/scripting_runtime/evaluate.hpp"
 #include "platform/foundation/exception.hpp"
@@ -43,21 +44,26 @@ bool isOneObject(const cvArray_tag* array) {
   return cvIsChar(array) || (cvIsNumeric(array) && cvGetNumberOfElements(array) == 1);
 }
 
-/// Pairs of name and value behind the object. @throws "NameWithoutValue", "kinemo:scripting:array" "NotText"
-ParameterTexts textsFrom(int nIn, Arguments inputs) {
+/// Pairs of name and value behind the object. @throws "NameWithoutValue", "NotAName"
+ParameterValues valuesFrom(int nIn, Arguments inputs) {
   if (nIn % 2 == 0) kmf::throw_message("kinemo:host:parameters", "NameWithoutValue");
-  ParameterTexts texts;
-  for (int i = 1; i + 1 < nIn; i += 2)
-    texts.emplace_back(kmf::cvarray_to_string(inputs[i]), kmf::cvarray_to_ustring(inputs[i + 1]));
-  return texts;
+  ParameterValues values;
+  for (std::size_t i = 1; i + 1 < static_cast<std::size_t>(nIn); i += 2) {
+    values.push_back({parameterName(inputs[i], "set_param", i + 1), inputs[i + 1], "set_param", i + 2});
+  }
+  return values;
 }
 
-void check(const GantrelObject& object, const ParameterTexts& texts) {
+/// The texts that the object is to have, once it is known that it takes them.
+ParameterTexts checkedTexts(const GantrelObject& object, const ParameterValues& values) {
   if (const auto* diagram = dynamic_cast<const GTBlockDiagram*>(&object)) {
-    for (const auto& entry : texts) checkSettingName(diagram->diagram(), entry.first);
-  } else {
-    checkParameters(dynamic_cast<const GTBlock&>(object), texts);
+    for (const ParameterValue& value : values) checkSettingName(diagram->diagram(), value.name);
+    return textsForSettings(values);
   }
+  const auto& block = dynamic_cast<const GTBlock&>(object);
+  ParameterTexts texts = textsFor(block, values);
+  checkParameters(block, texts);
+  return texts;
 }
 
 bool isBlock(const GantrelObject& object) {
@@ -72,11 +78,16 @@ void set(GantrelObject& object, const ParameterTexts& texts) {
   }
 }
 
+struct Edit {
+  GantrelObject* object;
+  ParameterTexts texts;
+};
+
 /// The blocks that were set are as before when a later one refuses.
-void setEach(const std::vector<GantrelObject*>& objects, const ParameterTexts& texts) {
+void setEach(const std::vector<Edit>& edits) {
   std::vector<std::pair<GTBlock*, ParameterTexts>> before;
   try {
-    for (GantrelObject* object : objects) {
+    for (const auto& [object, texts] : edits) {
       ParameterTexts old;
       if (isBlock(*object)) old = textsNow(dynamic_cast<GTBlock&>(*object), texts);
       set(*object, texts);
@@ -112,7 +123,7 @@ GantrelObject& objectFrom(const cvArray_tag* array) {
 
 void getParam(int, Arguments outputs, int nIn, Arguments inputs) {
   kmf::check_num_inputs(2, 2, nIn);
-  const std::string name = kmf::cvarray_to_string(inputs[1]);
+  const std::string name = parameterName(inputs[1], "get_param", 2);
   if (isOneObject(inputs[0])) {
     outputs[0] = parameterValue(objectFrom(inputs[0]), name).release();
     return;
@@ -127,18 +138,20 @@ void getParam(int, Arguments outputs, int nIn, Arguments inputs) {
 void setParam(int, Arguments, int nIn, Arguments inputs) {
   kmf::check_num_inputs(3, 1 << 20, nIn);
   scripting_runtime::refuse_in_model_evaluation("set_param");
-  const ParameterTexts texts = textsFrom(nIn, inputs);
-  std::vector<GantrelObject*> objects;
-  if (isOneObject(inputs[0])) {
-    objects.push_back(&objectFrom(inputs[0]));
-  } else {
-    forEachObject(inputs[0], [&](std::size_t, GantrelObject& object) { objects.push_back(&object); });
-  }
+  const ParameterValues values = valuesFrom(nIn, inputs);
   // A wrong name or word in the list, or for one of the objects, keeps all of them as they are.
-  for (const GantrelObject* object : objects) check(*object, texts);
+  std::vector<Edit> edits;
+  if (isOneObject(inputs[0])) {
+    GantrelObject& object = objectFrom(inputs[0]);
+    edits.push_back({&object, checkedTexts(object, values)});
+  } else {
+    forEachObject(inputs[0], [&](std::size_t, GantrelObject& object) {
+      edits.push_back({&object, checkedTexts(object, values)});
+    });
+  }
   // Diagrams come last: once the names are known to be right, nothing can fail with them.
-  std::stable_partition(objects.begin(), objects.end(), [](const GantrelObject* object) { return isBlock(*object); });
-  setEach(objects, texts);
+  std::stable_partition(edits.begin(), edits.end(), [](const Edit& edit) { return isBlock(*edit.object); });
+  setEach(edits);
 }
 
 }  // namespace embedded::block_diagram

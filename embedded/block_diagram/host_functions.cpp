@@ -24,13 +24,16 @@ struct HostFunction {
 constexpr HostFunction functions[] = {
     {"get_param", getParam, "x = get_param(object, name)\nc = get_param(objects, name)",
      "A parameter of a block, line, port or diagram, which a path or a handle names; a cell array for several."},
-    {"set_param", setParam, "set_param(object, name, text, ...)",
-     "Sets parameters of a block or settings of a diagram; all of them, or after an error none. Opaque subsystems have "
-     "parameters of any names, such as ComponentType, and the empty text takes one away."},
+    {"set_param", setParam, "set_param(object, name, value, ...)",
+     "Sets parameters of a block or settings of a diagram; all of them, or after an error none. A value is a text, or "
+     "a "
+     "real number or matrix, which is written exactly, or true or false for a switch; one with a unit sets the "
+     "parameter of its unit, too, such as R_unit. Opaque subsystems have parameters of any names, such as "
+     "ComponentType, and the empty text takes one away."},
     {"find_system", findSystem,
      "h = find_system(system, 'SearchDepth', 1, 'Variants', 'ActiveVariants', 'LookUnderMasks', 'All', 'FollowLinks', "
      "'on', 'LookUnderReadProtectedSubsystems', 'on', 'BlockType', type)",
-     "Handles of the blocks of one type in a system, as a column."},
+     "Handles of the blocks of one type in a system, as a column. blocks(system) is the list for people."},
     {"data", workspaceData, "s = data(workspace)",
      "The variables of a model's workspace as structures with the fields Name and Value."},
     {"Gantrel.dd.open", openDictionaryObject, "d = Gantrel.dd.open(file)",
