@@ -7,8 +7,13 @@ namespace kinemo::scripting {
 
 namespace {
 
+/// Place, text and rule; whoever shows the message says whether it is an error or a warning.
 kmf::Message message_of(const formats::Diagnostic& diagnostic) {
-  return kmf::Message(kmf::MessageId(diagram_messages, "Finding", formats::to_string(diagnostic)));
+  std::string text = formats::to_string(diagnostic);
+  const std::string severity = std::string(formats::to_string(diagnostic.severity)) + ": ";
+  const std::size_t place = text.find(severity + diagnostic.text);
+  if (place != std::string::npos) text.erase(place, severity.size());
+  return kmf::Message(kmf::MessageId(diagram_messages, "Finding", text));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "apps/scripting/diagram_files.hpp"
 #include "apps/scripting/diagram_inputs.hpp"
 #include "apps/scripting/diagram_table.hpp"
+#include "apps/scripting/findings.hpp"
 #include "apps/scripting/setting_names.hpp"
 #include "checks/check.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
@@ -28,7 +29,7 @@ namespace {
 
 /// @throws "BadVariable" (name)
 std::string variable_from(const Call& call, std::size_t input) {
-  const std::string name = call.text(input);
+  const std::string name = text_from(call, input);
   if (!formats::diagram::is_variable_name(name)) kmf::throw_message(diagram_messages, "BadVariable", name);
   return name;
 }
@@ -36,7 +37,7 @@ std::string variable_from(const Call& call, std::size_t input) {
 void set_variable(Call& call) {
   host::Diagram& diagram = diagram_from(call, 0);
   const std::string name = variable_from(call, 1);
-  const std::string unit = call.size() > 3 ? call.text(3) : std::string();
+  const std::string unit = call.size() > 3 ? text_from(call, 3) : std::string();
   const bool runtime = call.size() > 4 && switch_from(call, 4);
   cvUniquePtr value(cvCreateSharedCopy(call[2]));
   if (!unit.empty() || runtime) value = host::parameterObject(std::move(value), unit, runtime);
@@ -46,7 +47,7 @@ void set_variable(Call& call) {
 
 void delete_variable(Call& call) {
   host::Diagram& diagram = diagram_from(call, 0);
-  const std::string name = call.text(1);
+  const std::string name = text_from(call, 1);
   if (!diagram.workspace().clear(name)) {
     kmf::throw_message(diagram_messages, "NoVariable", name, diagram.name(),
                        formats::list_names(diagram.workspace().names()));
@@ -75,9 +76,18 @@ std::vector<std::string> domains_of(const DACompileResult& result) {
   return domains;
 }
 
+void warn_of_settings(const host::Diagram& diagram, const DACompileResult& result) {
+  formats::DiagnosticList list;
+  warn_of_setting_names(diagram, domains_of(result), diagram_file(diagram), list);
+  warn_of_findings(list);
+}
+
+enum class Settings { warned_of, left };
+
 /// @throws "NoModel" (diagram, domain or "", domains), and what the compile raises
-Compiled compiled(host::Diagram& diagram, const std::string& domain) {
+Compiled compiled(host::Diagram& diagram, const std::string& domain, Settings settings) {
   const DACompileResult result = embedded::compile_layer::compile(diagram);
+  if (settings == Settings::warned_of) warn_of_settings(diagram, result);
   if (auto picked = pick(result, domain)) return *picked;
   kmf::throw_message(diagram_messages, "NoModel", diagram.name(), domain, formats::list_names(domains_of(result)));
 }
@@ -87,7 +97,8 @@ void set_number(cvArray_tag* structure, const char* field, std::size_t number) {
 }
 
 void compile_diagram(Call& call) {
-  const Compiled done = compiled(diagram_from(call, 0), call.size() > 1 ? call.text(1) : std::string());
+  const std::string domain = call.size() > 1 ? text_from(call, 1) : std::string();
+  const Compiled done = compiled(diagram_from(call, 0), domain, Settings::warned_of);
   if (call.wanted == 0) return;
   const views::ModelCounts counts = views::count(done.model);
   cvUniquePtr summary(cvCreateStructMatrix(1, 1, {"domain"}));
@@ -163,7 +174,7 @@ cvUniquePtr pins_of(const views::Net& net) {
 
 void nets(Call& call) {
   host::Diagram& diagram = diagram_from(call, 0);
-  const std::vector<views::Net> all = views::make_nets(compiled(diagram, {}).model, diagram);
+  const std::vector<views::Net> all = views::make_nets(compiled(diagram, {}, Settings::left).model, diagram);
   cvUniquePtr told(cvCreateStructMatrix(all.size(), all.empty() ? 0 : 1, {"name", "pins"}));
   for (std::size_t i = 0; i < all.size(); ++i) {
     cvSetField(told.get(), i, "name", cvCreateString(all[i].name));
@@ -183,8 +194,9 @@ std::vector<DiagramFunction> model_functions() {
        {"set_variable(diagram, name, value)\nset_variable(diagram, name, value, unit)\n"
         "set_variable(diagram, name, value, unit, runtime)",
         "Sets a variable of a diagram's workspace.",
-        "A number takes the unit, a value that has one is converted to it; '' is none. With runtime 'on' or true the "
-        "variable stays tunable in compiled models."}},
+        "A number takes the unit, a value that has one is converted to it; '' is none. With runtime 'on' or true it is "
+        "a run-time parameter, which stays tunable in a compiled model where the setting PropagateRuntimeParameters of "
+        "the diagram is 'on' and the block parameter that follows it is 'runtime', such as R_conf for R."}},
       {"delete_variable",
        2,
        2,
@@ -197,7 +209,7 @@ std::vector<DiagramFunction> model_functions() {
        {"compile_diagram(diagram)\nsummary = compile_diagram(diagram)\nsummary = compile_diagram(diagram, domain)",
         "Compiles a diagram; the summary has the domain's name and counts of its model.",
         "The graph stays with the domain until the diagram is closed or compiled again. All errors of the blocks are "
-        "told in one error."}},
+        "told in one error. A setting that is nearly one which a domain asks for is a warning."}},
       {"check_diagram",
        1,
        1,

@@ -123,6 +123,9 @@ TEST_F(MaskFunctions, CheckTellsASettingThatIsNearlyOneWhichADomainAsksFor) {
   script("found = check_diagram('m');");
   EXPECT_EQ(1, number("numel(found)"));
   EXPECT_THAT(text_of("found.text"), HasSubstr("did you mean 'ReferenceTemperature'?"));
+  EXPECT_EQ(std::vector<std::string>{}, leaks.take_warnings());
+  run("compile_diagram('m')");
+  EXPECT_EQ(std::vector<std::string>{"kinemo:scripting:diagram:Finding"}, leaks.take_warnings());
 }
 
 TEST_F(MaskFunctions, ANameThatReadersOfJsonWouldNotFindTheEndOfIsRefusedThere) {
@@ -157,7 +160,6 @@ TEST_F(MaskFunctions, BadInputsAreToldAndChangeNothing) {
       {"add_mask_parameter('m/S', 'R', '2')", "MaskParameterExists(R, m/S)"},
       {"add_mask_parameter('m/S', '2x', '2')", "BadMaskParameter(2x)"},
       {"add_mask_parameter('m/S', 'Opaque', '2')", "MaskParameterHides(Opaque)"},
-      {"add_mask_parameter('m/S', 'C', 2)", "kinemo:scripting:array:NotText("},
       {"add_mask_parameter('m/S', 'C', '2', 'unit')", "NameWithoutValue(add_mask_parameter, unit)"},
       {"add_mask_parameter('m/S', 'C', '2', 'promt', 'x')", "UnknownMaskProperty(promt, prompt)"},
       {"add_mask_parameter('m/S', 'C', '2', 'kind', 'number')", "BadMaskKind(number)"},
@@ -179,7 +181,7 @@ TEST_F(MaskFunctions, BadInputsAreToldAndChangeNothing) {
       {"add_ports('m', 'a')", "kinemo:host:diagram:PortAtTop(a)"},
       {"add_ports('m/V', 'a')", "NoInside(m/V, GL Core Block)"},
       {"add_ports('m/S', {'a', 'b'}, {'c', 'R1'})", "kinemo:host:diagram:DuplicateBlock(R1, m/S)"},
-      {"add_ports('m/S', {'a', 5})", "kinemo:scripting:array:NotText("},
+      {"add_ports('m/S', {'a', 5})", "NotTexts(add_ports, 2, "},
       {"add_block([folder '/none.yaml'], 'm/P')", "CannotPlacePart("},
       {"add_block([folder '/part.yaml'], 'm/P')", "CannotPlacePart("},
       {"add_block([folder '/self.yaml'], 'm/P')", "CannotPlacePart("},
