@@ -15,8 +15,8 @@ namespace {
 
 std::vector<DiagramFunction> all_functions() {
   std::vector<DiagramFunction> all;
-  for (const auto list : {file_functions, block_functions, port_functions, line_functions, mask_functions,
-                          setting_functions, model_functions, picture_functions}) {
+  for (const auto list : {file_functions, block_functions, list_functions, port_functions, line_functions,
+                          mask_functions, setting_functions, model_functions, picture_functions}) {
     const std::vector<DiagramFunction> rows = list();
     all.insert(all.end(), rows.begin(), rows.end());
   }

@@ -2,6 +2,7 @@
 
 #include "apps/scripting/diagram_table.hpp"
 #include "apps/scripting/port_reference.hpp"
+#include "embedded/scripting_runtime/display.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
@@ -34,12 +35,49 @@ std::vector<const host::Line*> lines_at(const std::vector<gtPort*>& ports, const
   return lines;
 }
 
-void add_line(Call& call) {
-  host::System& system = system_from(call, 0);
-  const std::vector<gtPort*> ports = ports_from(call, 1, call.size(), system);
-  if (std::all_of(ports.begin(), ports.end(), [&](const gtPort* port) { return port == ports.front(); })) {
+/// A line of one port means something only where it names the port's net. @throws "LineJoinsNothing" (ports)
+void check_line(const std::vector<gtPort*>& ports, const ustring& name) {
+  const bool one = std::all_of(ports.begin(), ports.end(), [&](const gtPort* port) { return port == ports.front(); });
+  if (one && (name.empty() || ports.empty())) {
     kmf::throw_message(diagram_messages, "LineJoinsNothing", port_list(ports));
   }
+}
+
+struct NewLine {
+  std::vector<gtPort*> ports;
+  ustring name;
+};
+
+/// One element of what `lines` tells. @throws "NotLines" (input, what was given), and what `port_of` raises
+NewLine line_of(const Call& call, std::size_t input, std::size_t i, const host::System& system) {
+  const cvArray_tag* const ports = cvGetField(call[input], i, "ports");
+  if (ports == nullptr || !cvIsCell(ports)) {
+    kmf::throw_message(diagram_messages, "NotLines", std::to_string(input + 1),
+                       embedded::scripting_runtime::inline_text(call[input], 60));
+  }
+  const InputPlace place{call.name, input + 1, "ports"};
+  NewLine line;
+  for (std::size_t k = 0; k < cvGetNumberOfElements(ports); ++k) {
+    line.ports.push_back(port_of(cvGetCell(ports, k), place, system));
+  }
+  const cvArray_tag* const name = cvGetField(call[input], i, "name");
+  if (name != nullptr) line.name = text_of(name, {call.name, input + 1, "name"});
+  check_line(line.ports, line.name);
+  return line;
+}
+
+/// All of the list or, after an error, none.
+void add_lines(const Call& call, std::size_t input, host::System& system) {
+  std::vector<NewLine> all;
+  for (std::size_t i = 0; i < cvGetNumberOfElements(call[input]); ++i) all.push_back(line_of(call, input, i, system));
+  for (const NewLine& line : all) system.addLine(line.ports, line.name);
+}
+
+void add_line(Call& call) {
+  host::System& system = system_from(call, 0);
+  if (call.size() == 2 && cvIsStruct(call[1])) return add_lines(call, 1, system);
+  const std::vector<gtPort*> ports = ports_from(call, 1, call.size(), system);
+  check_line(ports, {});
   system.addLine(ports);
 }
 
@@ -52,7 +90,7 @@ void delete_line(Call& call) {
 /// A port without a line gets a stub, which names its net.
 void name_line(Call& call) {
   host::System& system = system_from(call, 0);
-  const ustring name = kmf::cvarray_to_ustring(call[2]);
+  const ustring name = ustring_from(call, 2);
   gtPort* const port = ports_from(call, 1, 2, system).front();
   const std::vector<const host::Line*> lines = host::linesAt(*port);
   if (!lines.empty()) return host::renameLine(system, *lines.front(), name);
@@ -63,10 +101,11 @@ void name_line(Call& call) {
 
 std::vector<DiagramFunction> line_functions() {
   return {{"add_line",
-           3,
+           2,
            any_number,
            add_line,
-           {"add_line(system, port, port, ...)", "Joins ports of a system by a line.",
+           {"add_line(system, port, port, ...)\nadd_line(system, list)",
+            "Joins ports of a system by a line, or by those of a list as lines(system) tells it.",
             "The system is a diagram or a subsystem. A port is 'Block.port', the name alone of a block with one port, "
             "or {'Block 1.5', 'port'} where a name holds a full stop."}},
           {"delete_line",
