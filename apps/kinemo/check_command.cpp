@@ -47,8 +47,10 @@ std::string counted(std::size_t number, const char* noun) {
 
 formats::DiagnosticList find_all(Session& session, embedded::block_diagram::Diagram*& diagram) {
   formats::DiagnosticList list;
-  diagram = session.read(list);
-  if (diagram != nullptr) {
+  // A picture shows what could be read; rules would only find what is missing for that.
+  const bool draws = !session.options().picture.empty();
+  diagram = session.read(list, draws ? formats::OnErrors::keep : formats::OnErrors::close);
+  if (diagram != nullptr && !list.has_errors()) {
     const boost::optional<CompiledModel> compiled = session.compile(*diagram, list);
     checks::run_rules({*diagram, compiled ? &compiled->model : nullptr, session.model_file()}, list);
     session.console().end_stage("check");
@@ -61,7 +63,7 @@ void draw_findings(Session& session, embedded::block_diagram::Diagram* diagram, 
   const std::string& file = session.options().picture;
   if (file.empty()) return;
   if (diagram == nullptr) {
-    session.console().info("there is no picture, as the model can't be read");
+    session.console().info("there is no picture, as nothing of the model can be read");
     return;
   }
   write_picture(session, *diagram,

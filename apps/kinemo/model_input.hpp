@@ -3,6 +3,7 @@
 
 #include "apps/kinemo/options.hpp"
 #include "formats/diagnostics.hpp"
+#include "formats/on_errors.hpp"
 
 #include <string>
 
@@ -14,9 +15,9 @@ namespace kinemo::app {
 
 class Console;
 
-/// Reads the model that the options name; `shown` names it in messages. Null where it has errors, which are in the list
-/// then. @throws UsageError where the file can't be read
+/// Reads the model that the options name; `shown` names it in messages. Where it has errors, which are in the list
+/// then, the result is null unless they are kept. @throws UsageError where the file can't be read
 embedded::block_diagram::Diagram* read_model(const Options& options, const std::string& shown, Console& console,
-                                             formats::DiagnosticList& list);
+                                             formats::DiagnosticList& list, formats::OnErrors on_errors);
 
 }  // namespace kinemo::app

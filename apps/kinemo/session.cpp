@@ -104,20 +104,20 @@ std::string Session::model_file() const {
   return options_.model == "-" ? "<stdin>" : options_.model;
 }
 
-embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list) {
-  return read(options_, model_file(), list);
+embedded::block_diagram::Diagram* Session::read(formats::DiagnosticList& list, formats::OnErrors on_errors) {
+  return read(options_, model_file(), list, on_errors);
 }
 
 embedded::block_diagram::Diagram* Session::read(const Options& options, const std::string& shown,
-                                                formats::DiagnosticList& list) {
+                                                formats::DiagnosticList& list, formats::OnErrors on_errors) {
   console_.progress("reading", 0, 0);
   const embedded::scripting_runtime::ModelEvaluation evaluation;
   kmf::embedded::WarningCapture warnings;
-  embedded::block_diagram::Diagram* diagram = read_model(options, shown, console_, list);
+  embedded::block_diagram::Diagram* diagram = read_model(options, shown, console_, list, on_errors);
   if (diagram != nullptr) define_variables(options.definitions, *diagram, list);
   add_warnings(warnings, shown, list);
   console_.end_stage("read");
-  return list.has_errors() ? nullptr : diagram;
+  return list.has_errors() && on_errors == formats::OnErrors::close ? nullptr : diagram;
 }
 
 boost::optional<CompiledModel> Session::compile(embedded::block_diagram::Diagram& diagram,
@@ -150,7 +150,7 @@ bool Session::open_models() {
     Options one = options_;
     one.model = file;
     formats::DiagnosticList list;
-    const embedded::block_diagram::Diagram* diagram = read(one, file, list);
+    const embedded::block_diagram::Diagram* diagram = read(one, file, list, formats::OnErrors::close);
     if (diagram != nullptr) scripting::keep_diagram_file(*diagram, file);
     right = diagram != nullptr && right;
     console_.diagnostics(list);

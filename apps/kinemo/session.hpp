@@ -5,6 +5,7 @@
 #include "apps/kinemo/options.hpp"
 #include "embedded/environment/environment.hpp"
 #include "formats/diagnostics.hpp"
+#include "formats/on_errors.hpp"
 #include "platform/graph_core/graph.hpp"
 
 #include <boost/optional.hpp>
@@ -39,8 +40,9 @@ class Session {
   /// How messages name the model's file.
   std::string model_file() const;
 
-  /// Reads the model; null where it has errors, which are in the list then. @throws UsageError
-  embedded::block_diagram::Diagram* read(formats::DiagnosticList& list);
+  /// Reads the model; where it has errors, which are in the list then, null or what could be read. @throws UsageError
+  embedded::block_diagram::Diagram* read(formats::DiagnosticList& list,
+                                         formats::OnErrors on_errors = formats::OnErrors::close);
   /// Opens the models that a script works with, and tells their errors on standard error. Whether all are right.
   /// @throws UsageError
   bool open_models();
@@ -52,7 +54,7 @@ class Session {
  private:
   void load_domains();
   embedded::block_diagram::Diagram* read(const Options& options, const std::string& shown,
-                                         formats::DiagnosticList& list);
+                                         formats::DiagnosticList& list, formats::OnErrors on_errors);
 
   const Options& options_;
   Console& console_;

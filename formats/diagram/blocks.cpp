@@ -135,6 +135,25 @@ bool is_free(const Scope& scope, const YamlNode& key) {
   return false;
 }
 
+/// For a block of an unknown kind, a part that can't be read, and the like.
+void add_stand_in(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {
+  scope.guarded(node, [&] {
+    GTBlock& block = scope.system->addSubsystem(kmf::utf8_string_to_ustring(key.text), scope.host_place(key));
+    host::setParameter(block, "Opaque", u"on");
+    reading.stand_ins.insert(&block);
+    if (node.is_mapping()) read_place(scope, block, node);
+  });
+}
+
+/// False when the block has faults; it is there all the same, unless its name is no name.
+bool read_block_or_stand_in(Reading& reading, const Scope& scope, const YamlNode& key, const YamlNode& node) {
+  if (!is_free(scope, key)) return false;
+  if (read_block(reading, scope, key, node)) return true;
+  const bool made = key.text.empty() || scope.system->find(kmf::utf8_string_to_ustring(key.text)) != nullptr;
+  if (!made) add_stand_in(reading, scope, key, node);
+  return false;
+}
+
 std::set<std::string> read_blocks(Reading& reading, const Scope& scope, const YamlNode& blocks) {
   std::set<std::string> broken;
   if (!expect_mapping(scope, blocks, "'blocks'")) return broken;
@@ -142,7 +161,7 @@ std::set<std::string> read_blocks(Reading& reading, const Scope& scope, const Ya
     const YamlNode& key = blocks.key(i);
     const Scope inner = scope.at_block(key.text);
     if (key.text.empty()) scope.error(key, "diagram:bad-value", "a block's name is empty");
-    if (!is_free(inner, key) || !read_block(reading, inner, key, blocks.value(i))) broken.insert(key.text);
+    if (!read_block_or_stand_in(reading, inner, key, blocks.value(i))) broken.insert(key.text);
     if (reading.diagram->blockCount() > block_limit) break;
   }
   return broken;
@@ -174,7 +193,7 @@ void read_system(Reading& reading, const PendingSystem& at) {
   if (variant != nullptr && at.system->owner() != nullptr) return read_variant(reading, at, *variant);
   std::set<std::string> broken;
   if (const YamlNode* blocks = at.contents->find("blocks")) broken = read_blocks(reading, scope, *blocks);
-  if (const YamlNode* lines = at.contents->find("lines")) read_lines(scope, *lines, broken);
+  if (const YamlNode* lines = at.contents->find("lines")) read_lines(reading, scope, *lines, broken);
 }
 
 const std::vector<std::string>& Reading::prototypes() {

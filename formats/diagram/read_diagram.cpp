@@ -56,7 +56,8 @@ void read_pending(Reading& reading, const Scope& scope, const YamlNode& node) {
   scope.error(node, "diagram:too-big", "the diagram has more than " + std::to_string(block_limit) + " blocks");
 }
 
-host::Diagram* read_diagram_text(const std::string& text, const std::string& name, DiagnosticList& problems) {
+host::Diagram* read_diagram_text(const std::string& text, const std::string& name, DiagnosticList& problems,
+                                 OnErrors on_errors) {
   Reading reading(problems);
   std::error_code ignored;
   std::filesystem::path location = std::filesystem::weakly_canonical(name, ignored);
@@ -69,14 +70,15 @@ host::Diagram* read_diagram_text(const std::string& text, const std::string& nam
   }
   if (!reading.report.has_errors()) return reading.diagram;
   problems.sort();
+  if (on_errors == OnErrors::keep) return reading.diagram;
   if (reading.diagram != nullptr) host::Diagram::close(*reading.diagram);
   return nullptr;
 }
 
-host::Diagram* read_diagram(const std::string& path, DiagnosticList& problems) {
+host::Diagram* read_diagram(const std::string& path, DiagnosticList& problems, OnErrors on_errors) {
   std::string reason;
   const auto text = read_text(path, reason);
-  if (text) return read_diagram_text(*text, path, problems);
+  if (text) return read_diagram_text(*text, path, problems, on_errors);
   problems.error("diagram:unreadable", {path, 0, 0}, "the file can't be read: " + reason);
   return nullptr;
 }

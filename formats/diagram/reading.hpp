@@ -12,6 +12,7 @@
 #include <set>
 #include <string>
 #include <tuple>
+#include <unordered_set>
 #include <vector>
 
 namespace kinemo::formats::diagram {
@@ -32,6 +33,8 @@ class Reading {
   LinkedFiles files;
   host::Diagram* diagram = nullptr;
   std::vector<PendingSystem> pending;
+  /// Opaque subsystems in the place of blocks that can't be made. Only who keeps a diagram with faults sees them.
+  std::unordered_set<const GTBlock*> stand_ins;
 
   Scope scope(const PendingSystem& at) { return {report, *at.file, at.links, at.system}; }
   const LinkStep* link(const ModelFile& file, const LinkStep* outer) {
@@ -69,7 +72,7 @@ void read_variant(Reading& reading, const PendingSystem& at, const YamlNode& var
 /// Position, rotation and mirroring, kept as properties "Position", "Rotation" and "Mirror".
 bool read_place(const Scope& scope, GTBlock& block, const YamlNode& node);
 /// `broken` names blocks that already have faults: lines to them say nothing more.
-void read_lines(const Scope& scope, const YamlNode& lines, const std::set<std::string>& broken);
+void read_lines(const Reading& reading, const Scope& scope, const YamlNode& lines, const std::set<std::string>& broken);
 
 // --- what is known of a subsystem before it is made
 

@@ -1,5 +1,6 @@
 #include "formats/diagram/scope.hpp"
 
+#include "embedded/block_diagram/paths.hpp"
 #include "formats/names.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
@@ -38,6 +39,13 @@ std::string Scope::path() const {
   return block.empty() ? path : path + "/" + block;
 }
 
+DiagnosticObject Scope::object() const {
+  if (system == nullptr) return {};
+  ustring path = system->path();
+  if (!block.empty()) path += u"/" + host::escapedName(kmf::utf8_string_to_ustring(block));
+  return {kmf::ustring_to_utf8_string(path), {}, false};
+}
+
 namespace {
 
 void add_notes(Diagnostic& diagnostic, const Scope& scope, const std::string& valid) {
@@ -48,14 +56,20 @@ void add_notes(Diagnostic& diagnostic, const Scope& scope, const std::string& va
 
 }  // namespace
 
-void Scope::error(const YamlNode& at, const std::string& rule, const std::string& text,
-                  const std::string& valid) const {
-  if (Diagnostic* diagnostic = report.error(rule, place(at), text)) add_notes(*diagnostic, *this, valid);
+void Scope::error(const YamlNode& at, const std::string& rule, const std::string& text, const std::string& valid,
+                  const std::optional<DiagnosticObject>& object) const {
+  Diagnostic* diagnostic = report.error(rule, place(at), text);
+  if (diagnostic == nullptr) return;
+  add_notes(*diagnostic, *this, valid);
+  diagnostic->objects.push_back(object.value_or(this->object()));
 }
 
 void Scope::warning(const YamlNode& at, const std::string& rule, const std::string& text,
                     const std::string& valid) const {
-  if (Diagnostic* diagnostic = report.warning(rule, place(at), text)) add_notes(*diagnostic, *this, valid);
+  Diagnostic* diagnostic = report.warning(rule, place(at), text);
+  if (diagnostic == nullptr) return;
+  add_notes(*diagnostic, *this, valid);
+  diagnostic->objects.push_back(object());
 }
 
 bool Scope::guarded(const YamlNode& at, const std::function<void()>& operation) const {
@@ -68,6 +82,7 @@ bool Scope::guarded(const YamlNode& at, const std::function<void()>& operation) 
     if (Diagnostic* diagnostic = report.error(rule, place(at), data.text)) {
       for (const kmf::ErrorData& cause : data.causes) diagnostic->notes.push_back({cause.text, {}});
       add_notes(*diagnostic, *this, {});
+      diagnostic->objects.push_back(object());
     }
     return false;
   }

@@ -56,11 +56,15 @@ struct Scope {
   host::SourcePlace host_place(const YamlNode& node) const {
     return {file.name, static_cast<int>(node.line), static_cast<int>(node.column)};
   }
-  /// Path of the block or system, UTF-8; empty when there is none yet.
+  /// Path of the block or system as messages show it, UTF-8; empty when there is none yet.
   std::string path() const;
+  /// The block, or else the system.
+  DiagnosticObject object() const;
 
-  /// Tells an error, with the path and what would be `valid` as notes.
-  void error(const YamlNode& at, const std::string& rule, const std::string& text, const std::string& valid = {}) const;
+  /// Tells an error, with the path and what would be `valid` as notes. It is about the object, or else about the block
+  /// or system.
+  void error(const YamlNode& at, const std::string& rule, const std::string& text, const std::string& valid = {},
+             const std::optional<DiagnosticObject>& object = {}) const;
   void warning(const YamlNode& at, const std::string& rule, const std::string& text,
                const std::string& valid = {}) const;
   /// Runs an operation of the host and tells what it raises at `at`; false when it raised.

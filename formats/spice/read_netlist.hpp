@@ -4,6 +4,7 @@
 #include <string>
 
 #include "formats/diagnostics.hpp"
+#include "formats/on_errors.hpp"
 
 namespace embedded::block_diagram {
 class Diagram;
@@ -13,10 +14,12 @@ namespace kinemo::formats::spice {
 
 struct Options {
   std::string model_name;  ///< empty: the file's stem, made an identifier
+  OnErrors on_errors = OnErrors::close;
 };
 
-/// Reads a netlist with all that it includes into a new diagram, which the host owns until it is closed. Null when
-/// errors were added to the list; there is no diagram then.
+/// Reads a netlist with all that it includes into a new diagram, which the host owns until it is closed. When
+/// errors were added to the list the result is null, and there is no diagram, unless the caller keeps what could be
+/// read; then the errors name the blocks that they are about.
 embedded::block_diagram::Diagram* read_netlist(const std::string& path, const Options& options,
                                                DiagnosticList& diagnostics);
 

@@ -75,6 +75,7 @@ TEST_F(Render, WhatIsWrongLeavesNoFile) {
     std::string message;
   };
   write("broken.yaml", "kinemo: 1\nblocks: {R: {type: physical/resistr}}\n");
+  write("cut.yaml", "kinemo: 1\nblocks: {R: [\n");
   const std::vector<Case> cases{
       {{"render", "model.yaml"}, 2, "-o FILE.svg, .png or .pdf is required"},
       {{"render", "model.yaml", "-o", "out.gif"}, 2, "'out.gif' tells no kind of picture"},
@@ -83,14 +84,14 @@ TEST_F(Render, WhatIsWrongLeavesNoFile) {
       {{"render", "model.yaml", "-o", "out.svg", "--net", "R.q"}, 2, "valid: 'p', 'n'"},
       {{"render", "broken.yaml", "-o", "out.svg"}, 1, "did you mean 'physical/resistor'?"},
       {{"check", "model.yaml", "--picture", "out.txt"}, 2, "'out.txt' tells no kind of picture"},
-      {{"check", "broken.yaml", "--picture", "out.svg"}, 1, "there is no picture"},
+      {{"check", "cut.yaml", "--picture", "out.svg"}, 1, "there is no picture"},
   };
   for (const Case& row : cases) {
     const ProgramRun refused = run(row.arguments);
     EXPECT_EQ(row.exit_code, refused.exit_code) << row.message;
     EXPECT_THAT(refused.errors, HasSubstr(row.message));
   }
-  EXPECT_THAT(files(), ::testing::UnorderedElementsAre("broken.yaml", "model.yaml"));
+  EXPECT_THAT(files(), ::testing::UnorderedElementsAre("broken.yaml", "cut.yaml", "model.yaml"));
 }
 
 TEST_F(Render, ACheckOutlinesWhatItFinds) {
@@ -99,6 +100,13 @@ TEST_F(Render, ACheckOutlinesWhatItFinds) {
   EXPECT_EQ(0, run({"check", "model.yaml", "--picture", "found.svg"}).exit_code);
   EXPECT_EQ(0, run({"render", "model.yaml", "-o", "plain.svg"}).exit_code);
   EXPECT_NE(read("plain.svg"), read("found.svg"));
+  write("broken.yaml", "kinemo: 1\nblocks: {R: {type: physical/resistr}}\n");
+  write("broken.cir", "title\nr1 a 0 1k\na1 a 0 kind\n.end\n");
+  for (const std::string file : {"broken.yaml", "broken.cir"}) {
+    EXPECT_EQ(1, run({"check", file, "--picture", "found.svg"}).exit_code);
+    EXPECT_THAT(read("found.svg"), HasSubstr("stroke:rgb(85%,10%,10%)")) << file;
+    EXPECT_EQ(1, run({"render", file, "-o", "plain.svg"}).exit_code) << "only a check shows what could be read";
+  }
 }
 
 }  // namespace

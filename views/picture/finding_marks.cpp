@@ -1,5 +1,6 @@
 #include "views/picture/finding_marks.hpp"
 
+#include "embedded/block_diagram/paths.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 #include "views/systems.hpp"
@@ -10,14 +11,27 @@ namespace kinemo::views::picture {
 
 namespace {
 
-const GTBlock* block_of(const host::Diagram& diagram, const formats::DiagnosticObject& object) {
-  const std::string path = relative_path(kmf::utf8_string_to_ustring(object.block));
-  return path.empty() ? nullptr : diagram.findBlock(kmf::utf8_string_to_ustring(path));
+/// The innermost block of the path that there is; null for none.
+const GTBlock* nearest_block(const host::Diagram& diagram, const ustring& path) {
+  const GTBlock* nearest = nullptr;
+  const host::System* system = &diagram.root();
+  for (const ustring& name : host::splitPath(path)) {
+    const GTBlock* block = system != nullptr ? system->find(name) : nullptr;
+    if (block == nullptr) break;
+    nearest = block;
+    system = host::contents(*block);
+  }
+  return nearest;
 }
 
 void mark(const host::Diagram& diagram, const formats::DiagnosticObject& object, Marks& marks) {
-  const GTBlock* block = block_of(diagram, object);
-  if (block == nullptr) return;
+  const ustring path = kmf::utf8_string_to_ustring(relative_path(kmf::utf8_string_to_ustring(object.block)));
+  if (path.empty()) return;
+  const GTBlock* block = diagram.findBlock(path);
+  if (block == nullptr) {
+    if (const GTBlock* around = nearest_block(diagram, path)) marks.add_block(*around);
+    return;
+  }
   gtPort* port = object.port.empty() ? nullptr : find_port(*block, object.port);
   if (port == nullptr) return marks.add_block(*block);
   if (object.net) return marks.add_net(*port);

@@ -2,6 +2,7 @@
 #include "formats/read_text.hpp"
 #include "tests/support/physical_environment.hpp"
 #include "tests/support/temporary_folder.hpp"
+#include "views/picture/finding_marks.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -81,10 +82,23 @@ class DiagramErrors : public test::PhysicalEnvironment {
     EXPECT_TRUE(embedded::block_diagram::Diagram::open().empty()) << "a diagram is left open";
     std::vector<Expected> left = error_case.expected;
     for (const Diagnostic& diagnostic : problems.all()) take(left, diagnostic);
+    expect_same_when_kept(problems);
     for (const Expected& missing : left) {
       ADD_FAILURE() << "not told: " << missing.file << ":" << missing.line << " " << missing.rule << ": "
                     << missing.text;
     }
+  }
+
+  /// Who keeps what could be read is told the same, and gets a diagram unless it couldn't even be begun.
+  void expect_same_when_kept(const DiagnosticList& problems) {
+    DiagnosticList again;
+    auto* kept = read_diagram((folder.path() / "model.yaml").string(), again, OnErrors::keep);
+    EXPECT_EQ(test::all_text(problems), test::all_text(again));
+    if (kept == nullptr) return;
+    EXPECT_FALSE(views::picture::make_picture(
+                     *kept, views::picture::picture_of_findings(*kept, again, embedded::drawing::Format::Pdf))
+                     .empty());
+    embedded::block_diagram::Diagram::close(*kept);
   }
 
   void take(std::vector<Expected>& left, const Diagnostic& diagnostic) {
@@ -121,6 +135,8 @@ TEST_F(DiagramErrors, NameTheBlockInANote) {
   EXPECT_EQ(nullptr, read_diagram_text(text, "m.yaml", problems));
   ASSERT_EQ(1U, problems.all().size());
   EXPECT_EQ("in m/S/R", problems.all().front().notes.back().text);
+  ASSERT_EQ(1U, problems.all().front().objects.size());
+  EXPECT_EQ("m/S/R", problems.all().front().objects.front().block);
 }
 
 TEST_F(DiagramErrors, OfAnUnreadableFileHaveNoLine) {

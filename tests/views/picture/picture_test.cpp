@@ -266,6 +266,36 @@ TEST_F(Picture, FindingsAreMarkedInEverySystemOnTheWay) {
   EXPECT_THAT(marked(picture_of_findings(diagram, {}, embedded::drawing::Format::Pdf)), ElementsAre("m"));
 }
 
+TEST_F(Picture, AFileWithFaultsIsDrawnAsFarAsItCouldBeRead) {
+  formats::DiagnosticList findings;
+  host::Diagram* diagram = formats::diagram::read_diagram_text(R"(kinemo: 1
+name: m
+blocks:
+  R: {type: physical/resistor, parameters: {Q: 1}}
+  U/2: {type: physical/resistr}
+  V: {type: physical/voltage_source}
+  S: {type: subsystem, ports: {left: [a]}, blocks: {C: {type: physical/capacitor}}, lines: [[a, C.q]]}
+  G: {type: physical/electrical_reference}
+lines:
+  - [R.p, U/2.x, V.p]
+  - [R.n, U/2.y]
+  - [Nobody.p, G, V.n]
+)",
+                                                               "m.yaml", findings, formats::OnErrors::keep);
+  ASSERT_NE(nullptr, diagram);
+  EXPECT_EQ(4u, findings.error_count()) << test::all_text(findings);
+  const PictureRequest request = picture_of_findings(*diagram, findings, embedded::drawing::Format::Pdf);
+  std::set<ustring> blocks;
+  for (const GTBlock* block : request.marks.blocks) blocks.insert(block->getGrName());
+  EXPECT_THAT(blocks, UnorderedElementsAre(u"R", u"U/2", u"S", u"C"));
+  std::set<ustring> ports;
+  for (const gtPort* port : request.marks.ports) ports.insert(port->getGrOwnerBlock()->getGrName());
+  EXPECT_THAT(ports, UnorderedElementsAre(u"G", u"V")) << "of the net that Nobody was to join";
+  std::map<ustring, std::size_t> nets;
+  for (const SceneNet& net : scene(diagram->root()).nets) nets[net.name] = net.ports->size();
+  EXPECT_THAT(nets, UnorderedElementsAre(std::pair(u"R.p", 3u), std::pair(u"R.n", 2u), std::pair(u"G", 2u)));
+}
+
 TEST_F(Picture, AnyNameAndAnySizeCanBeDrawn) {
   host::Diagram& diagram = read(
       "kinemo: 1\nblocks:\n"
