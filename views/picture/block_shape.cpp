@@ -23,7 +23,6 @@ namespace {
 constexpr double port_distance = 20;
 constexpr double name_share = 0.9;
 constexpr double value_share = 0.8;
-constexpr double caption_distance = 4;
 constexpr std::size_t longest_name = 32;
 
 double rounded_up(double length, double step) {
@@ -152,7 +151,10 @@ void ShapeMaker::add_captions(BlockShape& shape) {
   if (host::isIoPort(block)) {
     const double point = points_right(block) ? -3 : 3;
     const layout::Point middle{shape.box.size.width / 2 + point, shape.box.size.height / 2};
-    shape.captions.push_back({name, middle, GT_ALIGN_CENTER, GT_ALIGN_MIDDLE, name_share, false});
+    const double room = shape.box.size.width - shape.box.size.height / 2;
+    const auto width = [&](const ustring& text) { return measure_(text, name_share).width; };
+    shape.captions.push_back(
+        {drawing::fitted(name, room, width), middle, GT_ALIGN_CENTER, GT_ALIGN_MIDDLE, name_share, false});
     return;
   }
   const bool beside = has_pin(shape.box, layout::Direction::down);

@@ -38,6 +38,7 @@ class ShapeMaker {
   layout::Size label_size(const ustring& text);
   /// Of a name beside a line.
   layout::Size net_name_size(const ustring& text);
+  layout::Size text_size(const ustring& text, double share) { return measure_(text, share); }
 
  private:
   layout::Size size_of(const GTBlock& block);
@@ -48,6 +49,9 @@ class ShapeMaker {
 
   embedded::drawing::TextMeasure measure_;
 };
+
+/// Between a block and its captions.
+constexpr double caption_distance = 4;
 
 /// Font of labels at stubs, as a share.
 constexpr double stub_share = 0.85;

@@ -1,18 +1,26 @@
 // Places for the names of nets beside their lines.
 #pragma once
 
-#include "views/layout/layout.hpp"
+#include "platform/foundation/ustring.hpp"
+#include "views/picture/label_room.hpp"
 
 #include <boost/optional.hpp>
 
+#include <functional>
 #include <vector>
 
 namespace kinemo::views::picture {
 
-/// For each net the upper left corner of its name, above one of its horizontal lines; none where there is no room, and
-/// for names without a size. Nothing covers anything that is drawn, nor each other. `boxes` are those of the drawing.
-std::vector<boost::optional<layout::Point>> place_net_labels(const std::vector<layout::Box>& boxes,
-                                                             const layout::Drawing& drawing,
-                                                             const std::vector<layout::Size>& names);
+struct NetLabel {
+  ustring text;  ///< the name, shortened where a line is short
+  layout::Rectangle place;
+};
+
+using MeasureLabel = std::function<layout::Size(const ustring&)>;
+
+/// For each net its name: above or below a horizontal line of it, beside a vertical one, or, where nothing is free, on a
+/// line. None where it would cover blocks or texts, for nets without lines, and for empty names.
+std::vector<boost::optional<NetLabel>> place_net_labels(LabelRoom& room, const layout::Drawing& drawing,
+                                                        const std::vector<ustring>& names, const MeasureLabel& measure);
 
 }  // namespace kinemo::views::picture

@@ -4,6 +4,7 @@
 #include "embedded/drawing/short_text.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
+#include "views/picture/caption_places.hpp"
 #include "views/picture/io_places.hpp"
 #include "views/picture/net_labels.hpp"
 
@@ -57,6 +58,7 @@ class SceneMaker {
     for (const GTBlock* block : scene_.system->blocks()) scene_.shapes.push_back(maker_.make(*block));
     add_nets();
     place_io_ports(scene_.shapes, problem_.nets);
+    place_captions(scene_.shapes, maker_);
     for (const BlockShape& shape : scene_.shapes) problem_.boxes.push_back(shape.box);
     scene_.drawing = layout::lay_out(problem_);
     add_labels();

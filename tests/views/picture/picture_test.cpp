@@ -5,6 +5,7 @@
 #include "platform/foundation/strings.hpp"
 #include "tests/support/physical_environment.hpp"
 #include "views/find_block.hpp"
+#include "views/layout/geometry.hpp"
 #include "views/picture/finding_marks.hpp"
 #include "views/picture/io_places.hpp"
 #include "views/picture/net_labels.hpp"
@@ -217,6 +218,36 @@ TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
   EXPECT_EQ(&diagram.root(), find_system(diagram, "m", unknown));
   EXPECT_EQ(nullptr, find_system(diagram, "Outer/R", unknown));
   EXPECT_THAT(unknown.text, HasSubstr("'Outer/R' has nothing inside"));
+}
+
+TEST_F(Picture, CaptionsOfPlacedBlocksKeepClearOfOtherBlocksAndCaptions) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  Supply_resistor_of_stage_1: {type: physical/resistor, at: [0, 0, 60, 40]}
+  Supply_resistor_of_stage_2: {type: physical/resistor, at: [100, 0, 60, 40]}
+  C_1: {type: physical/capacitor, at: [0, 70, 60, 40]}
+  C_2: {type: physical/capacitor, at: [100, 70, 60, 40]}
+  Turned_1: {type: physical/resistor, at: [300, 0, 40, 60], rotate: 90}
+  Turned_2: {type: physical/resistor, at: [350, 0, 40, 60], rotate: 90}
+  Supply of the first stage: {type: physical/capacitor, at: [500, 0, 60, 40]}
+  Supply of the second stage: {type: physical/capacitor, at: [600, 0, 60, 40]}
+)");
+  const Scene drawn = scene(diagram.root());
+  std::vector<std::pair<std::size_t, layout::Rectangle>> things;
+  std::vector<std::string> texts;
+  for (std::size_t i = 0; i < drawn.shapes.size(); ++i) {
+    const layout::Box& box = drawn.shapes[i].box;
+    things.push_back({i, layout::outline(box)});
+    for (const layout::Rectangle& text : box.texts) things.push_back({i, layout::moved(text, box.corner)});
+    for (const Caption& caption : drawn.shapes[i].captions) texts.push_back(kmf::ustring_to_utf8_string(caption.text));
+  }
+  for (std::size_t i = 0; i < things.size(); ++i) {
+    for (std::size_t k = 0; k < i; ++k)
+      EXPECT_FALSE(layout::overlap(things[i].second, things[k].second)) << things[i].first << " on " << things[k].first;
+  }
+  EXPECT_THAT(texts, ElementsAre(HasSubstr("stage_1"), "1 Ohm", HasSubstr("stage_2"), "1 Ohm", "C_1", "1 uF", "C_2",
+                                 "1 uF", "Turned_1", "1 Ohm", "Turned_2", "1 Ohm", "Supply of the", "first stage",
+                                 "1 uF", "Supply of the second stage", "1 uF"));
 }
 
 TEST(NetLabels, StandAboveALineWhereThereIsRoom) {
