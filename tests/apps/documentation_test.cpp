@@ -86,15 +86,39 @@ TEST_F(Documentation, ExamplesOfScriptingAreTrue) {
   EXPECT_GE(pages, 2U);
 }
 
-// A function without help can't be found at the prompt. What only programs call has "internal" in its name.
-TEST_F(Documentation, EveryFunctionOfThePromptHasHelp) {
+/// All pages on scripting.
+std::string pages_on_scripting() {
+  std::ostringstream text;
+  for (const auto& entry : fs::directory_iterator(fs::path(KINEMO_SOURCE_DIR) / "docs")) {
+    if (entry.path().filename().string().rfind("scripting", 0) == 0)
+      text << std::ifstream(entry.path()).rdbuf() << "\n";
+  }
+  return text.str();
+}
+
+/// Whether a page shows the function as code, such as `f`, `f(x)` or `y = f(x)`.
+bool is_documented(const std::string& pages, const std::string& function) {
+  for (std::size_t at = pages.find(function); at != std::string::npos; at = pages.find(function, at + 1)) {
+    const char before = at > 0 ? pages[at - 1] : '`';
+    const char after = pages[std::min(at + function.size(), pages.size() - 1)];
+    const bool begins = before == '`' || before == ' ' || before == '(';
+    if (begins && (after == '`' || after == '(' || after == ' ')) return true;
+  }
+  return false;
+}
+
+// A function without help can't be found at the prompt, and one that no page tells about isn't found before. What only
+// programs call has "internal" in its name.
+TEST_F(Documentation, EveryFunctionOfThePromptHasHelpAndIsOnAPage) {
   namespace runtime = embedded::scripting_runtime;
   embedded::Environment environment;
   environment.loadDomain(KINEMO_PHYSICAL_MODULE);
   const scripting::RegisteredDiagramFunctions functions;
+  const std::string pages = pages_on_scripting();
   for (const std::string& name : runtime::function_names()) {
-    const bool internal = name.find(".internal.") != std::string::npos;
-    EXPECT_TRUE(internal || runtime::find_help(name) != nullptr) << name;
+    if (name.find(".internal.") != std::string::npos) continue;
+    EXPECT_TRUE(runtime::find_help(name) != nullptr) << name;
+    EXPECT_TRUE(is_documented(pages, name)) << name << " isn't told about in docs/scripting*.md";
   }
 }
 
