@@ -97,12 +97,17 @@ std::string inline_numbers(const cvArray_tag* array, std::size_t width) {
 }
 
 std::string inline_cell(const cvArray_tag* array, std::size_t width) {
-  constexpr std::size_t share = 2;  // what an element may take of the line
+  constexpr std::size_t share = 2;  // what an element may take of the line; texts more where the line is long enough
   constexpr std::size_t least = 8;  // so that cells in cells in cells come to an end
   if (width < least) return {};
-  const std::string elements =
-      listed(array, width, ", ", [&](std::size_t i) { return inline_text(cvGetCell(array, i), width / share); });
-  return elements.empty() ? "" : "{" + elements + "}";
+  for (const std::size_t for_texts : {width, width / share}) {
+    const std::string elements = listed(array, width, ", ", [&](std::size_t i) {
+      const cvArray_tag* element = cvGetCell(array, i);
+      return inline_text(element, is_text(element) ? for_texts : width / share);
+    });
+    if (!elements.empty()) return "{" + elements + "}";
+  }
+  return {};
 }
 
 /// A text that is too long is cut where there is room enough to recognise it.
@@ -211,6 +216,16 @@ std::string character_rows(const cvArray_tag* array, bool with_quotes) {
   return result;
 }
 
+/// Whether a cell array has only texts in it, and not too many for a line.
+bool is_list_of_texts(const cvArray_tag* array) {
+  const std::size_t count = cvIsCell(array) ? cvGetNumberOfElements(array) : 0;
+  if (count == 0 || count > most_inline_elements) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!is_text(cvGetCell(array, i))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string significant_text(double value, int digits) {
@@ -270,8 +285,8 @@ std::string inline_text(const cvArray_tag* array, std::size_t width) {
 
 std::string text_beside(const cvArray_tag* array, std::size_t width) {
   constexpr std::size_t longest_text = 200;
-  const bool whole = is_text(array) && cvGetNumberOfElements(array) > 0;
-  return whole ? quoted_start(array, std::max(longest_text, width)) : inline_text(array, width);
+  if (is_text(array) && cvGetNumberOfElements(array) > 0) return quoted_start(array, std::max(longest_text, width));
+  return inline_text(array, is_list_of_texts(array) ? std::max(longest_text, width) : width);
 }
 
 std::string display_text(const cvArray_tag* array) {

@@ -11,7 +11,6 @@
 #include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 
 namespace embedded::scripting_runtime {
@@ -162,24 +161,18 @@ Outputs call_for_element(const Call& call, const Mapping& mapping, std::size_t i
   }
 }
 
-/// None for anything but a single number.
-std::optional<cvClassID> number_class(const Value& value) {
-  if (value.is_number()) return cvDOUBLE_CLASS;
-  if (is_value_object(value)) return number_class(quantity_of(value).numbers);
+bool is_single_number(const Value& value) {
+  if (value.is_number()) return true;
+  if (is_value_object(value)) return is_single_number(quantity_of(value).numbers);
   const cvArray_tag* array = value.array();
-  const bool numeric = cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array);
-  return numeric && cvGetNumberOfElements(array) == 1 ? std::optional(cvGetClassID(array)) : std::nullopt;
+  return (cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array)) && cvGetNumberOfElements(array) == 1;
 }
 
-bool are_uniform(const std::vector<Value>& values) {
-  const auto first = number_class(values.front());
-  return first && std::all_of(values.begin(), values.end(), [&](const Value& v) { return number_class(v) == first; });
-}
-
-/// As a statement: the function may give nothing. What all calls give is shown, in cells where it isn't uniform.
+/// As a statement: the function may give nothing. What all calls give is shown, in cells where it isn't one
+/// number each.
 void give_of_statement(Call& call, const Mapping& mapping, std::vector<Value> values, std::size_t count) {
   if (values.size() < count || count == 0) return;
-  const bool uniform = mapping.uniform && are_uniform(values);
+  const bool uniform = mapping.uniform && std::all_of(values.begin(), values.end(), is_single_number);
   call.give(uniform ? gathered_numbers(values, mapping.shape, call.name) : gathered_cells(values, mapping.shape));
 }
 

@@ -69,6 +69,8 @@ TEST_F(Display, ValuesAreReadable) {
        "    long: 'v'\n    s:\n        t: [1 2 3]\n        u:\n            w: 1\n"},
       {"x.t = ['a' 10 repmat('b', 1, 98)]", "x =\n    t: 'a\\n" + std::string(98, 'b') + "'\n"},
       {"x.t = repmat('b', 1, 201)", "x =\n    t: '" + std::string(200, 'b') + "...'\n"},
+      {"x.t = {'a'; repmat('b', 1, 100)}", "x =\n    t: {'a'; '" + std::string(100, 'b') + "'}\n"},
+      {"x.t = {1, repmat('b', 1, 60)}", "x =\n    t: {1, '" + std::string(60, 'b') + "'}\n"},
       {"x.t = {1, repmat('b', 1, 100)}", "x =\n    t: {1, '" + std::string(31, 'b') + "...'}\n"},
       {"x = {1, repmat('b', 1, 100)}", "x =\n    {1,1}: 1\n    {1,2}: '" + std::string(100, 'b') + "'\n"},
       {"x = ones(2, 1, 2)", "x =\n(:,:,1) =\n   1\n   1\n(:,:,2) =\n   1\n   1\n"},
