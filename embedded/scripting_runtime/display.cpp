@@ -232,16 +232,9 @@ std::string significant_text(double value, int digits) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Inf" : "-Inf";
   if (value == 0) return "0";  // without the sign that it may have
-<<<<<<< HEAD
-  const double whole_limit = 1e15;
-  if (value == std::floor(value) && std::abs(value) < whole_limit) digits = 16;
   constexpr int most_digits = 50;
-  std::array<char, 64> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%.*g", std::min(digits, most_digits), value);
-=======
   std::array<char, 128> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%.*g", digits, value);
->>>>>>> 44696f9 (Show and write numbers without dropping digits in silence)
+  std::snprintf(buffer.data(), buffer.size(), "%.*g", std::min(digits, most_digits), value);
   return buffer.data();
 }
 
