@@ -2,6 +2,7 @@
 
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/errors.hpp"
+#include "embedded/scripting_runtime/text_layout.hpp"
 
 #include <algorithm>
 #include <optional>
@@ -13,12 +14,6 @@ namespace {
 
 constexpr std::size_t deepest_structure = 5;
 constexpr std::size_t indent_width = 4;
-
-/// Characters, where bytes are told apart by UTF-8.
-std::size_t length_of(const std::string& text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-}
 
 /// Fields below each other, their values aligned; those of a structure inside stand below its name.
 void append_structure(const cvArray_tag* array, std::size_t element, std::size_t level, std::string& to) {
@@ -64,11 +59,11 @@ std::optional<std::string> table_text(const Table& table) {
   std::vector<std::string> lines(table[0].size(), std::string(indent_width - gap, ' '));
   for (const std::vector<std::string>& column : table) {
     std::size_t width = 0;
-    for (const std::string& text : column) width = std::max(width, length_of(text));
+    for (const std::string& text : column) width = std::max(width, text_width(text));
     for (std::size_t i = 0; i < lines.size(); ++i) {
       lines[i] += std::string(gap, ' ') + column[i];
-      if (&column != &table.back()) lines[i] += std::string(width - length_of(column[i]), ' ');
-      if (length_of(lines[i]) > display_limits().width) return std::nullopt;
+      if (&column != &table.back()) lines[i] += std::string(width - text_width(column[i]), ' ');
+      if (text_width(lines[i]) > display_limits().width) return std::nullopt;
     }
   }
   std::string result;
