@@ -54,12 +54,6 @@ cvUniquePtr array_of(const data2::core::ValueData& value) {
   return object;
 }
 
-cvUniquePtr text_column(const std::vector<std::string>& texts) {
-  cvUniquePtr cell(cvCreateCellMatrix(texts.size(), 1));
-  for (std::size_t i = 0; i < texts.size(); ++i) cvSetCell(cell.get(), i, cvCreateString(texts[i]));
-  return cell;
-}
-
 cvUniquePtr structure(FieldValues fields) {
   cvUniquePtr result(cvCreateStructMatrix(1, 1, {}));
   for (auto& [name, value] : fields) cvSetField(result.get(), 0, name.c_str(), value.release());

@@ -2,6 +2,7 @@
 
 // Values of the graph core as arrays of the scripting runtime. All results are new arrays that the caller owns.
 
+#include "embedded/scripting_runtime/builtin.hpp"
 #include "platform/data/data.hpp"
 #include "platform/graph_core/graph.hpp"
 #include "platform/scripting_array/scripting_array.hpp"
@@ -16,8 +17,7 @@ namespace embedded::graph_core_scripting {
 cvUniquePtr numbers_of(const data2::core::ValueData& value);
 /// Numbers, or an object of the class "kinemo.Value" where there is a unit.
 cvUniquePtr array_of(const data2::core::ValueData& value);
-/// A cell array of one column.
-cvUniquePtr text_column(const std::vector<std::string>& texts);
+using scripting_runtime::text_column;
 
 /// Fields of one structure, in order.
 using FieldValues = std::vector<std::pair<std::string, cvUniquePtr>>;

@@ -12,12 +12,6 @@ namespace {
 using Steps = std::vector<Step>;
 using Leaf = std::function<void(cvUniquePtr& part)>;
 
-bool is_nothing(const cvArray_tag* array) {
-  if (array == nullptr) return true;
-  const Shape& shape = cvGetDimensions(array);
-  return cvGetClassID(array) == cvDOUBLE_CLASS && shape == Shape{0, 0};
-}
-
 /// Goes down the first `count` of a chain of steps and lets `leaf` change what stands there.
 class Change {
  public:

@@ -42,6 +42,8 @@ cvUniquePtr part_at(const cvArray_tag* array, const Step& step);
 void assign_elements(cvUniquePtr& target, const std::vector<Subscript>& places, const Value& value);
 /// Takes the places out of a vector, or whole rows, columns or pages of any other array.
 void delete_elements(cvUniquePtr& target, const std::vector<Subscript>& places);
+/// Whether a variable isn't there, or is the empty 0 by 0 array that takes class and kind from what is put in.
+bool is_nothing(const cvArray_tag* array);
 /// The one place that the subscripts name, from 0, and the shape that the array needs for it.
 struct OnePlace {
   std::vector<std::size_t> shape;

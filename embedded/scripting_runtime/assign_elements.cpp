@@ -61,14 +61,6 @@ void check_fit(const Shape& places, const Shape& value) {
 
 // --- putting elements of one family
 
-bool holds_numbers(const cvArray_tag* array) {
-  return cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array);
-}
-
-bool is_nothing(const cvArray_tag* array) {
-  return array == nullptr || (cvGetClassID(array) == cvDOUBLE_CLASS && cvGetDimensions(array) == Shape{0, 0});
-}
-
 [[noreturn]] void cannot_assign(const cvArray_tag* value, const cvArray_tag* target) {
   if (cvIsCell(target)) throw_runtime_error("ValueIntoCells", cvGetClassName(value));
   throw_runtime_error("CannotAssign", cvGetClassName(value), cvGetClassName(target));
@@ -225,6 +217,10 @@ cvUniquePtr grown_objects(const cvArray_tag* array, const Shape& shape) {
 }
 
 }  // namespace
+
+bool is_nothing(const cvArray_tag* array) {
+  return array == nullptr || (cvGetClassID(array) == cvDOUBLE_CLASS && cvGetDimensions(array) == Shape{0, 0});
+}
 
 cvUniquePtr grown(const cvArray_tag* array, const Shape& shape) {
   const Shape& before = cvGetDimensions(array);

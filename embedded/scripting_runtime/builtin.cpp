@@ -17,6 +17,12 @@ double Call::number(std::size_t i) const {
   return cvGetScalar(value);
 }
 
+cvUniquePtr text_column(const std::vector<std::string>& texts) {
+  cvUniquePtr cells(cvCreateCellMatrix(texts.size(), 1));
+  for (std::size_t i = 0; i < texts.size(); ++i) cvSetCell(cells.get(), i, cvCreateString(texts[i]));
+  return cells;
+}
+
 std::vector<Builtin> builtins() {
   std::vector<Builtin> result;
   for (const auto list : {array_builtins, mathematics_builtins, reduction_builtins, class_builtins, text_builtins,

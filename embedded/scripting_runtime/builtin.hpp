@@ -39,6 +39,9 @@ class Call {
   std::size_t count_;
 };
 
+/// A cell array of one column.
+cvUniquePtr text_column(const std::vector<std::string>& texts);
+
 constexpr int any_number = 1 << 20;
 
 struct Builtin {

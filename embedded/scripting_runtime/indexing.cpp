@@ -3,6 +3,7 @@
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/gather.hpp"
 #include "embedded/scripting_runtime/numbers.hpp"
+#include "embedded/scripting_runtime/places.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 
 #include <algorithm>
@@ -68,20 +69,13 @@ Shape linear_shape(const Shape& array, const Places& places) {
   return array[0] == 1 ? Shape{1, places.at.size()} : Shape{places.at.size(), 1};
 }
 
-/// The dimensions as `count` subscripts see them: the last one takes what is left.
-Shape folded(const Shape& shape, std::size_t count) {
-  Shape result(count, 1);
-  for (std::size_t d = 0; d < shape.size(); ++d) result[std::min(d, count - 1)] *= shape[d];
-  return result;
-}
-
 struct Selection {
   Shape shape;
   std::vector<std::size_t> sources;
 };
 
 Selection select_many(const Shape& shape, const std::vector<Subscript>& subscripts) {
-  const Shape sizes = folded(shape, subscripts.size());
+  const Shape sizes = seen_by(shape, subscripts.size());
   std::vector<Places> places;
   Selection result;
   for (std::size_t d = 0; d < subscripts.size(); ++d) {
@@ -140,7 +134,7 @@ std::vector<Value> cell_contents(const cvArray_tag* array, const std::vector<Sub
 }
 
 std::size_t end_of(const cvArray_tag* array, std::size_t position, std::size_t count) {
-  return folded(shape_of(array), count)[position];
+  return seen_by(shape_of(array), count)[position];
 }
 
 }  // namespace embedded::scripting_runtime

@@ -141,8 +141,7 @@ bool any_is(const std::vector<Value>& parts, bool (*test)(const cvArray_tag*)) {
 void check_families(const std::vector<const cvArray_tag*>& parts, bool structures) {
   const bool objects = holds_objects(parts.front());
   for (const cvArray_tag* part : parts) {
-    const bool numbers = cvIsNumeric(part) || cvIsLogical(part) || cvIsChar(part);
-    if (objects ? hold_same_objects(parts.front(), part) : structures ? cvIsStruct(part) : numbers) continue;
+    if (objects ? hold_same_objects(parts.front(), part) : structures ? cvIsStruct(part) : holds_numbers(part)) continue;
     throw_runtime_error("CannotConcatenate", cvGetClassName(parts.front()), cvGetClassName(part));
   }
 }

@@ -9,10 +9,6 @@ namespace embedded::scripting_runtime {
 
 namespace {
 
-bool holds_numbers(const cvArray_tag* array) {
-  return cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array);
-}
-
 Numbers read_numbers(const cvArray_tag* array) {
   if (!holds_numbers(array)) throw_runtime_error("NotNumeric", cvGetClassName(array));
   Numbers result;
@@ -34,6 +30,10 @@ Numbers read_numbers(const cvArray_tag* array) {
 }
 
 }  // namespace
+
+bool holds_numbers(const cvArray_tag* array) {
+  return cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array);
+}
 
 Numbers Numbers::zeros(Shape shape, cvClassID class_id, bool complex) {
   const std::size_t count = checked_count(shape);

@@ -38,6 +38,9 @@ struct Numbers {
   }
 };
 
+/// Numeric, logical or character arrays.
+bool holds_numbers(const cvArray_tag* array);
+
 /// Objects with a value count as that, told in "1"; a unit that measures something is never dropped.
 /// @throws "NotNumeric" (class name) for what holds no numbers, "UnitNotExpected" (unit)
 Numbers numbers_of(const cvArray_tag* array);

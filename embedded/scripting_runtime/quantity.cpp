@@ -13,10 +13,6 @@ namespace {
 
 constexpr const char* value_class = "kinemo.Value";
 
-bool holds_numbers(const cvArray_tag* array) {
-  return cvIsNumeric(array) || cvIsLogical(array);
-}
-
 cvUniquePtr property(const cvArray_tag* object, const char* name) {
   cvUniquePtr result(cvGetProperty(object, 0, name));
   if (!result) throw_runtime_error("NoValueInObject", cvGetClassName(object));
@@ -65,7 +61,8 @@ Value value_of(Quantity quantity) {
 }
 
 cvUniquePtr value_object(cvUniquePtr numbers, const std::string& unit) {
-  if (!holds_numbers(numbers.get())) throw_runtime_error("NotNumeric", cvGetClassName(numbers.get()));
+  if (!holds_numbers(numbers.get()) || cvIsChar(numbers.get()))
+    throw_runtime_error("NotNumeric", cvGetClassName(numbers.get()));
   cvUniquePtr object(cvCreateObject(value_class));
   cvSetProperty(object.get(), 0, "value", numbers.release());
   cvSetProperty(object.get(), 0, "unit", cvCreateString(unit));

@@ -52,7 +52,7 @@ void ask(Call& call) {
 }
 
 bool is_real(const cvArray_tag* array) {
-  return (cvIsNumeric(array) || cvIsLogical(array) || cvIsChar(array)) && !cvIsComplex(array);
+  return holds_numbers(array) && !cvIsComplex(array);
 }
 bool is_handle(const cvArray_tag* array) {
   return cvGetClassID(array) == cvFUNCTION_CLASS;
@@ -83,8 +83,7 @@ void is_a(Call& call) {
 void is_equal(Call& call) {
   bool result = true;
   for (std::size_t i = 1; i < call.size() && result; ++i) {
-    const auto numeric = [](const cvArray_tag* x) { return cvIsNumeric(x) || cvIsLogical(x) || cvIsChar(x); };
-    if (!numeric(call[0]) || !numeric(call[i])) {
+    if (!holds_numbers(call[0]) || !holds_numbers(call[i])) {
       result = cvAreMatricesEqual(call[0], call[i]);
       continue;
     }

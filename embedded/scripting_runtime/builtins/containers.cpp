@@ -59,9 +59,7 @@ void structure(Call& call) {
 void field_names(Call& call) {
   const bool object = cvGetClassID(call[0]) == cvOBJECT_CLASS;
   const std::vector<std::string> names = object ? cvGetPropertyNames(call[0]) : cvGetFieldNames(call[0]);
-  cvUniquePtr result(cvCreateCellMatrix(names.size(), 1));
-  for (std::size_t i = 0; i < names.size(); ++i) cvSetCell(result.get(), i, cvCreateString(names[i]));
-  call.give(std::move(result));
+  call.give(text_column(names));
 }
 
 void is_field(Call& call) {

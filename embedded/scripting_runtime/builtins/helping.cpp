@@ -32,9 +32,7 @@ void methods(Call& call) {
     for (const std::string& each : names) display(each);
     return;
   }
-  cvUniquePtr result(cvCreateCellMatrix(names.size(), 1));
-  for (std::size_t i = 0; i < names.size(); ++i) cvSetCell(result.get(), i, cvCreateString(names[i]));
-  call.give(std::move(result));
+  call.give(text_column(names));
 }
 
 }  // namespace

@@ -64,9 +64,7 @@ std::vector<std::string> sorted_names(const Call& call) {
 void who(Call& call) {
   const std::vector<std::string> names = sorted_names(call);
   if (call.wanted > 0) {
-    cvUniquePtr result(cvCreateCellMatrix(names.size(), 1));
-    for (std::size_t i = 0; i < names.size(); ++i) cvSetCell(result.get(), i, cvCreateString(names[i]));
-    return call.give(std::move(result));
+    return call.give(text_column(names));
   }
   constexpr std::size_t gap = 2;
   std::size_t longest = 0;

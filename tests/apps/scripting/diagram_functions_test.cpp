@@ -1,6 +1,7 @@
 // Diagrams that scripts build, edit, compile, save and close.
 
 #include "common/gl/gti/export/translation_manager.hpp"
+#include "embedded/scripting_runtime/help.hpp"
 #include "tests/apps/scripting/diagram_script.hpp"
 
 #include <gmock/gmock.h>
@@ -276,6 +277,14 @@ TEST_F(DiagramFunctions, BadInputsAreToldAndChangeNothing) {
   }
   run("save_diagram('rc', [folder '/after.yaml'])");
   EXPECT_EQ(text_of_file("before.yaml"), text_of_file("after.yaml"));
+}
+
+TEST_F(DiagramFunctions, GoAwayWithTheirHelp) {
+  EXPECT_NE(nullptr, sr::find_help("add_block"));
+  unregister_diagram_functions();
+  EXPECT_EQ(nullptr, sr::find_help("add_block"));
+  EXPECT_THAT(error_of("diagrams()"), StartsWith("kinemo:scripting:runtime:UndefinedName("));
+  register_diagram_functions();
 }
 
 TEST_F(DiagramFunctions, AClosedDiagramIsUnknown) {
