@@ -164,7 +164,9 @@ std::string cell_lines(const cvArray_tag* array) {
     result += (i > 0 ? "\n" : "") + head +
               text_beside(cvGetCell(array, i), width > head.size() ? width - head.size() : indent_width);
   }
-  if (shown < count) result += "\n    ... and " + std::to_string(count - shown) + " more elements";
+  if (shown < count)
+    result +=
+        "\n    ... and " + std::to_string(count - shown) + (count - shown == 1 ? " more element" : " more elements");
   return result;
 }
 

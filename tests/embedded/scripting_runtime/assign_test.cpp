@@ -54,6 +54,8 @@ TEST_F(Assignment, ElementsRowsAndPages) {
          {"a = zeros(2, 2, 2); a(1, 2, 2) = 5; a = a(:)'", "[0 0 0 0 0 0 5 0]"},
          {"a = zeros(2, 2, 2); a(2, 4) = 5; a = a(:)'", "[0 0 0 0 0 0 0 5]"},
          {"a = 1:3; a([]) = []", "[1 2 3]"},
+         {"a = [1 2; 3 4]; a([1 2], :) = []", "[0x2]"},
+         {"a = [1 2; 3 4]; a(:, [2 1]) = []", "[2x0]"},
          {"a = 1:3; a(logical([0 0 0])) = 5", "[1 2 3]"}});
 }
 
@@ -127,6 +129,7 @@ TEST_F(Assignment, ValuesKeepTheirUnits) {
          {"a = kinemo.Value([1 2 3], 'V'); a(1) = []", "[2 3] V"},
          {"a = kinemo.Value(1, 'V'); a.value = 5", "5 V"}});
   check_faults({{"a = kinemo.Value([1 2], 'V');a(2) = kinemo.Value(1, 'A')", "UnitsDiffer(=, V, A)"},
+                {"a = kinemo.Value(1, 'V');a.unit = 'no such'", "InvalidUnit(no such)"},
                 {"a = kinemo.Value([1 2], 'V');a.value2 = 1", "NoSuchProperty(value2, kinemo.Value)"}});
 }
 

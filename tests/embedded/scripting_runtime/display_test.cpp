@@ -129,6 +129,9 @@ TEST_F(Display, LongArraysAreCut) {
   EXPECT_EQ(shown("(1:5)'"), "ans =\n   1\n   2\n   3\n   ... and 2 more rows\n");
   EXPECT_EQ(shown("x = num2cell((1:30)')"),
             "x =\n    {1,1}: 1\n    {2,1}: 2\n    {3,1}: 3\n    ... and 27 more elements\n");
+  display_limits().lines = 29;
+  EXPECT_THAT(shown("x"), EndsWith("\n    {29,1}: 29\n    ... and 1 more element\n"));
+  display_limits().lines = 3;
   EXPECT_EQ(shown("char({'a','b','c','d'})"), "ans =\n    'a'\n    'b'\n    'c'\n    ... and 1 more row\n");
   EXPECT_THAT(shown("1:1000000"), EndsWith("   ... and 999952 more columns\n"));
   EXPECT_LT(shown("ones(1000)").size(), 1000U);

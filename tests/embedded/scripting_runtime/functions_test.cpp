@@ -173,6 +173,7 @@ TEST_F(Functions, WorkWithTexts) {
          {"str2num('2*')", "[0x0]"},
          {"sprintf('%d is %5.2f%%\\n', 3, pi)", "'3 is  3.14%\n'"},
          {"sprintf('%s=%d;', 'a', 1, 'b', 2)", "'a=1;b=2;'"},
+         {"sprintf('%*d|%*d', -3, 7, 3, 8)", "'7  |  8'"},
          {"sprintf('%d', 1.5)", "'1.500000e+00'"},
          {"str2num(sprintf('%.99s', 1.5e-300)) == 1.5e-300", "logical(1)"},
          {"sprintf('%-5s|%05d|%*d', 'ab', 42, 4, 7)", "'ab   |00042|   7'"},

@@ -226,6 +226,7 @@ TEST_F(Script, TooLargeArraysAreAnError) {
 }
 
 TEST_F(Script, ExitEndsWithItsCode) {
+  EXPECT_EQ(fault("x = str2num('exit(3)');"), "ExitRequest(3)");
   for (const auto& [text, code] : {std::pair("a = 1; exit; a = 2", 0), {"exit(7)", 7}, {"quit 3", 3}}) {
     try {
       run_script(text, "s", workspace);
