@@ -25,19 +25,6 @@ constexpr char group[] = "kinemo:graph:values";
   kmf::throw_message(group, "UnknownRuntimeParameter", name, scripting_runtime::nearest_name(name, names));
 }
 
-/// "1x3"
-std::string shape_text(const ValueData& value) {
-  std::string text;
-  for (const std::size_t size : value.dimensions()) text += (text.empty() ? "" : "x") + std::to_string(size);
-  return text;
-}
-
-/// What was compiled was laid out for this shape.
-void check_shape(const std::string& name, const ValueData& value, const ValueData& declared) {
-  if (value.dimensions() == declared.dimensions()) return;
-  kmf::throw_message(group, "OtherShape", name, shape_text(value), shape_text(declared));
-}
-
 ValueData told_as_declared(const std::string& name, const ValueData& value, const units2::core::ExprString& declared) {
   const units2::core::ExprString& own = value.unit();
   if (own.unit().id() == 0) return ValueData(value.dimensions(), value.elements(), declared);
@@ -223,7 +210,6 @@ gl::core::RuntimeParameterInfo changed_parameters(const gl::core::Model& model, 
   for (const kmf::VnId& id : known) {
     const ValueData& declared = model.runtimeParameters().value(id);
     const auto change = changes.find(id);
-    if (change != changes.end()) check_shape(id, change->second, declared);
     changed.addParameter(id,
                          change == changes.end() ? declared : told_as_declared(id, change->second, declared.unit()));
   }

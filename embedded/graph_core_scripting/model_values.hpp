@@ -21,8 +21,8 @@ using RuntimeValues = std::map<std::string, data2::core::ValueData>;
 
 /// The run-time parameters of a model with some values changed. A value without a unit is told in the declared one, any
 /// other is converted to it.
-/// @throws "kinemo:graph:values" "UnknownRuntimeParameter" (name, nearest or ""), "OtherShape" (name, shape,
-/// declared shape), and "UnitsDiffer" (name, unit, declared unit)
+/// @throws "kinemo:graph:values" "UnknownRuntimeParameter" (name, nearest or ""), and "UnitsDiffer" (name, unit,
+/// declared unit)
 gl::core::RuntimeParameterInfo changed_parameters(const gl::core::Model& model, const RuntimeValues& changes);
 
 /// A model with values for its run-time parameters. It holds the model, and remembers the levels on the way to the

@@ -53,32 +53,58 @@ void units(Call& call) {
   }));
 }
 
-void add_change(RuntimeValues& changes, const std::string& name, const cvArray_tag* value) {
-  const data2::cvi::CvArrayValueConverter convert(unit_manager::get_cv_context());
-  data2::core::ValueData told = convert(value).data();
-  const std::vector<double>& elements = told.elements();
-  if (std::any_of(elements.begin(), elements.end(), [](double x) { return std::isnan(x); })) {
-    kmf::throw_message(group, "ValueIsNaN", name);
-  }
-  changes[name] = std::move(told);
+/// "1x3"
+std::string shape_text(const data2::core::ValueData& value) {
+  std::string text;
+  for (const std::size_t size : value.dimensions()) text += (text.empty() ? "" : "x") + std::to_string(size);
+  return text;
 }
+
+/// Values that a script gives in place of those of the compile. A compile takes no NaN, and only a compile changes
+/// shapes. Names that aren't known are told later.
+class Changes {
+ public:
+  explicit Changes(const RuntimeParameterInfo& info) : info_(info), known_(info.runtimeParameters()) {}
+
+  void add(const std::string& name, const cvArray_tag* array) {
+    const data2::cvi::CvArrayValueConverter convert(unit_manager::get_cv_context());
+    data2::core::ValueData value = convert(array).data();
+    const std::vector<double>& elements = value.elements();
+    if (std::any_of(elements.begin(), elements.end(), [](double x) { return std::isnan(x); })) {
+      kmf::throw_message(group, "ValueIsNaN", name);
+    }
+    if (kmf::VnId::isLegal(name) && known_.count(kmf::VnId(name)) != 0) check_shape(name, value);
+    values_[name] = std::move(value);
+  }
+
+  const RuntimeValues& values() const { return values_; }
+
+ private:
+  void check_shape(const std::string& name, const data2::core::ValueData& value) const {
+    const data2::core::ValueData& declared = info_.value(kmf::VnId(name));
+    if (value.dimensions() == declared.dimensions()) return;
+    kmf::throw_message(group, "OtherShape", name, shape_text(value), shape_text(declared));
+  }
+
+  const RuntimeParameterInfo& info_;
+  std::set<kmf::VnId> known_;
+  RuntimeValues values_;
+};
 
 /// The changed values: structures, or names each with a value behind it.
 RuntimeValues changes_in(const Call& call, std::size_t first) {
-  RuntimeValues changes;
+  Changes changes(info_of(call));
   for (std::size_t i = first; i < call.size(); ++i) {
     if (cvIsStruct(call[i])) {
       if (cvGetNumberOfElements(call[i]) != 1) kmf::throw_message(group, "ChangesNotOneStructure");
-      for (const std::string& name : cvGetFieldNames(call[i])) {
-        add_change(changes, name, cvGetField(call[i], 0, name.c_str()));
-      }
+      for (const std::string& name : cvGetFieldNames(call[i])) changes.add(name, cvGetField(call[i], 0, name.c_str()));
       continue;
     }
     const std::string name = call.text(i);
     if (++i == call.size()) kmf::throw_message(group, "NameWithoutValue", name);
-    add_change(changes, name, call[i]);
+    changes.add(name, call[i]);
   }
-  return changes;
+  return changes.values();
 }
 
 kmf::VnId parameter_named(const FoundComponent& found, const std::string& name) {
