@@ -174,6 +174,11 @@ TEST_F(GraphScripts, ParameterInfosTellNamesValuesAndUnits) {
          {"r.units", "struct(R0='kOhm' k='' )"},
          {"kinemo.gl.RuntimeParameterInfo().names", "{0x1}"}});
   EXPECT_EQ(shown("r"), "Run-time parameters:\n  R0 = 1 kOhm\n  k = 2\n  mode isn't numeric");
+  base_workspace().set("two", scripting_runtime::evaluate("[r; r]", scripting_runtime::Scope(base_workspace())));
+  const scripting_runtime::DisplayLimits limits = scripting_runtime::display_limits();
+  scripting_runtime::display_limits().width = 50;
+  EXPECT_THAT(shown("two"), testing::EndsWith("\n    (2,1): Run-time parameters: R0 = 1 kOhm, k ..."));
+  scripting_runtime::display_limits() = limits;
 }
 
 TEST_F(GraphScripts, ParametersAreEvaluatedForChangedValues) {

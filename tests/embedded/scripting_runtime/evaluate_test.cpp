@@ -171,6 +171,8 @@ TEST_F(Evaluate, ErrorsNameWhatIsWrong) {
       {"zeros(1, 'string')", "UnknownClass(string)"},
       {"linspace([1 2], 3)", "NotScalar(linspace, 1)"},
       {"feval(1)", "NotCallable(double)"},
+      {"feval(['s'; 'i'; 'n'], 1)", "NotOneRow(3x1)"},
+      {"feval(['sin'; 'cos'], 1)", "NotOneRow(2x3)"},
       {"feval('nothing_there')", "UndefinedFunction(nothing_there)"},
       {"evalin('nowhere', '1')", "UnknownScope(nowhere)"},
       {"arrayfun(@(x) [x x], 1:2)", "NotUniform(arrayfun, 1)"},
