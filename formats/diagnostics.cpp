@@ -14,6 +14,12 @@ Diagnostic& DiagnosticList::add(Severity severity, std::string rule, const Sourc
       Diagnostic{severity, std::move(rule), place.file, place.line, place.column, std::move(text), {}, {}});
 }
 
+void DiagnosticList::for_each(const std::function<void(Diagnostic&)>& complete) {
+  for (Diagnostic& diagnostic : m_all) {
+    complete(diagnostic);
+  }
+}
+
 void DiagnosticList::sort() {
   std::stable_sort(m_all.begin(), m_all.end(), [](const Diagnostic& left, const Diagnostic& right) {
     return std::tie(left.file, left.line, left.column) < std::tie(right.file, right.line, right.column);

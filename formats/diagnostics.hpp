@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -62,6 +63,8 @@ class DiagnosticList {
   std::size_t error_count() const { return m_errors; }
   bool empty() const { return m_all.empty(); }
 
+  /// Lets `complete` add notes and objects to each.
+  void for_each(const std::function<void(Diagnostic&)>& complete);
   /// Orders by file, line and column; those of one place stay as they were added.
   void sort();
 

@@ -62,13 +62,14 @@ struct Level {
 
 class DiagramBuilder : public ExpansionVisitor {
  public:
-  DiagramBuilder(Netlist& netlist, host::Diagram& diagram, Reporter& reporter)
+  DiagramBuilder(Netlist& netlist, host::Diagram& diagram, Reporter& reporter, bool has_mistakes)
       : m_netlist(netlist),
         m_diagram(diagram),
         m_inner_nodes(netlist),
         m_names(netlist),
         m_masks(m_names),
-        m_parameters(netlist.names, m_names, reporter) {
+        m_parameters(netlist.names, m_names, reporter),
+        m_has_mistakes(has_mistakes) {
     for (const auto& file : netlist.files) {
       m_file_names[file.get()] = std::make_shared<const std::string>(file->shown_name);
     }
@@ -78,20 +79,20 @@ class DiagramBuilder : public ExpansionVisitor {
     if (instance.call == nullptr) {
       begin_top(*instance.definition, scopes);
     } else {
+      if (is_taken(instance.call->name)) return false;
       begin_call(*instance.definition, *instance.call, scopes);
     }
+    add_stand_ins(instance);
     m_parameters.begin(*instance.definition);
     return true;
   }
 
   void element(const Element& element, const ParameterScopes& scopes) override {
+    if (is_taken(element.name)) return;
     GTBlock& block =
         m_levels.back().system->addBlock(name(element.name), std::string(element.kind->block), place(element.place));
     m_parameters.set(block, element, scopes);
-    const std::vector<gtPort*> ports = views::ports_in_kind_order(block);
-    for (std::size_t i = 0; i < element.nodes.size() && i < ports.size(); ++i) {
-      m_levels.back().nets.join(element.nodes[i], ports[i]);
-    }
+    join(element.nodes, views::ports_in_kind_order(block));
   }
 
   void end(const Instance& instance) override {
@@ -114,6 +115,57 @@ class DiagramBuilder : public ExpansionVisitor {
     return file == m_file_names.end()
                ? host::SourcePlace()
                : host::SourcePlace{file->second, static_cast<int>(place.line), static_cast<int>(place.column)};
+  }
+
+  void join(const std::vector<NameId>& nodes, const std::vector<gtPort*>& ports) {
+    for (std::size_t i = 0; i < nodes.size() && i < ports.size(); ++i) {
+      m_levels.back().nets.join(nodes[i], ports[i]);
+    }
+  }
+
+  // --- netlists with mistakes
+
+  /// Whether a name that isn't told as a second one before has a block already.
+  bool is_taken(NameId name_id) const {
+    return m_has_mistakes && m_levels.back().system->find(name(name_id)) != nullptr;
+  }
+
+  /// Blocks that show where elements with mistakes and impossible calls are.
+  void add_stand_ins(const Instance& instance) {
+    if (!m_has_mistakes) return;
+    const auto is_there = [&](NameId name_id, std::int32_t branch) {
+      return (branch < 0 || instance.branches[static_cast<std::size_t>(branch)] != 0) && !is_taken(name_id);
+    };
+    for (const FaultyElement& element : instance.definition->faulty) {
+      if (!is_there(element.name, element.branch)) continue;
+      if (element.kind == nullptr) {
+        add_box(element.name, element.nodes, element.place);
+      } else {
+        add_without_values(element);
+      }
+    }
+    for (const Call& call : instance.definition->calls) {
+      if (call.definition < 0 && is_there(call.name, call.branch)) add_box(call.name, call.nodes, call.place);
+    }
+  }
+
+  void add_without_values(const FaultyElement& element) {
+    const GTBlock& block =
+        m_levels.back().system->addBlock(name(element.name), std::string(element.kind->block), place(element.place));
+    join(element.nodes, views::ports_in_kind_order(block));
+  }
+
+  /// The first half of the nodes goes to the left, as for other calls.
+  void add_box(NameId name_id, const std::vector<NameId>& nodes, const Place& at) {
+    GTBlock& block = m_levels.back().system->addSubsystem(name(name_id), place(at));
+    host::setParameter(block, "Opaque", u"on");
+    host::System& inside = *host::contents(block);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      if (inside.find(name(nodes[i])) != nullptr) continue;
+      const host::Side side = i < (nodes.size() + 1) / 2 ? host::Side::Left : host::Side::Right;
+      const GTBlock& port = inside.addPort(name(nodes[i]), side, static_cast<int>(i), place(at));
+      m_levels.back().nets.join(nodes[i], host::outerPort(port));
+    }
   }
 
   // --- the top level
@@ -165,8 +217,8 @@ class DiagramBuilder : public ExpansionVisitor {
     }
   }
 
-  /// A netlist knows no sides: the first half of the formal nodes goes to the left, so that chains of calls can be drawn
-  /// in a row.
+  /// A netlist knows no sides: the first half of the formal nodes goes to the left, so that chains of calls can be
+  /// drawn in a row.
   void add_ports(Level& outer, Level& level, const Call& call, const std::vector<ExtraNode>& extra_nodes) {
     const std::vector<NameId>& formals = level.definition->formals;
     int order = 0;
@@ -208,6 +260,9 @@ class DiagramBuilder : public ExpansionVisitor {
       for (const Element& element : definition.elements) {
         entry->second.insert(element.name);
       }
+      for (const FaultyElement& element : definition.faulty) {
+        entry->second.insert(element.name);
+      }
       for (const Call& call : definition.calls) {
         entry->second.insert(call.name);
       }
@@ -245,13 +300,33 @@ class DiagramBuilder : public ExpansionVisitor {
   std::unordered_map<const TextFile*, std::shared_ptr<const std::string>> m_file_names;
   std::unordered_map<const Definition*, std::unordered_set<NameId>> m_taken_names;
   std::vector<Level> m_levels;
+  bool m_has_mistakes;
 };
+
+/// For parameters whose own can't be read.
+void fill_in_values(Netlist& netlist) {
+  const auto nothing = std::make_shared<const Expression>(Expression::of_number(0));
+  const auto fill_in = [&](std::vector<Parameter>& parameters) {
+    for (Parameter& parameter : parameters) {
+      parameter.value = parameter.value == nullptr ? nothing : parameter.value;
+    }
+  };
+  for (Definition& definition : netlist.definitions) {
+    fill_in(definition.parameters);
+    for (Call& call : definition.calls) {
+      fill_in(call.parameters);
+    }
+  }
+}
 
 }  // namespace
 
-void build_diagram(Netlist& netlist, host::Diagram& diagram, DiagnosticList& diagnostics) {
+void build_diagram(Netlist& netlist, host::Diagram& diagram, DiagnosticList& diagnostics, bool has_mistakes) {
   Reporter reporter(diagnostics);
-  DiagramBuilder builder(netlist, diagram, reporter);
+  if (has_mistakes) {
+    fill_in_values(netlist);
+  }
+  DiagramBuilder builder(netlist, diagram, reporter, has_mistakes);
   expand(netlist, builder, reporter);
 }
 

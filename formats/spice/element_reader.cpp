@@ -40,7 +40,16 @@ ElementReader::ElementReader(Netlist& netlist, Definition& definition, Reporter&
       m_expressions(netlist, definition, reporter) {}
 
 void ElementReader::read(const Card& card, std::int32_t branch) {
+  const std::size_t errors = m_reporter.list().error_count();
+  read_card(card, branch);
+  if (m_reporter.list().error_count() != errors) {
+    m_netlist.faulty_cards.push_back({card.place(), card.place(card.text().size() - 1).line});
+  }
+}
+
+void ElementReader::read_card(const Card& card, std::int32_t branch) {
   CardCursor cursor(card);
+  const std::size_t errors = m_reporter.list().error_count();
   const char letter = card.text().front();
   if (letter == 'x') {
     CallReader(m_netlist, m_definition, m_reporter).read(card, branch);
@@ -52,15 +61,28 @@ void ElementReader::read(const Card& card, std::int32_t branch) {
   element.branch = branch;
   element.place = card.place();
   if (element.kind == nullptr) {
-    m_reporter
-        .mistake("spice:unsupported_element", element.place,
-                 "element '" + name(element) + "': elements with the letter '" +
-                     std::string(1, static_cast<char>(std::toupper(letter))) + "' are not supported")
-        .notes.push_back({"supported are " + supported_letters(), {}});
-    return;
+    report_unsupported(element, letter);
+  } else {
+    read_element(cursor, element);
   }
-  read_element(cursor, element);
-  m_definition.elements.push_back(std::move(element));
+  keep(std::move(element), errors);
+}
+
+void ElementReader::report_unsupported(const Element& element, char letter) {
+  m_reporter
+      .mistake("spice:unsupported_element", element.place,
+               "element '" + name(element) + "': elements with the letter '" +
+                   std::string(1, static_cast<char>(std::toupper(letter))) + "' are not supported")
+      .notes.push_back({"supported are " + supported_letters(), {}});
+}
+
+void ElementReader::keep(Element element, std::size_t errors_before) {
+  if (m_reporter.list().error_count() != errors_before) {
+    m_definition.faulty.push_back(
+        {element.name, element.branch, element.kind, std::move(element.nodes), element.place});
+  } else if (element.kind != nullptr) {
+    m_definition.elements.push_back(std::move(element));
+  }
 }
 
 void ElementReader::read_element(CardCursor& cursor, Element& element) {
@@ -140,6 +162,9 @@ bool ElementReader::read_nodes_to_model(CardCursor& cursor, Element& element) {
       element.nodes.push_back(m_netlist.names.add(words[i].first));
     }
     return true;
+  }
+  for (std::size_t i = 0; i < std::min<std::size_t>(words.size(), element.kind->min_nodes); ++i) {
+    element.nodes.push_back(m_netlist.names.add(words[i].first));
   }
   if (nodes_too_few != 0 || words.size() <= element.kind->min_nodes) {
     report_node_count(cursor, element,

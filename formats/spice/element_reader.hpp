@@ -16,6 +16,10 @@ class ElementReader {
   void read(const Card& card, std::int32_t branch);
 
  private:
+  void read_card(const Card& card, std::int32_t branch);
+  void report_unsupported(const Element& element, char letter);
+  /// Keeps the element: with the others, or with the faulty ones where there are more errors than before.
+  void keep(Element element, std::size_t errors_before);
   void read_element(CardCursor& cursor, Element& element);
 
   /// Reads as many more.

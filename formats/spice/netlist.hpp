@@ -86,11 +86,26 @@ struct Element {
 struct Call {
   NameId name = 0;
   std::int32_t branch = -1;
-  std::int32_t definition = -1;  ///< index in the netlist, -1 for one that isn't known
+  std::int32_t definition = -1;  ///< index in the netlist, -1 for one that isn't known or can't be called like this
   std::vector<NameId> nodes;
   std::vector<Parameter> parameters;
   std::string target;  ///< name of the definition as it was called
   Place place;
+};
+
+/// An element whose card has mistakes. Only who shows what could be read of a netlist looks at it.
+struct FaultyElement {
+  NameId name = 0;
+  std::int32_t branch = -1;
+  const ElementKind* kind = nullptr;  ///< null for one that isn't supported
+  std::vector<NameId> nodes;          ///< as far as they are known
+  Place place;
+};
+
+/// The lines of a card with mistakes, from the place on.
+struct FaultyCard {
+  Place place;
+  std::uint32_t last_line = 0;
 };
 
 /// A `.subckt`, or the netlist's top level.
@@ -107,6 +122,7 @@ struct Definition {
   std::vector<Branch> branches;
   std::vector<Element> elements;
   std::vector<Call> calls;
+  std::vector<FaultyElement> faulty;
   std::vector<NameId> reached_globals;  ///< ground and global nodes used here or below, in ascending order
 };
 
@@ -116,6 +132,8 @@ struct Netlist {
   std::deque<Definition> definitions;  ///< the top level first
   std::set<NameId> globals;            ///< without ground
   std::vector<std::shared_ptr<const TextFile>> files;
+  std::vector<FaultyCard> faulty_cards;  ///< of elements and calls
+  bool too_large = false;                ///< to be expanded
 
   const Definition& top() const { return definitions.front(); }
   bool is_global(NameId node) const { return node == ground || globals.count(node) != 0; }

@@ -18,10 +18,9 @@ class NetlistChecker {
       check_duplicates(definition);
     }
     m_reporter.set_used(true);
-    if (order_definitions()) {
-      check_size();
-      find_reached_globals();
-    }
+    order_definitions();
+    check_size();
+    find_reached_globals();
   }
 
  private:
@@ -41,16 +40,16 @@ class NetlistChecker {
 
   // --- calls
 
-  void check_calls(const Definition& definition) {
-    for (const Call& call : definition.calls) {
+  void check_calls(Definition& definition) {
+    for (Call& call : definition.calls) {
       if (call.definition >= 0) {
-        check_node_count(call);
         check_call_parameters(call);
+        check_node_count(call);
       }
     }
   }
 
-  void check_node_count(const Call& call) {
+  void check_node_count(Call& call) {
     const Definition& target = called(call);
     if (call.nodes.size() == target.formals.size()) {
       return;
@@ -64,6 +63,7 @@ class NetlistChecker {
                  "'" + m_netlist.names.text(call.name) + "' gives " + std::to_string(call.nodes.size()) +
                      " node(s) to '" + call.target + "', which has " + std::to_string(target.formals.size()))
         .notes.push_back({"it is defined as '" + target.name + formals + "'", source_place(target.place)});
+    call.definition = -1;
   }
 
   void check_call_parameters(const Call& call) {
@@ -101,6 +101,9 @@ class NetlistChecker {
     for (const Element& element : definition.elements) {
       check_duplicate(definition, seen, element.name, element.branch, element.place);
     }
+    for (const FaultyElement& element : definition.faulty) {
+      check_duplicate(definition, seen, element.name, element.branch, element.place);
+    }
     for (const Call& call : definition.calls) {
       check_duplicate(definition, seen, call.name, call.branch, call.place);
     }
@@ -136,46 +139,42 @@ class NetlistChecker {
     std::size_t call;
   };
 
-  /// Definitions that are called come before those that call them. False when some call themselves.
-  bool order_definitions() {
+  /// Definitions that are called come before those that call them. Calls by which some call themselves are undone.
+  void order_definitions() {
     m_states.assign(m_netlist.definitions.size(), State::fresh);
-    bool is_free = true;
     for (std::size_t i = 0; i < m_states.size(); ++i) {
-      is_free = visit(i) && is_free;
+      visit(i);
     }
-    return is_free;
   }
 
-  bool visit(std::size_t first) {
+  void visit(std::size_t first) {
     if (m_states[first] != State::fresh) {
-      return true;
+      return;
     }
-    bool is_free = true;
     std::vector<Visit> path{{first, 0}};
     m_states[first] = State::open;
     while (!path.empty()) {
       Visit& top = path.back();
-      const Definition& definition = m_netlist.definitions[top.definition];
+      Definition& definition = m_netlist.definitions[top.definition];
       if (top.call == definition.calls.size()) {
         m_states[top.definition] = State::done;
         m_order.push_back(top.definition);
         path.pop_back();
         continue;
       }
-      const Call& call = definition.calls[top.call++];
+      Call& call = definition.calls[top.call++];
       const auto index = static_cast<std::size_t>(call.definition);
       if (call.definition < 0) {
         continue;
       }
       if (m_states[index] == State::open) {
         report_recursion(path, call);
-        is_free = is_free && !definition.used;
+        call.definition = -1;
       } else if (m_states[index] == State::fresh) {
         m_states[index] = State::open;
         path.push_back({index, 0});
       }
     }
-    return is_free;
   }
 
   void report_recursion(const std::vector<Visit>& path, const Call& call) {
@@ -205,7 +204,8 @@ class NetlistChecker {
       }
       sizes[index] = size;
     }
-    if (sizes[0] > largest_circuit) {
+    m_netlist.too_large = sizes[0] > largest_circuit;
+    if (m_netlist.too_large) {
       m_reporter.mistake(
           "spice:too_large", m_netlist.top().place,
           "the expanded circuit has more than " + std::to_string(static_cast<long>(largest_circuit)) + " elements");
@@ -223,6 +223,9 @@ class NetlistChecker {
                      [this](NameId node) { return m_netlist.is_global(node); });
       };
       for (const Element& element : definition.elements) {
+        add(element.nodes);
+      }
+      for (const FaultyElement& element : definition.faulty) {
         add(element.nodes);
       }
       for (const Call& call : definition.calls) {

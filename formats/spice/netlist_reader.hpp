@@ -10,7 +10,8 @@ namespace kinemo::formats::spice {
 
 struct TextFile;
 
-/// Reads the netlist that begins with the file `top`. Of use as a circuit only if no errors were added.
+/// Reads the netlist that begins with the file `top`. Of use as a circuit only if no errors were added, and else only to
+/// show what could be read.
 Netlist read_cards_and_resolve(const std::shared_ptr<const TextFile>& top, DiagnosticList& diagnostics);
 
 }  // namespace kinemo::formats::spice

@@ -4,6 +4,7 @@
 
 #include "embedded/block_diagram/diagram.hpp"
 #include "formats/spice/diagram_builder.hpp"
+#include "formats/spice/faulty_blocks.hpp"
 #include "formats/spice/netlist_reader.hpp"
 #include "formats/spice/text_file.hpp"
 #include "platform/foundation/exception.hpp"
@@ -24,12 +25,13 @@ std::string model_name(const TextFile& file, const Options& options) {
   return kmf::VnId::make(stem.empty() || stem == "-" ? "netlist" : stem);
 }
 
-/// Builds all of the diagram or takes back what was built.
-Diagram* build(Netlist& netlist, const std::string& name, const TextFile& file, DiagnosticList& diagnostics) {
+/// Null where the diagram couldn't be begun.
+Diagram* build(Netlist& netlist, const std::string& name, const TextFile& file, DiagnosticList& diagnostics,
+               bool has_mistakes) {
   Diagram* diagram = nullptr;
   try {
     diagram = &Diagram::create(name);
-    build_diagram(netlist, *diagram, diagnostics);
+    build_diagram(netlist, *diagram, diagnostics, has_mistakes);
   } catch (const kmf::Exception& raised) {
     diagnostics.error("spice:host", {file.shown_name, 0, 0}, raised.what());
   } catch (...) {
@@ -38,21 +40,29 @@ Diagram* build(Netlist& netlist, const std::string& name, const TextFile& file, 
     }
     throw;
   }
-  if (diagnostics.has_errors() && diagram != nullptr) {
-    Diagram::close(*diagram);
-    diagram = nullptr;
-  }
   return diagram;
 }
 
 Diagram* read(const std::shared_ptr<const TextFile>& file, const Options& options, DiagnosticList& diagnostics) {
   const std::size_t errors_before = diagnostics.error_count();
+  const auto is_right = [&] { return diagnostics.error_count() == errors_before; };
   Netlist netlist = read_cards_and_resolve(file, diagnostics);
   Diagram* diagram = nullptr;
-  if (diagnostics.error_count() == errors_before) {
-    diagram = build(netlist, model_name(*file, options), *file, diagnostics);
+  if (is_right()) {
+    diagram = build(netlist, model_name(*file, options), *file, diagnostics, false);
+  } else if (options.on_errors == OnErrors::keep && !netlist.too_large) {
+    DiagnosticList consequences;  // of what has been told
+    diagram = build(netlist, model_name(*file, options), *file, consequences, true);
   }
   diagnostics.sort();
+  if (diagram == nullptr || is_right()) {
+    return diagram;
+  }
+  if (options.on_errors == OnErrors::close) {
+    Diagram::close(*diagram);
+    return nullptr;
+  }
+  point_at_blocks(netlist, *diagram, diagnostics);
   return diagram;
 }
 

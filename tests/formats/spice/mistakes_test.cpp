@@ -9,8 +9,10 @@
 #include <sstream>
 
 #include "formats/spice/netlist_reader.hpp"
+#include "formats/spice/read_netlist.hpp"
 #include "formats/spice/text_file.hpp"
 #include "tests/formats/spice/flatten.hpp"
+#include "tests/support/physical_environment.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace kinemo::formats::spice {
@@ -238,6 +240,55 @@ std::string told(const std::string& text) {
     all += to_string(one) + "\n";
   }
   return all;
+}
+
+/// With the blocks of the physical domain.
+class FaultyNetlists : public test::PhysicalEnvironment {
+ protected:
+  embedded::block_diagram::Diagram* read_kept(const std::string& text, DiagnosticList& diagnostics) {
+    Options options;
+    options.model_name = "m";
+    options.on_errors = OnErrors::keep;
+    return read_netlist_text(text, "t.cir", options, diagnostics);
+  }
+};
+
+TEST_F(FaultyNetlists, AreKeptAsFarAsTheyCanBeRead) {
+  for (const char* text : netlists) {
+    DiagnosticList kept;
+    DiagnosticList closed;
+    auto* diagram = read_kept(text, kept);
+    ASSERT_NE(nullptr, diagram) << text;
+    embedded::block_diagram::Diagram::close(*diagram);
+    diagram = read_netlist_text(text, "t.cir", {"m"}, closed);
+    EXPECT_EQ(test::all_text(closed), test::all_text(kept)) << text;
+    EXPECT_EQ(diagram == nullptr, closed.has_errors());
+    if (diagram != nullptr) embedded::block_diagram::Diagram::close(*diagram);
+  }
+}
+
+TEST_F(FaultyNetlists, NameTheBlocksOfTheirErrors) {
+  DiagnosticList diagnostics;
+  const auto* diagram = read_kept(R"(title
+r1 in out 1k
+a1 in out kind
+d1 in
++ out nomodel
+x1 in out nowhere
+x2 in out sub
+.subckt sub a b
+r1 a b {1+}
+.ends
+.end
+)",
+                                  diagnostics);
+  ASSERT_NE(nullptr, diagram);
+  std::vector<std::string> objects;
+  for (const Diagnostic& one : diagnostics.all()) {
+    for (const DiagnosticObject& object : one.objects) objects.push_back(object.block);
+  }
+  EXPECT_THAT(objects, testing::ElementsAre("m/a1", "m/d1", "m/x1", "m/x2/r1"));
+  EXPECT_EQ(5U, diagram->root().blocks().size());
 }
 
 TEST(NetlistMistakes, TellHowManyNodesAreMissing) {
