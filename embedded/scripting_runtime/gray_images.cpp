@@ -1,10 +1,14 @@
-// Which images are stored in shades of gray: the image library turns all into colours, so their heads are read here.
+// What the image library doesn't tell of a file: whether it is stored in shades of gray, which the library turns into
+// colours, and whether it was cut off, which it makes up for with pixels of its own.
 
 #include "embedded/scripting_runtime/image_file.hpp"
 
 namespace embedded::scripting_runtime {
 
 namespace {
+
+constexpr std::string_view png_head = "\x89PNG\r\n\x1A\n";
+constexpr std::string_view jpeg_head = "\xFF\xD8\xFF";
 
 unsigned byte_at(std::string_view bytes, std::size_t i) {
   return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
@@ -41,11 +45,35 @@ bool is_gray_pnm(std::string_view bytes) {
   return bytes.size() > 2 && bytes[0] == 'P' && std::string_view("1245").find(bytes[1]) != std::string_view::npos;
 }
 
+/// Without the chunk that ends the file.
+bool is_cut_png(std::string_view bytes) {
+  constexpr std::size_t head = 8;
+  constexpr std::size_t around_data = 12;  // length, type, checksum
+  for (std::size_t at = head; at + around_data <= bytes.size();) {
+    if (bytes.substr(at + 4, 4) == "IEND") return false;
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < 4; ++i) length = 256 * length + byte_at(bytes, at + i);
+    at += around_data + length;
+  }
+  return true;
+}
+
+/// Without the marker that ends an image after the last scan begins. Neither marker can stand among a scan's data.
+bool is_cut_jpeg(std::string_view bytes) {
+  const std::size_t scan = bytes.rfind("\xFF\xDA");
+  return scan != std::string_view::npos && bytes.find("\xFF\xD9", scan) == std::string_view::npos;
+}
+
 }  // namespace
 
+bool ends_too_early(std::string_view bytes) {
+  if (begins_with(bytes, png_head)) return is_cut_png(bytes);
+  return begins_with(bytes, jpeg_head) && is_cut_jpeg(bytes);
+}
+
 bool is_gray_image(std::string_view bytes) {
-  if (begins_with(bytes, "\x89PNG\r\n\x1A\n")) return is_gray_png(bytes);
-  if (begins_with(bytes, "\xFF\xD8\xFF")) return is_gray_jpeg(bytes);
+  if (begins_with(bytes, png_head)) return is_gray_png(bytes);
+  if (begins_with(bytes, jpeg_head)) return is_gray_jpeg(bytes);
   return is_gray_pnm(bytes);
 }
 

@@ -104,6 +104,7 @@ cvUniquePtr read_image(const std::string& file) {
   const auto bytes = kmf::embedded::read_regular_file(path, file_limit);
   if (!bytes) throw_unreadable(file, "there is no such file, or it can't be opened");
   const Pixbuf image = decode(file, *bytes);
+  if (ends_too_early(*bytes)) throw_unreadable(file, "the data end too early");
   return array_of_image(image.get(), is_gray_image(*bytes) ? 1 : 3);
 }
 

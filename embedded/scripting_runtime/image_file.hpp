@@ -17,4 +17,7 @@ cvUniquePtr read_image(const std::string& file);
 /// Whether the bytes of an image file say that it is stored in shades of gray. Known of PNG, JPEG and PNM.
 bool is_gray_image(std::string_view bytes);
 
+/// Whether the end of a PNG or JPEG file is missing.
+bool ends_too_early(std::string_view bytes);
+
 }  // namespace embedded::scripting_runtime

@@ -78,15 +78,25 @@ TEST_F(Images, GrayIsKnownByTheHeadOfAFile) {
   EXPECT_FALSE(is_gray_image(""));
 }
 
+TEST_F(Images, TheEndOfAFileIsMissed) {
+  const std::string scan = "ffd8ffe1000affdaff00ffd9ffc0ffda0000ff00";  // a small image in a segment, then the image
+  EXPECT_TRUE(ends_too_early(bytes(scan)));
+  EXPECT_FALSE(ends_too_early(bytes(scan + "ffd9")));
+  EXPECT_FALSE(ends_too_early(bytes(gray_png)));
+  EXPECT_TRUE(ends_too_early(bytes("89504e470d0a1a0affffffff49444154")));
+  EXPECT_FALSE(ends_too_early("P6 1 1 255\n")) << "not known of this kind";
+}
+
 TEST_F(Images, WhatCannotBeReadIsAnErrorThatNamesTheFile) {
   const auto fails = [](const std::string& name) {
     return testing::MatchesRegex("CannotReadImage\\([^,]*/" + name + ", .*\\)");
   };
   folder.write("text.png", "no image at all");
   folder.write("short.png", bytes(gray_png).substr(0, 40));
+  folder.write("cut.png", bytes(gray_png).substr(0, bytes(gray_png).size() - 12));
   folder.write("empty.png", "");
   ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-  for (const char* name : {"missing.png", "text.png", "short.png", "empty.png", "pipe"})
+  for (const char* name : {"missing.png", "text.png", "short.png", "cut.png", "empty.png", "pipe"})
     EXPECT_THAT(error(name), fails(name));
   folder.write("huge.png", bytes(huge_png));
   EXPECT_THAT(error("huge.png"), testing::StartsWith("ArrayTooLarge(60000x60000x3"));
