@@ -53,11 +53,15 @@ Rectangle extent(const Box& box);
 Problem tidy(const Problem& problem);
 
 /// Whether names at the pins stand for the lines of a net: for one of many pins, as for a ground, that couldn't be
-/// followed. What the user placed may have larger nets, as the user sees to their lines.
+/// followed, and for one with a name and a single pin. What the user placed may have larger nets, as the user sees to
+/// their lines.
 class StubRule {
  public:
   explicit StubRule(const Problem& problem);
-  bool operator()(const Net& net) const { return net.pins.size() > most_pins_; }
+  bool operator()(const Net& net) const {
+    const bool names_one_pin = net.pins.size() == 1 && net.name.width > 0;
+    return names_one_pin || net.pins.size() > most_pins_;
+  }
 
  private:
   static constexpr std::size_t most_pins_of_lines = 9;

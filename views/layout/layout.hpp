@@ -39,11 +39,12 @@ struct PinRef {
   std::size_t pin = 0;
 };
 
-/// Pins that are one node in this system. One pin alone is an end that nothing joins, and gets no route.
+/// Pins that are one node in this system. One pin alone is an end that nothing joins, and gets no route but the stub of
+/// a net with a name.
 struct Net {
   std::vector<PinRef> pins;
   Size label;      ///< room for its name, where a stub stands for its line
-  Size name = {};  ///< of its name beside its lines; boxes that the layout places keep room for it
+  Size name = {};  ///< of its name beside its lines, if the user named it; boxes that the layout places keep room for it
 };
 
 struct Problem {

@@ -104,7 +104,7 @@ std::vector<Rectangle> footprints(const Problem& problem) {
   for (const Box& box : problem.boxes) result.push_back(extent(box));
   const StubRule stubs(problem);
   for (const Net& net : problem.nets) {
-    if (net.pins.size() < 2) continue;
+    if (net.pins.size() < 2 && !stubs(net)) continue;
     for (const PinRef& it : net.pins) {
       const Pin& pin = pin_of(problem, it);
       const double length = &it == named_pin(problem, net) ? leg_with_name(net) : leg_length;

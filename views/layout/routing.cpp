@@ -73,9 +73,8 @@ class Router {
   /// Whether lines join the net, which then has legs, or names stand for it.
   void decide(std::size_t net, bool all_fixed) {
     const Net& it = problem_.nets[net];
-    if (it.pins.size() < 2) return;
     nets_[net].named = stub_rule_(it);
-    if (nets_[net].named) return;
+    if (nets_[net].named || it.pins.size() < 2) return;
     make_legs(net);
     nets_[net].named = is_long(nets_[net].order) && it.label.width > 0 && !all_fixed;
   }

@@ -11,6 +11,7 @@ namespace drawing = embedded::drawing;
 namespace {
 
 constexpr GTColor black{0, 0, 0, -1, 0};
+constexpr GTColor white{1, 1, 1, -1, 0};
 constexpr GTColor faint{0.35, 0.35, 0.35, -1, 0};
 constexpr double line_width = 1.5;  // as the leads of icons
 constexpr double mark_width = 8;
@@ -46,6 +47,7 @@ class Painter {
   void paint() {
     for (std::size_t i = 0; i < scene_.nets.size(); ++i) underline(i);
     for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_net(i);
+    for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_labels(i);
     for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_shape(i);
     for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_marks(i);
   }
@@ -55,12 +57,7 @@ class Painter {
     if (marks_.nets.count(scene_.nets[i].ports) == 0) return;
     const layout::Route& route = scene_.drawing.routes[i];
     for (const auto& line : route.lines) canvas_.drawLine(line, marks_.light, mark_width);
-    for (const layout::Stub& stub : route.stubs) {
-      canvas_.drawLine({stub.from, stub.end}, marks_.light, mark_width);
-      const layout::Rectangle& label = stub.label;
-      canvas_.drawLine({{label.x, label.y + label.height / 2}, {label.x + label.width, label.y + label.height / 2}},
-                       marks_.light, label.height);
-    }
+    for (const layout::Stub& stub : route.stubs) canvas_.drawLine({stub.from, stub.end}, marks_.light, mark_width);
   }
 
   void draw_net(std::size_t i) {
@@ -68,16 +65,24 @@ class Painter {
     const layout::Route& route = scene_.drawing.routes[i];
     const double width = marks_.nets.count(net.ports) != 0 ? 2 * line_width : line_width;
     for (const auto& line : route.lines) canvas_.drawLine(line, net.color, width);
-    if (net.label) {
-      canvas_.drawText(net.name, *net.label, GT_ALIGN_LEFT, GT_ALIGN_TOP, net.color, net_name_share);
-    }
     for (const layout::Point& dot : route.dots) canvas_.drawDot(dot, net.color, dot_radius);
-    for (const layout::Stub& stub : route.stubs) {
-      canvas_.drawLine({stub.from, stub.end}, net.color, width);
-      const layout::Rectangle& label = stub.label;
-      canvas_.drawText(net.name, {label.x + label.width / 2, label.y + label.height / 2}, GT_ALIGN_CENTER,
-                       GT_ALIGN_MIDDLE, net.color, stub_share);
-    }
+    for (const layout::Stub& stub : route.stubs) canvas_.drawLine({stub.from, stub.end}, net.color, width);
+  }
+
+  void draw_labels(std::size_t i) {
+    const SceneNet& net = scene_.nets[i];
+    if (net.label) draw_label(net, net.label->text, net.label->place, net_name_share);
+    for (const layout::Stub& stub : scene_.drawing.routes[i].stubs) draw_label(net, net.name, stub.label, stub_share);
+  }
+
+  /// On a ground that hides lines under it.
+  void draw_label(const SceneNet& net, const ustring& text, const layout::Rectangle& place, double share) {
+    const auto whole = [](double value) { return static_cast<int>(std::lround(value)); };
+    const layout::Point middle{place.x + place.width / 2, place.y + place.height / 2};
+    const bool marked = marks_.nets.count(net.ports) != 0;
+    canvas_.fill({whole(place.x), whole(place.y), whole(place.x + place.width), whole(place.y + place.height)},
+                 marked ? marks_.light : white);
+    canvas_.drawText(text, middle, GT_ALIGN_CENTER, GT_ALIGN_MIDDLE, net.color, share);
   }
 
   void draw_shape(std::size_t i) {

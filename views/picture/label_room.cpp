@@ -45,7 +45,8 @@ LabelRoom::LabelRoom(const std::vector<layout::Box>& boxes, const layout::Drawin
   }
   for (std::size_t net = 0; net < drawing.routes.size(); ++net) {
     for (const auto& line : drawing.routes[net].lines) {
-      for (std::size_t i = 1; i < line.size(); ++i) scene_.add({Kind::line, layout::spanned(line[i - 1], line[i]), net});
+      for (std::size_t i = 1; i < line.size(); ++i)
+        scene_.add({Kind::line, layout::spanned(line[i - 1], line[i]), net});
     }
     const auto& stubs = drawing.routes[net].stubs;
     for (std::size_t i = 0; i < stubs.size(); ++i) add_stub(net, i, stubs[i]);
@@ -55,12 +56,13 @@ LabelRoom::LabelRoom(const std::vector<layout::Box>& boxes, const layout::Drawin
 Covered LabelRoom::covered(const Rectangle& label) const {
   Covered result;
   const Rectangle wide = widened(label);
+  const Rectangle between{label.x - clearance, label.y, label.width + 2 * clearance, label.height};
   for (const std::size_t thing : scene_.near(wide)) {
     const layout::Thing& it = scene_[thing];
     if (is_line(it.kind)) {
       result.lines += touch(it.room, wide) ? 1 : 0;
     } else {
-      result.solids += layout::overlap(it.room, label) ? 1 : 0;
+      result.solids += layout::overlap(it.room, between) ? 1 : 0;
     }
   }
   return result;

@@ -22,7 +22,7 @@ class LabelRoom {
   /// `boxes` are those of the drawing.
   LabelRoom(const std::vector<layout::Box>& boxes, const layout::Drawing& drawing);
 
-  /// Texts keep two units clear of lines at their sides.
+  /// Texts keep two units clear of what is at their sides.
   Covered covered(const layout::Rectangle& label) const;
   /// Of a line that would be drawn: texts and blocks that it runs through, and lines that it runs along.
   int obstacles(layout::Point from, layout::Point to) const;

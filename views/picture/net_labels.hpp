@@ -18,8 +18,8 @@ struct NetLabel {
 
 using MeasureLabel = std::function<layout::Size(const ustring&)>;
 
-/// For each net its name: above or below a horizontal line of it, beside a vertical one, or, where nothing is free, on a
-/// line. None where it would cover blocks or texts, for nets without lines, and for empty names.
+/// For each net its name: above or below a horizontal line of it, beside a vertical one, or, where nothing is free, on
+/// a line. None where it would cover blocks or texts, for nets without lines, and for empty names.
 std::vector<boost::optional<NetLabel>> place_net_labels(LabelRoom& room, const layout::Drawing& drawing,
                                                         const std::vector<ustring>& names, const MeasureLabel& measure);
 

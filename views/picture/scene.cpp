@@ -4,9 +4,10 @@
 #include "embedded/drawing/short_text.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
+#include "views/layout/geometry.hpp"
 #include "views/picture/caption_places.hpp"
 #include "views/picture/io_places.hpp"
-#include "views/picture/net_labels.hpp"
+#include "views/picture/stub_labels.hpp"
 
 #include <algorithm>
 #include <unordered_map>
@@ -73,7 +74,8 @@ class SceneMaker {
     for (const BlockShape& shape : scene_.shapes) {
       for (const gtPort* port : shape.ports) {
         const std::vector<gtPort*>& net = host::netOf(*port);
-        if (net.size() > 1 && seen.insert(&net).second) add_net(*port, names, pins);
+        const bool shown = net.size() > 1 || names.count(&net) != 0;
+        if (shown && seen.insert(&net).second) add_net(*port, names, pins);
       }
     }
   }
@@ -92,16 +94,16 @@ class SceneMaker {
   }
 
   void add_labels() {
-    std::vector<layout::Size> sizes;
-    for (const SceneNet& net : scene_.nets)
-      sizes.push_back(net.named ? maker_.net_name_size(net.name) : layout::Size{});
-    const auto places = place_net_labels(problem_.boxes, scene_.drawing, sizes);
+    LabelRoom room(problem_.boxes, scene_.drawing);
+    place_stub_labels(room, scene_.drawing);
+    std::vector<ustring> names;
+    for (const SceneNet& net : scene_.nets) names.push_back(net.named ? net.name : ustring());
+    const auto measure = [this](const ustring& text) { return maker_.net_name_size(text); };
+    const auto labels = place_net_labels(room, scene_.drawing, names, measure);
     layout::Rectangle& bounds = scene_.drawing.bounds;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      scene_.nets[i].label = places[i];
-      if (!places[i] || places[i]->y >= bounds.y) continue;
-      bounds.height += bounds.y - places[i]->y;
-      bounds.y = places[i]->y;
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+      scene_.nets[i].label = labels[i];
+      if (labels[i]) bounds = layout::united(bounds, labels[i]->place);
     }
   }
 

@@ -4,6 +4,7 @@
 #include "embedded/block_diagram/diagram.hpp"
 #include "views/layout/layout.hpp"
 #include "views/picture/block_shape.hpp"
+#include "views/picture/net_labels.hpp"
 #include "views/picture/net_types.hpp"
 
 #include <boost/optional.hpp>
@@ -19,15 +20,15 @@ struct SceneNet {
   ustring name;                       ///< of a named line; otherwise of the block or port that tells most
   GTColor color;
   bool named = false;  ///< by the user
-  /// Where the name stands beside the lines; none for nets without a name of their own, and where there is no room.
-  boost::optional<layout::Point> label = boost::none;
+  /// The name beside the lines; none for nets without a name of their own, and where there is no room.
+  boost::optional<NetLabel> label = boost::none;
 };
 
 /// Refers to the system, which isn't edited while the scene lives.
 struct Scene {
   host::System* system;
   std::vector<BlockShape> shapes;
-  std::vector<SceneNet> nets;  ///< those of two ports or more
+  std::vector<SceneNet> nets;  ///< those of two ports or more, and named ones of a single port
   layout::Drawing drawing;     ///< by shapes and nets
 };
 

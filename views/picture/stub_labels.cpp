@@ -13,7 +13,6 @@ using layout::Point;
 using layout::Rectangle;
 using layout::Stub;
 
-constexpr double beside = 1.5;  ///< between the line of a stub and a name along it
 constexpr double from_edge = 3;
 
 Stub with_length(Stub stub, double length) {
@@ -23,7 +22,7 @@ Stub with_length(Stub stub, double length) {
 }
 
 /// The name along the line of a stub: above or below it, or at its right or left.
-Stub along(Stub stub, bool first) {
+Stub along(Stub stub, bool first, double beside) {
   const Rectangle& label = stub.label;
   const Point from = stub.from;
   double x = first ? from.x + beside : from.x - beside - label.width;
@@ -44,7 +43,10 @@ std::vector<Stub> candidates(const Stub& stub) {
     result.push_back(with_length(stub, length));
   }
   for (const double length : {layout::stub_length, 5.0}) {
-    for (const bool first : {true, false}) result.push_back(along(with_length(stub, length), first));
+    // Near the line, or clear of a name that faces the stub.
+    for (const double beside : {1.5, stub.label.height / 2 + 0.5}) {
+      for (const bool first : {true, false}) result.push_back(along(with_length(stub, length), first, beside));
+    }
   }
   return result;
 }
@@ -86,8 +88,7 @@ void place_stub_labels(LabelRoom& room, layout::Drawing& drawing) {
   }
   for (const layout::Route& route : drawing.routes) {
     for (const Stub& stub : route.stubs) {
-      drawing.bounds =
-          layout::united(drawing.bounds, layout::united(layout::spanned(stub.from, stub.end), stub.label));
+      drawing.bounds = layout::united(drawing.bounds, layout::united(layout::spanned(stub.from, stub.end), stub.label));
     }
   }
 }

@@ -10,6 +10,7 @@
 #include "views/picture/io_places.hpp"
 #include "views/picture/net_labels.hpp"
 #include "views/picture/scene.hpp"
+#include "views/picture/stub_labels.hpp"
 #include "views/picture/value_text.hpp"
 #include "views/systems.hpp"
 
@@ -250,27 +251,80 @@ blocks:
                                  "1 uF", "Supply of the second stage", "1 uF"));
 }
 
-TEST(NetLabels, StandAboveALineWhereThereIsRoom) {
+/// Letters are 5 units wide and 8 high.
+layout::Size letters(const ustring& text) {
+  return {5 * static_cast<double>(text.size()), 8};
+}
+
+TEST(NetLabels, StandBesideALineWhereThereIsRoom) {
   layout::Box box;
   box.size = {40, 40};
-  layout::Drawing drawing;
-  drawing.corners = {{100, 60}, {-1e9, 500}};
-  drawing.routes.resize(4);
-  drawing.routes[0].lines = {{{0, 100}, {0, 50}, {30, 50}}, {{0, 100}, {200, 100}}};  // the long one runs below the box
-  drawing.routes[1].lines = {{{0, 200}, {50, 200}}};
-  drawing.routes[2].lines = {{{0, 300}, {20, 300}, {20, 390}}};  // too short
-  drawing.routes[3].lines = {{{0, 600}, {90, 600}}};             // under a box larger than any page
   layout::Box huge;
   huge.size = {2e9, 2e9};
-  const std::vector<layout::Size> names{{40, 8}, {0, 0}, {30, 8}, {30, 8}};
-  const auto places = place_net_labels({box, huge}, drawing, names);
-  ASSERT_TRUE(places[0]);
-  EXPECT_LT(places[0]->y + 8, 100);
-  EXPECT_LT(places[0]->x + 40, 100) << "left of the box";
-  EXPECT_GT(places[0]->x, 1.5) << "clear of the net's own vertical line";
-  EXPECT_FALSE(places[1]) << "no name";
-  EXPECT_FALSE(places[2]);
-  EXPECT_FALSE(places[3]);
+  layout::Drawing drawing;
+  drawing.corners = {{100, 60}, {-1e9, 5000}};
+  const std::vector<std::vector<std::vector<layout::Point>>> lines{
+      {{{0, 100}, {0, 50}, {30, 50}}, {{0, 100}, {200, 100}}},  // the long one runs below the box
+      {{{0, 200}, {50, 200}}},                                  // without a name
+      {{{0, 300}, {16, 300}, {16, 390}}},                       // beside the vertical one
+      {{{0, 6000}, {90, 6000}}},                                // under a box larger than any page
+      {{{500, 80}, {540, 80}}},                                 // between two lines, and too short for the name
+      {{{490, 66}, {545, 66}, {545, 94}, {490, 94}}},
+  };
+  drawing.routes.resize(lines.size());
+  for (std::size_t i = 0; i < lines.size(); ++i) drawing.routes[i].lines = lines[i];
+  LabelRoom room({box, huge}, drawing);
+  const auto labels =
+      place_net_labels(room, drawing, {u"net_with", u"", u"side", u"none", u"abcdefghij", u""}, letters);
+  ASSERT_TRUE(labels[0]);
+  EXPECT_LT(labels[0]->place.y + 8, 100);
+  EXPECT_LT(labels[0]->place.x + 40, 100) << "left of the box";
+  EXPECT_GE(labels[0]->place.x, 2.75) << "clear of the net's own vertical line";
+  EXPECT_FALSE(labels[1]) << "no name";
+  ASSERT_TRUE(labels[2]);
+  EXPECT_GE(labels[2]->place.x, 18.75) << "two units from the line";
+  EXPECT_FALSE(labels[3]);
+  ASSERT_TRUE(labels[4]);
+  EXPECT_EQ(u"abc\u2026ij", labels[4]->text);
+}
+
+TEST(StubLabels, FindRoomBesideTheirLinesOrLieOnLinesAlone) {
+  layout::Box left;
+  left.size = {40, 40};
+  layout::Drawing drawing;
+  drawing.corners = {{-40, 0}, {60, 0}};
+  drawing.routes.resize(3);
+  // Two stubs that face each other, and a line of another net between them.
+  drawing.routes[0].stubs = {{{0, 0}, {0, 20}, {15, 20}, layout::Direction::right, {17, 16, 25, 8}}};
+  drawing.routes[1].stubs = {{{1, 0}, {60, 20}, {45, 20}, layout::Direction::left, {18, 16, 25, 8}}};
+  drawing.routes[2].lines = {{{30, -50}, {30, 90}}};
+  LabelRoom room({left, left}, drawing);
+  place_stub_labels(room, drawing);
+  const layout::Rectangle a = drawing.routes[0].stubs[0].label;
+  const layout::Rectangle b = drawing.routes[1].stubs[0].label;
+  EXPECT_FALSE(layout::overlap(a, b));
+  for (const layout::Rectangle& label : {a, b}) {
+    EXPECT_GE(label.x, 0);
+    EXPECT_LE(layout::right(label), 60);
+  }
+}
+
+TEST_F(Picture, ANamedNetOfOnePortHasAStub) {
+  host::Diagram& diagram = read(R"(kinemo: 1
+blocks:
+  R1: {type: physical/resistor}
+  R2: {type: physical/resistor, at: [0, 0, 60, 40]}
+lines:
+  - {name: open, ports: [R1.p]}
+  - {name: end, ports: [R2.n]}
+)");
+  const Scene drawn = scene(diagram.root());
+  std::vector<ustring> names;
+  for (std::size_t i = 0; i < drawn.nets.size(); ++i) {
+    names.push_back(drawn.nets[i].name);
+    EXPECT_EQ(1u, drawn.drawing.routes[i].stubs.size());
+  }
+  EXPECT_THAT(names, UnorderedElementsAre(u"open", u"end"));
 }
 
 TEST_F(Picture, AMarkedNetRunsThroughTheLevels) {
