@@ -1,5 +1,7 @@
 #include "views/model_dot.hpp"
 
+#include "embedded/block_diagram/paths.hpp"
+#include "platform/foundation/strings.hpp"
 #include "views/graph_access.hpp"
 #include "views/graph_walk.hpp"
 #include "views/parameter_text.hpp"
@@ -21,9 +23,26 @@ std::string quoted(std::string_view text) {
   return result + "\"";
 }
 
-/// What a pointer at a component shows: its type, and a line for each parameter that isn't a text.
+/// A text that is shown, where Graphviz takes "&" for the begin of an entity.
+std::string shown(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    result += c;
+    if (c == '&') result += "amp;";
+  }
+  return quoted(result);
+}
+
+/// The last name of the path, or the id of what has none.
+std::string label(const std::string& object, const kmf::VnId& id) {
+  if (object.empty()) return std::string(id);
+  return kmf::ustring_to_utf8_string(embedded::block_diagram::splitPath(kmf::utf8_string_to_ustring(object)).back());
+}
+
+/// What a pointer at a component shows: its path and type, and a line for each parameter that isn't a text.
 std::string tooltip(const gl::core::Component& component) {
-  std::string text(component.type());
+  const std::string object = object_text(component);
+  std::string text = (object.empty() ? "" : object + "\n") + std::string(component.type());
   for (const auto& [id, parameter] : component.parameters()) {
     const ParameterVariant& value = parameter.get(kmf::VnIdPathIterator());
     if (!boost::get<ustring>(&value)) text += "\n" + std::string(id) + " = " + parameter_text(value);
@@ -46,7 +65,10 @@ class DotWriter {
 
   void enter(const GraphLevel& level) {
     path_.enter(level);
-    if (level.owner) line() << "label=" << quoted(level.id->view()) << ";\n";
+    if (!level.owner) return;
+    const std::string object = object_text(*level.owner);
+    line() << "label=" << shown(label(object, *level.id)) << ";\n";
+    if (!object.empty()) line() << "tooltip=" << shown(object) << ";\n";
   }
 
   void component(const GraphLevel&, const kmf::VnId& id, const gl::core::Component& component) {
@@ -54,8 +76,8 @@ class DotWriter {
     if (component.isSubgraph()) {
       line() << "subgraph " << quoted("cluster_" + path) << " {\n";
     } else {
-      line() << quoted(path) << " [shape=box, label=" << quoted(std::string(id))
-             << ", tooltip=" << quoted(tooltip(component)) << "];\n";
+      line() << quoted(path) << " [shape=box, label=" << shown(label(object_text(component), id))
+             << ", tooltip=" << shown(tooltip(component)) << "];\n";
     }
   }
 
@@ -111,7 +133,7 @@ class DotWriter {
 void write_model_dot(std::ostream& out, const std::string& name, const gl::core::Model& model) {
   out << "graph " << quoted(name) << " {\n";
   if (!model.runtimeParameters().runtimeParameters().empty())
-    out << "  tooltip=" << quoted(tooltip(model.runtimeParameters())) << ";\n";
+    out << "  tooltip=" << shown(tooltip(model.runtimeParameters())) << ";\n";
   DotWriter writer(out);
   walk_graphs(model.graph(), writer);
   out << "}\n";

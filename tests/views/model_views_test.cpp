@@ -141,9 +141,21 @@ TEST_F(ModelViews, SummaryTellsExpressionsWithTheirUnits) {
 TEST_F(ModelViews, DotTellsNumbersAndExpressionsInTooltips) {
   std::ostringstream out;
   write_model_dot(out, "m", compile(read(tunable)));
-  for (const char* text : {"tooltip=\"physical.resistor\nR = (2*n + 1) kOhm\"", "\nratio = k\"",
+  for (const char* text : {"\nphysical.resistor\nR = (2*n + 1) kOhm\"", "\nratio = k\"",
                            "tooltip=\"run-time parameters\nR0 = 2 Ohm\nn = 3\""})
     EXPECT_THAT(out.str(), HasSubstr(text));
+}
+
+TEST_F(ModelViews, DotShowsNamesAsTheUserWroteThem) {
+  std::ostringstream out;
+  write_model_dot(out, "m",
+                  compile(read("kinemo: 1\nname: m\nblocks:\n"
+                               "  S/&1: {type: subsystem, ports: {left: [a]}, blocks: {\"\u05d0.\\n1\": "
+                               "{type: physical/resistor}}, lines: [[a, [\"\u05d0.\\n1\", p]]]}\n"
+                               "  G: {type: physical/electrical_reference}\nlines: [[S/&1.a, G]]\n")));
+  EXPECT_THAT(out.str(), HasSubstr("label=\"\u05d0."));
+  EXPECT_THAT(out.str(), HasSubstr("tooltip=\"m/S//&amp;1/\u05d0."));
+  EXPECT_THAT(out.str(), HasSubstr("label=\"S/&amp;1\""));
 }
 
 TEST_F(ModelViews, ParameterTextsAreForPeople) {
