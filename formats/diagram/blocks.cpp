@@ -8,6 +8,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace kinemo::formats::diagram {
 
@@ -85,6 +87,21 @@ bool read_library_block(Reading& reading, const Scope& scope, const YamlNode& ke
   return scope.report.list().error_count() == errors;
 }
 
+/// A place that no picture has room for is as good as none. Without a size the block is drawn in that of its kind.
+bool is_drawable(const Scope& scope, const YamlNode& at, const double (&numbers)[4]) {
+  constexpr double far = 1e6;
+  const bool near = std::all_of(std::begin(numbers), std::end(numbers), [](double n) { return std::abs(n) <= far; });
+  if (!near) {
+    scope.warning(at, "diagram:far-away", "no picture has room for 'at', so the block counts as one without a place",
+                  "numbers from -1000000 to 1000000");
+  } else if (numbers[2] < 1 || numbers[3] < 1) {
+    scope.warning(at, "diagram:no-size",
+                  "width or height of 'at' is less than 1, so pictures show the block in the size of its kind",
+                  "[x, y, width, height]");
+  }
+  return near;
+}
+
 bool read_position(const Scope& scope, GTBlock& block, const YamlNode& at) {
   if (!expect_list(scope, at, "'at'")) return false;
   if (at.children.size() != 4) {
@@ -102,6 +119,7 @@ bool read_position(const Scope& scope, GTBlock& block, const YamlNode& at) {
     scope.error(at, "diagram:bad-value", "width and height of 'at' can't be negative", "[x, y, width, height]");
     return false;
   }
+  if (!is_drawable(scope, at, numbers)) return true;
   const std::string text =
       fmt::format("[{} {} {} {}]", numbers[0], numbers[1], numbers[0] + numbers[2], numbers[1] + numbers[3]);
   host::setProperty(block, "Position", kmf::utf8_string_to_ustring(text));

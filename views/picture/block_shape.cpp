@@ -169,8 +169,9 @@ BlockShape ShapeMaker::make(const GTBlock& block) {
   if (const auto place = host::position(block)) {
     box.fixed = true;
     box.corner = {static_cast<double>(place->left), static_cast<double>(place->top)};
-    box.size = {std::max(0.0, static_cast<double>(place->right) - place->left),
-                std::max(0.0, static_cast<double>(place->bottom) - place->top)};
+    const layout::Size given{static_cast<double>(place->right) - place->left,
+                             static_cast<double>(place->bottom) - place->top};
+    box.size = given.width >= 1 && given.height >= 1 ? given : size_of(block);
   } else {
     box.size = size_of(block);
   }
