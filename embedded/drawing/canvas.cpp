@@ -6,6 +6,7 @@
 #include "embedded/drawing/surface.hpp"
 #include "embedded/drawing/text.hpp"
 #include "embedded/drawing/vector_icon.hpp"
+#include "platform/foundation/strings.hpp"
 #include "platform/foundation/warning.hpp"
 
 #include <cairo-pdf.h>
@@ -77,6 +78,7 @@ struct Canvas::Parts {
   std::map<std::string, std::unique_ptr<VectorIcon>> icons;
   Pen pen;
   boost::optional<std::vector<PortLabel>> labels;  ///< that wait for their block to be drawn
+  int page = 1;
 };
 
 Canvas::Canvas(Format format, Size size, double scale) : parts_(std::make_unique<Parts>(format, size, scale)) {}
@@ -93,6 +95,20 @@ void Canvas::nextPage(Size size) {
   cairo_show_page(context());
   cairo_pdf_surface_set_size(parts_->surface.get(), points.width, points.height);
   parts_->beginPage();
+  ++parts_->page;
+}
+
+void Canvas::setTitle(const ustring& title) {
+  if (parts_->format != Format::Pdf) return;
+  cairo_pdf_surface_set_metadata(parts_->surface.get(), CAIRO_PDF_METADATA_TITLE,
+                                 kmf::ustring_to_utf8_string(title).c_str());
+}
+
+int Canvas::addOutline(const ustring& text, int inside) {
+  if (parts_->format != Format::Pdf) return 0;
+  const std::string target = "page=" + std::to_string(parts_->page) + " pos=[0 0]";
+  return cairo_pdf_surface_add_outline(parts_->surface.get(), inside, kmf::ustring_to_utf8_string(text).c_str(),
+                                       target.c_str(), static_cast<cairo_pdf_outline_flags_t>(0));
 }
 
 std::string Canvas::finish() {

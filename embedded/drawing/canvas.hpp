@@ -29,7 +29,13 @@ class Canvas final : public GTWindow {
 
   /// Ends the page and begins another; of PDF alone. @throws "InvalidSize"
   void nextPage(Size size);
-  /// The bytes of the file. Nothing can be drawn afterwards. @throws "kinemo:host:drawing" "CannotWrite" (reason)
+  /// What viewers show as the title of a PDF; nothing in other formats.
+  void setTitle(const ustring& title);
+  /// An entry of the PDF's outline that leads to the page being drawn, inside of an earlier one or of 0, the outline
+  /// itself. Gives its number; 0 in other formats.
+  int addOutline(const ustring& text, int inside);
+  /// The bytes of the file: the same for the same drawing. Nothing can be drawn afterwards. @throws
+  /// "kinemo:host:drawing" "CannotWrite" (reason)
   std::string finish();
 
   // --- what isn't part of a block

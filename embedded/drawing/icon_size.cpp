@@ -5,6 +5,7 @@
 #include "platform/block_diagram/icon.hpp"
 #include "platform/foundation/strings.hpp"
 
+#include <algorithm>
 #include <filesystem>
 #include <mutex>
 
@@ -23,10 +24,17 @@ std::filesystem::file_time_type time_of(const std::string& file) {
   return error ? std::filesystem::file_time_type::min() : written;
 }
 
+/// A block that is larger than any other by far would only make all else too small to be seen.
+Size bounded(Size page) {
+  constexpr double longest_side = 1000;
+  const double factor = std::min(1.0, longest_side / std::max(page.width, page.height));
+  return {std::max(1.0, page.width * factor), std::max(1.0, page.height * factor)};
+}
+
 boost::optional<Size> read_size(const std::string& file) {
   std::string reason;  // is told where the icon is drawn
   const std::unique_ptr<VectorIcon> icon = VectorIcon::load(file, reason);
-  return icon ? icon->pageSize() : boost::none;
+  return icon && icon->pageSize() ? boost::make_optional(bounded(*icon->pageSize())) : boost::none;
 }
 
 boost::optional<Size> size_of_file(const std::string& file) {

@@ -35,12 +35,26 @@ cairo_status_t append(void* closure, const unsigned char* data, unsigned int len
   return CAIRO_STATUS_SUCCESS;
 }
 
+/// One unit is a pixel; the library's own choice is a point.
+cairo_surface_t* new_svg(Size size, std::string& bytes) {
+  cairo_surface_t* surface = cairo_svg_surface_create_for_stream(append, &bytes, size.width, size.height);
+  cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
+  return surface;
+}
+
+/// Without the time of its making, so that the same drawing gives the same file.
+cairo_surface_t* new_pdf(Size size, std::string& bytes) {
+  cairo_surface_t* surface = cairo_pdf_surface_create_for_stream(append, &bytes, size.width, size.height);
+  cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_CREATE_DATE, "");
+  return surface;
+}
+
 cairo_surface_t* new_surface(Format format, Size size, std::string& bytes) {
   switch (format) {
     case Format::Svg:
-      return cairo_svg_surface_create_for_stream(append, &bytes, size.width, size.height);
+      return new_svg(size, bytes);
     case Format::Pdf:
-      return cairo_pdf_surface_create_for_stream(append, &bytes, size.width, size.height);
+      return new_pdf(size, bytes);
     default:
       return cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(size.width)),
                                         static_cast<int>(std::ceil(size.height)));

@@ -6,6 +6,7 @@
 #include <librsvg/rsvg.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 
@@ -23,12 +24,27 @@ bool is_size(double width, double height) {
   return width >= least_size && height >= least_size && width <= most_size && height <= most_size;
 }
 
+std::string without_end_blanks(std::string text) {
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.pop_back();
+  return text;
+}
+
+/// Whether the file says of its page that it has no extent.
+bool has_empty_page(RsvgHandle* handle) {
+  gboolean has_width = FALSE;
+  gboolean has_height = FALSE;
+  RsvgLength width{};
+  RsvgLength height{};
+  rsvg_handle_get_intrinsic_dimensions(handle, &has_width, &width, &has_height, &height, nullptr, nullptr);
+  return (has_width && width.length == 0) || (has_height && height.length == 0);
+}
+
 ObjectPointer<RsvgHandle> parse(const std::string& text, std::string& reason) {
   GError* error = nullptr;
   const auto* data = reinterpret_cast<const guint8*>(text.data());
   ObjectPointer<RsvgHandle> handle(rsvg_handle_new_from_data(data, text.size(), &error));
   const ErrorPointer owned(error);
-  if (!handle) reason = owned ? owned->message : "it holds no vector graphics";
+  if (!handle) reason = owned ? without_end_blanks(owned->message) : "it holds no vector graphics";
   if (handle) rsvg_handle_set_dpi(handle.get(), pixels_per_inch);
   return handle;
 }
@@ -54,6 +70,10 @@ std::unique_ptr<VectorIcon> VectorIcon::load(const std::string& file, std::strin
   }
   ObjectPointer<RsvgHandle> handle = parse(*text, reason);
   if (!handle) return nullptr;
+  if (has_empty_page(handle.get())) {
+    reason = "its width or height is 0";
+    return nullptr;
+  }
   return std::unique_ptr<VectorIcon>(new VectorIcon(std::move(*text), std::move(handle)));
 }
 

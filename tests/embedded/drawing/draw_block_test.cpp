@@ -170,6 +170,7 @@ TEST_F(DrawBlock, NaturalSizeIsThatOfThePage) {
   EXPECT_EQ(size_of("width='60' height='40px' viewBox='0 0 6 4'"), std::pair(60.0, 40.0));
   EXPECT_EQ(size_of("width='1in' height='48pt'"), std::pair(96.0, 64.0));
   EXPECT_EQ(size_of("viewBox='5 5 30 20'"), std::pair(30.0, 20.0));
+  EXPECT_EQ(size_of("width='80000' height='40000'"), std::pair(1000.0, 500.0)) << "much larger than any block";
   EXPECT_EQ(size_of("width='0' height='40'"), std::pair(0.0, 0.0)) << "none";
   EXPECT_EQ(size_of("width='1e9' height='40'"), std::pair(0.0, 0.0)) << "of no block";
   EXPECT_EQ(size_of("width='40' height='-40'"), std::pair(0.0, 0.0)) << "of no block";
@@ -297,7 +298,9 @@ TEST_F(DrawBlock, ServiceDrawsLabelsBesideTheLeadsUnlessTheSettingIsOff) {
 }
 
 TEST_F(DrawBlock, IconThatCannotBeDrawnCostsOneWarningAndLeavesAFrame) {
-  for (const char* contents : {"no graphics", "", "<svg xmlns='http://www.w3.org/2000/svg'><g>"}) {
+  for (const char* contents :
+       {"no graphics", "", "<svg xmlns='http://www.w3.org/2000/svg'><g>",
+        "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='40'><path d='M0 5 H9'/></svg>"}) {
     Part part;
     registerIcon(part, contents, fitted);
     Canvas canvas(Format::Png, {60, 80});
@@ -314,7 +317,7 @@ TEST_F(DrawBlock, IconsOfOddSizesLeaveTheRestOfThePageIntact) {
   };
   const std::string line = "<path d='M0 5 H10' stroke='black'/>";
   for (const std::string& svg :
-       {page("width='1e-300' height='1e-300'", line.c_str()), page("width='1e30' height='1e30'", line.c_str()),
+       {page("width='1e-30' height='1e-30'", line.c_str()), page("width='1e30' height='1e30'", line.c_str()),
         page("width='40' height='40' viewBox='0 0 1e-30 1e30'", line.c_str()),
         page("width='40' height='40'", "<path d='M0 5 H10' stroke='black' stroke-width='1e-300'/>"),
         page("width='40' height='40'", "<path d='M0 5 H1e-30' stroke='black' stroke-width='1e-30'/>"),
