@@ -34,9 +34,9 @@ UnknownName unknown_block(const host::Diagram& diagram, const std::string& path)
   std::vector<std::string> known;
   for (const GTBlock* block : end.system->blocks()) known.push_back(in_path(block->getGrName()));
   std::string missing = in_path(names[end.name]);
+  const std::string near = formats::did_you_mean(missing, known);
   for (std::size_t i = end.name + 1; i < names.size(); ++i) missing += "/" + in_path(names[i]);
-  return {"'" + kmf::ustring_to_utf8_string(end.system->path()) + "' has no block '" + missing + "'" +
-              formats::did_you_mean(missing, known),
+  return {"'" + kmf::ustring_to_utf8_string(end.system->path()) + "' has no block '" + missing + "'" + near,
           formats::list_names(known)};
 }
 
@@ -48,18 +48,45 @@ gtPort* find_line(const host::System& system, const ustring& name) {
   return nullptr;
 }
 
-gtPort* find_named_line(host::Diagram& diagram, const std::string& path) {
-  std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
-  const ustring line = names.back();
-  if (line.empty()) return nullptr;
-  names.pop_back();
-  host::System* system = &diagram.root();
-  for (const ustring& name : names) {
-    const GTBlock* block = system->find(name);
+/// The system that a path leads to but for its last name; null where there is none.
+const host::System* system_around(const host::Diagram& diagram, const std::vector<ustring>& names) {
+  const host::System* system = &diagram.root();
+  for (auto name = names.begin(); system != nullptr && name + 1 != names.end(); ++name) {
+    const GTBlock* block = system->find(*name);
     system = block != nullptr ? host::contents(*block) : nullptr;
-    if (system == nullptr) return nullptr;
   }
-  return find_line(*system, line);
+  return system;
+}
+
+gtPort* only_port(const GTBlock* block) {
+  const std::vector<gtPort*> ports = block != nullptr ? host::ports(*block) : std::vector<gtPort*>();
+  return ports.size() == 1 ? ports.front() : nullptr;
+}
+
+/// Of a named line, or of a block with one port.
+gtPort* find_named(const host::Diagram& diagram, const std::string& path) {
+  const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
+  const host::System* system = system_around(diagram, names);
+  if (system == nullptr || names.back().empty()) return nullptr;
+  gtPort* line = find_line(*system, names.back());
+  return line != nullptr ? line : only_port(block_at(diagram, path));
+}
+
+/// A name without a port that is no net's.
+UnknownName unknown_net(const host::Diagram& diagram, const std::string& path) {
+  const char* valid = "a port such as Filter/R1.p, a block with one port, or the name of a line";
+  if (const GTBlock* block = path.empty() ? nullptr : block_at(diagram, path)) {
+    return {"the block '" + relative_path(*block) + "' has " + std::to_string(host::ports(*block).size()) +
+                " ports, and '" + path + "' doesn't say which",
+            formats::list_names(port_names(*block))};
+  }
+  const std::vector<ustring> names = host::splitPath(kmf::utf8_string_to_ustring(path));
+  const host::System* system = system_around(diagram, names);
+  if (system == nullptr) return unknown_block(diagram, path);
+  std::vector<std::string> known;
+  for (const auto& line : system->lines()) known.push_back(in_path(line->name));
+  for (const GTBlock* block : system->blocks()) known.push_back(in_path(block->getGrName()));
+  return {"no line is called '" + path + "'" + formats::did_you_mean(in_path(names.back()), known), valid};
 }
 
 /// The port of a text "path.port". Names may hold dots, so every dot is tried, the last one first; `block` becomes the
@@ -108,7 +135,7 @@ gtPort* find_net(host::Diagram& diagram, const std::string& name, UnknownName& u
   std::string port;
   for (const std::string& text : {name, inner}) {
     if (gtPort* found = find_port_of(diagram, text, block, port)) return found;
-    if (gtPort* found = find_named_line(diagram, text)) return found;
+    if (gtPort* found = find_named(diagram, text)) return found;
   }
   if (block != nullptr) {
     unknown = {"the block '" + relative_path(*block) + "' has " + describe_unknown_port(*block, port),
@@ -116,7 +143,7 @@ gtPort* find_net(host::Diagram& diagram, const std::string& name, UnknownName& u
   } else if (inner.find('.') != std::string::npos) {
     unknown = unknown_block(diagram, inner.substr(0, inner.rfind('.')));
   } else {
-    unknown = {"no line is called '" + inner + "'", "a port such as Filter/R1.p, or the name of a line"};
+    unknown = unknown_net(diagram, inner);
   }
   return nullptr;
 }

@@ -31,7 +31,8 @@ const GTBlock* find_block(const embedded::block_diagram::Diagram& diagram, const
 embedded::block_diagram::System* find_system(embedded::block_diagram::Diagram& diagram, const std::string& path,
                                              UnknownName& unknown);
 
-/// A port of the net that a text names: "path.port", or the path of a named line such as "x1/out". Null, and `unknown`
+/// A port of the net that a text names: "path.port", the path of a named line such as "x1/out", or that of a block with
+/// one port. Null, and `unknown`
 /// filled, when there is none.
 gtPort* find_net(embedded::block_diagram::Diagram& diagram, const std::string& name, UnknownName& unknown);
 

@@ -196,8 +196,12 @@ void add_render(CLI::App& app, Options& options) {
   add_model(*command, options, true);
   command->add_option("--system", options.system,
                       "Path of the subsystem to draw; by default the top of the model, and for PDF all systems");
-  command->add_option("--net", options.net,
-                      "Highlight a net through all levels: a port such as Filter/R1.p, or the name of a line");
+  command
+      ->add_option("--net", options.net,
+                   "Highlight a net through all levels: a port such as Filter/R1.p, a block with one port, or the name "
+                   "of a line")
+      ->check(
+          CLI::Validator([](const std::string& net) { return std::string(net.empty() ? "it names no net" : ""); }, ""));
   add_format(*command, options, {"svg", "png", "pdf"}, "The kind of picture, where the name of the file doesn't tell");
   add_output(*command, options);
   add_common_options(*command, options);

@@ -35,6 +35,15 @@ gtPort* chosen_net(host::Diagram& diagram, const Session& session, formats::Diag
   return port;
 }
 
+void tell_elsewhere(Session& session) {
+  const Options& options = session.options();
+  formats::DiagnosticList list;
+  list.warning(
+      "render:net-elsewhere", {session.model_file(), 0, 0},
+      "the net '" + options.net + "' doesn't reach the system '" + options.system + "', so nothing is highlighted");
+  session.console().diagnostics(list);
+}
+
 }  // namespace
 
 int run_render(Session& session) {
@@ -49,7 +58,9 @@ int run_render(Session& session) {
   if (names.has_errors()) return exit_code::usage;
   const Options& options = session.options();
   const auto format = views::picture::picture_format(options.format.empty() ? options.output : options.format);
-  write_picture(session, *diagram, views::picture::request_picture(*diagram, *format, system, net), options.output);
+  const auto request = views::picture::request_picture(*diagram, *format, system, net);
+  if (net != nullptr && system != nullptr && !views::picture::shows_net(request, *system)) tell_elsewhere(session);
+  write_picture(session, *diagram, request, options.output);
   return exit_code::clean;
 }
 

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <thread>
+
 namespace kinemo::test {
 namespace {
 
@@ -68,6 +71,31 @@ TEST_F(Render, ANetIsShownWhereItIs) {
   EXPECT_EQ(1u, lines({"--net", "Sub/Deep/C.p"}));
 }
 
+TEST_F(Render, WhatAPictureCannotShowIsTold) {
+  const ProgramRun elsewhere = run({"render", "model.yaml", "-o", "a.svg", "--net", "R.n", "--system", "Sub"});
+  EXPECT_EQ(0, elsewhere.exit_code);
+  EXPECT_THAT(elsewhere.errors, HasSubstr("[render:net-elsewhere]"));
+  write("wide.yaml",
+        "kinemo: 1\nblocks: {A: {type: physical/inertia, at: [0, 0, 60, 40]},\n"
+        "  B: {type: physical/inertia, at: [900000, 0, 60, 40]}}\n");
+  const ProgramRun small = run({"render", "wide.yaml", "-o", "a.png"});
+  EXPECT_EQ(0, small.exit_code);
+  EXPECT_THAT(small.errors, HasSubstr("[render:too-small]"));
+}
+
+TEST_F(Render, AModelGivesTheSameFileAgain) {
+  for (const std::string name : {"a.svg", "a.png", "a.pdf"}) {
+    EXPECT_EQ(0, run({"render", "model.yaml", "-o", name}).exit_code);
+    const std::string first = read(name);
+    std::this_thread::sleep_for(std::chrono::milliseconds(name == "a.pdf" ? 1100 : 0));
+    EXPECT_EQ(0, run({"render", "model.yaml", "-o", name}).exit_code);
+    EXPECT_TRUE(first == read(name)) << name;
+  }
+  EXPECT_THAT(read("a.pdf"), HasSubstr("/Title (model)"));
+  EXPECT_THAT(read("a.pdf"), HasSubstr("/Title (Deep)")) << "in the outline";
+  EXPECT_THAT(read("a.svg"), ::testing::Not(HasSubstr("pt\"")));
+}
+
 TEST_F(Render, WhatIsWrongLeavesNoFile) {
   struct Case {
     std::vector<std::string> arguments;
@@ -82,6 +110,7 @@ TEST_F(Render, WhatIsWrongLeavesNoFile) {
       {{"render", "model.yaml", "-o", "out.svg", "--system", "Sob"}, 2, "did you mean 'Sub'?"},
       {{"render", "model.yaml", "-o", "out.svg", "--system", "R"}, 2, "'R' has nothing inside"},
       {{"render", "model.yaml", "-o", "out.svg", "--net", "R.q"}, 2, "valid: 'p', 'n'"},
+      {{"render", "model.yaml", "-o", "out.svg", "--net", ""}, 2, "it names no net"},
       {{"render", "broken.yaml", "-o", "out.svg"}, 1, "did you mean 'physical/resistor'?"},
       {{"check", "model.yaml", "--picture", "out.txt"}, 2, "'out.txt' tells no kind of picture"},
       {{"check", "cut.yaml", "--picture", "out.svg"}, 1, "there is no picture"},

@@ -1,6 +1,7 @@
 #include "views/picture/picture.hpp"
 
 #include "embedded/block_diagram/diagram.hpp"
+#include "embedded/drawing/short_text.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/picture/draw_scene.hpp"
 #include "views/picture/scene.hpp"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace kinemo::views::picture {
 
@@ -20,6 +22,7 @@ constexpr double margin = 20;
 constexpr double title_height = 30;
 constexpr double smallest_page = 40;
 constexpr double most_sharp_pixels = 16e6;
+constexpr std::size_t longest_title = 80;
 
 /// Below what the formats take, and in what viewers show.
 double longest_side(drawing::Format format) {
@@ -39,11 +42,14 @@ class Pages {
     for (host::System* system : request.systems) scenes_.push_back(make_scene(*system, shapes_, types_));
   }
 
-  std::string draw() {
-    drawing::Canvas canvas(request_.format, page_size(scenes_.front()), scale());
+  std::string draw(double& scale) {
+    scale = page_scale();
+    drawing::Canvas canvas(request_.format, page_size(scenes_.front()), scale);
+    canvas.setTitle(scenes_.front().system->diagram().root().path());
     for (const Scene& scene : scenes_) {
       if (&scene != &scenes_.front()) canvas.nextPage(page_size(scene));
       draw_page(canvas, scene);
+      add_outline(canvas, *scene.system);
     }
     return canvas.finish();
   }
@@ -54,7 +60,15 @@ class Pages {
 
   double top() const { return margin + (has_titles() ? title_height : 0); }
 
-  ustring title(const Scene& scene) const { return scene.system->path(); }
+  static ustring title(const Scene& scene) { return drawing::shortened(scene.system->path(), longest_title); }
+
+  /// Below the entry of the system around it, where that has a page.
+  void add_outline(drawing::Canvas& canvas, const host::System& system) {
+    const GTBlock* owner = system.owner();
+    const auto around = outline_.find(owner != nullptr ? &host::parentSystem(*owner) : nullptr);
+    const int inside = around != outline_.end() ? around->second : 0;
+    outline_[&system] = canvas.addOutline(owner != nullptr ? owner->getGrName() : system.path(), inside);
+  }
 
   drawing::Size page_size(const Scene& scene) {
     const layout::Rectangle& bounds = scene.drawing.bounds;
@@ -64,7 +78,7 @@ class Pages {
   }
 
   /// The same for all pages.
-  double scale() {
+  double page_scale() {
     double longest = 1;
     double area = 1;
     for (const Scene& scene : scenes_) {
@@ -89,6 +103,7 @@ class Pages {
   NetTypes types_;
   ShapeMaker shapes_;
   std::vector<Scene> scenes_;
+  std::unordered_map<const host::System*, int> outline_;
 };
 
 constexpr GTColor net_color{0.9, 0.45, 0.0, -1, 0};
@@ -122,8 +137,16 @@ PictureRequest request_picture(host::Diagram& diagram, drawing::Format format, h
   return request;
 }
 
-std::string make_picture(host::Diagram& diagram, const PictureRequest& request) {
-  return Pages(diagram, request).draw();
+bool shows_net(const PictureRequest& request, const host::System& system) {
+  return std::any_of(request.marks.ports.begin(), request.marks.ports.end(),
+                     [&](const gtPort* port) { return &host::parentSystem(*port->getGrOwnerBlock()) == &system; });
+}
+
+std::string make_picture(host::Diagram& diagram, const PictureRequest& request, double* scale) {
+  double used = 1;
+  std::string bytes = Pages(diagram, request).draw(used);
+  if (scale != nullptr) *scale = used;
+  return bytes;
 }
 
 }  // namespace kinemo::views::picture

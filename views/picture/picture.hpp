@@ -35,6 +35,11 @@ PictureRequest request_picture(embedded::block_diagram::Diagram& diagram, embedd
 /// in large pictures), less where the page would be too large for the format. Warnings of icons that can't be drawn are
 /// issued.
 /// @throws "kinemo:host:drawing" "CannotWrite" (reason)
-std::string make_picture(embedded::block_diagram::Diagram& diagram, const PictureRequest& request);
+/// `scale` becomes the pixels or points of a unit.
+std::string make_picture(embedded::block_diagram::Diagram& diagram, const PictureRequest& request,
+                         double* scale = nullptr);
+
+/// Whether a port of the marked net stands in the system.
+bool shows_net(const PictureRequest& request, const embedded::block_diagram::System& system);
 
 }  // namespace kinemo::views::picture

@@ -213,6 +213,10 @@ TEST_F(Picture, NetsAndSystemsAreFoundByWhatUsersType) {
   EXPECT_THAT(net_size("Outer/Q.p"), HasSubstr("'m/Outer' has no block 'Q'"));
   EXPECT_THAT(net_size("Outer/R/Q.p"), HasSubstr("the block 'Outer/R' has nothing inside; valid: a subsystem"));
   EXPECT_THAT(net_size("V.1.z"), HasSubstr("'V.1' has no port 'z'"));
+  EXPECT_EQ("G3", net_size("G"));
+  EXPECT_THAT(net_size("Outer/R"), HasSubstr("'Outer/R' has 2 ports"));
+  EXPECT_THAT(net_size("Outer/ouzt"), HasSubstr("did you mean 'out'?"));
+  EXPECT_THAT(net_size("Outr/out"), HasSubstr("did you mean 'Outer'?"));
   EXPECT_THAT(net_size("nothing"), HasSubstr("no line is called 'nothing'"));
   EXPECT_THAT(net_size(""), HasSubstr("no line is called ''"));
   UnknownName unknown;
@@ -381,13 +385,30 @@ lines:
   EXPECT_THAT(nets, UnorderedElementsAre(std::pair(u"R.p", 3u), std::pair(u"R.n", 2u), std::pair(u"G", 2u)));
 }
 
+TEST_F(Picture, PlacesThatShowNothingAreWarnedOf) {
+  formats::DiagnosticList problems;
+  host::Diagram* diagram = formats::diagram::read_diagram_text(
+      "kinemo: 1\nblocks:\n  A: {type: physical/resistor, at: [5, 5, 0, 0.4]}\n"
+      "  B: {type: physical/resistor, at: [1e300, 0, 10, 10]}\n",
+      "m.yaml", problems);
+  ASSERT_NE(nullptr, diagram);
+  EXPECT_THAT(test::all_text(problems), HasSubstr("m.yaml:3:36: warning: width or height of 'at' is less than 1"));
+  EXPECT_THAT(test::all_text(problems), HasSubstr("m.yaml:4:36: warning: no picture has room for 'at'"));
+  const Scene drawn = scene(diagram->root());
+  EXPECT_EQ(5, corner(drawn, u"A").x);
+  EXPECT_EQ(80, drawn.shapes.front().box.size.width) << "as wide as its icon";
+  EXPECT_LT(corner(drawn, u"B").x, 1000);
+}
+
 TEST_F(Picture, AnyNameAndAnySizeCanBeDrawn) {
-  host::Diagram& diagram = read(
+  formats::DiagnosticList warnings;
+  host::Diagram& diagram = *formats::diagram::read_diagram_text(
       "kinemo: 1\nblocks:\n"
       "  \"<b>&amp;\\n</b>\": {type: physical/resistor, at: [0, 0, 0, 0]}\n"
       "  \"\\u05d0\\u05d1\\u05d2 \\u6f22\\u5b57\": {type: physical/resistor, at: [1e9, 0, 10, 10]}\n"
       "  \"\\u202e\\ufeff\": {type: physical/resistor, at: [50, 80, 0, 3], rotate: 270}\n"
-      "  S: {type: subsystem, ports: {left: [\"<\", \"&\"]}}\n");
+      "  S: {type: subsystem, ports: {left: [\"<\", \"&\"]}}\n",
+      "model.yaml", warnings);
   for (const auto format : {embedded::drawing::Format::Svg, embedded::drawing::Format::Png}) {
     PictureRequest request;
     request.format = format;
