@@ -155,7 +155,7 @@ TEST_F(Script, CallsForElementsAskForNothingAsStatements) {
   }
   EXPECT_THAT(shown("x = arrayfun(@(k) disp(k), 1:3)"),
               AllOf(StartsWith("1\ns:1:5: error: 'disp' doesn't give as many results as are asked for, here 1."),
-                    HasSubstr("  note: in call 1 of 3 by 'arrayfun'\n")));
+                    HasSubstr("  note: This is call 1 of 3 by 'arrayfun'.\n")));
   for (const char* text : {"cellfun(@(x) x, {1, 'a'})", "x = cellfun(@(x) x, {1, 'a'})"}) {
     EXPECT_EQ(fault(text), "MixedClasses(cellfun, char, 2, double)") << text;
   }
@@ -176,7 +176,7 @@ TEST_F(Script, FaultsInFunctionsTellTheirPlaceOnce) {
        "error: there is no variable or function 'nosuch'. [kinemo:scripting:runtime:UndefinedName]\n"
        "    cellfun(@(x) nosuch(x), {1, 2})\n    ^\n"
        "  note: Line 1, column 14:\n    cellfun(@(x) nosuch(x), {1, 2})\n                 ^\n"
-       "  note: in call 1 of 2 by 'cellfun'\n"},
+       "  note: This is call 1 of 2 by 'cellfun'.\n"},
   };
   for (const ValueCase& one : cases) {
     workspace.clear();
