@@ -45,10 +45,12 @@ bool isWritable(const cvArray_tag* array) {
   return real && !cvIsEmpty(array) && cvGetDimensions(array).size() == 2;
 }
 
+[[noreturn]] void throwWithUnit(const ParameterValue& value, const ustring& object) {
+  kmf::throw_message(group, "ValueWithUnit", value.function, std::to_string(value.input), value.name, object);
+}
+
 [[noreturn]] void throwNotAValue(const ParameterValue& value) {
-  if (cvIsA(value.array, quantity_class)) {
-    kmf::throw_message(group, "ValueWithUnit", value.function, std::to_string(value.input), value.name);
-  }
+  if (cvIsA(value.array, quantity_class)) throwWithUnit(value, {});
   kmf::throw_message(group, "NotAValue", value.function, std::to_string(value.input), value.name,
                      scripting_runtime::inline_text(value.array, shown_width));
 }
@@ -65,7 +67,7 @@ bool hasParameter(const GTBlock& block, const std::string& name) {
 /// Number and unit of a value with a unit, for a block that has a parameter for each.
 void addQuantity(ParameterTexts& texts, const GTBlock& block, const ParameterValue& value) {
   const std::string unit = value.name + "_unit";
-  if (!hasParameter(block, unit)) throwNotAValue(value);
+  if (!hasParameter(block, unit)) throwWithUnit(value, block.getFullPath(true));
   const scripting_runtime::Quantity quantity = scripting_runtime::quantity_of(value.array);
   ParameterValue numbers = value;
   numbers.array = quantity.numbers.array();

@@ -28,13 +28,13 @@ enum class ParameterSort {
 };
 ParameterSort sortOf(const GTBlock& block, const std::string& name);
 
-/// The name of a parameter. @throws "kinemo:host:parameters" "NotAName" (function, input, class)
+/// The name of a parameter. @throws "kinemo:host:parameters" "NotAName" (function, input, what was given)
 std::string parameterName(const cvArray_tag* array, const std::string& function, std::size_t input);
 
 /// The text of a value without a unit. Numbers are written exactly, with no more digits than that takes: "0.1",
 /// "[1 2; 3 4]".
 /// @throws "kinemo:host:parameters" "NotAValue" (function, input, parameter, what was given), "ValueWithUnit"
-/// (function, input, parameter)
+/// (function, input, parameter, block path or "")
 ustring parameterText(const ParameterValue& value, ParameterSort sort);
 
 /// The texts of values for a block. A value with a unit sets the parameter of the unit, too, where there is one:
