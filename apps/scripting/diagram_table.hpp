@@ -21,7 +21,7 @@ struct DiagramFunction {
 
 std::vector<DiagramFunction> file_functions();     // new_diagram open_diagram save_diagram close_diagram diagrams
 std::vector<DiagramFunction> block_functions();    // add_block copy_block delete_block rename_block place ports
-std::vector<DiagramFunction> list_functions();     // blocks lines parameters
+std::vector<DiagramFunction> list_functions();     // blocks lines parameters variables
 std::vector<DiagramFunction> line_functions();     // add_line delete_line name_line
 std::vector<DiagramFunction> mask_functions();     // mask set_mask add_mask_parameter …
 std::vector<DiagramFunction> setting_functions();  // settings delete_setting

@@ -1,4 +1,4 @@
-// What is in a diagram: blocks, lines, parameters. Without an output they show a table.
+// What is in a diagram: blocks, lines, parameters, variables. Without an output they show a table.
 
 #include "apps/scripting/block_parameters.hpp"
 #include "apps/scripting/diagram_inputs.hpp"
@@ -6,7 +6,11 @@
 #include "apps/scripting/mask_structure.hpp"
 #include "apps/scripting/text_table.hpp"
 #include "embedded/block_diagram/block_data.hpp"
+#include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/block_diagram/system_data.hpp"
+#include "embedded/scripting_runtime/display.hpp"
+#include "embedded/scripting_runtime/quantity.hpp"
+#include "embedded/scripting_runtime/workspace.hpp"
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
@@ -17,6 +21,7 @@ namespace kinemo::scripting {
 
 namespace {
 
+namespace sr = embedded::scripting_runtime;
 using Rows = std::vector<std::vector<std::string>>;
 
 std::string joined(const std::vector<std::string>& texts, const char* between) {
@@ -191,31 +196,80 @@ void parameters(Call& call) {
   show_table({"Name", "Value", "Unit", "Prompt"}, rows, "No parameters");
 }
 
+// --- variables
+
+struct Variable {
+  std::string name;
+  sr::Quantity quantity;
+  bool runtime;
+};
+
+std::vector<Variable> variables_of(host::Diagram& diagram) {
+  std::vector<Variable> variables;
+  for (const std::string& name : diagram.workspace().names()) {
+    const cvArray_tag* const array = diagram.workspace().get(name);
+    variables.push_back({name, sr::quantity_of(array), host::isRuntime(array)});
+  }
+  return variables;
+}
+
+std::string unit_of(const Variable& variable) {
+  return variable.quantity.has_unit() ? sr::unit_text(variable.quantity.unit) : std::string();
+}
+
+void variables(Call& call) {
+  std::vector<Variable> found = variables_of(diagram_from(call, 0));
+  if (call.wanted == 0) {
+    Rows rows;
+    for (const Variable& variable : found) {
+      rows.push_back({variable.name, sr::inline_text(variable.quantity.numbers.array(), 60), unit_of(variable),
+                      variable.runtime ? "runtime" : ""});
+    }
+    return show_table({"Name", "Value", "Unit", ""}, rows, "No variables");
+  }
+  cvUniquePtr told = structures(found.size(), {"name", "value", "unit", "runtime"});
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    set_text(told, i, "name", found[i].name);
+    set_text(told, i, "unit", unit_of(found[i]));
+    cvSetField(told.get(), i, "runtime", cvCreateLogicalScalar(found[i].runtime));
+    cvSetField(told.get(), i, "value", std::move(found[i].quantity.numbers).release().release());
+  }
+  call.give(std::move(told));
+}
+
 }  // namespace
 
 std::vector<DiagramFunction> list_functions() {
-  return {{"blocks",
-           1,
-           2,
-           blocks,
-           {"blocks(system)\nblocks(system, 'all')\nlist = blocks(...)",
-            "Lists the blocks of a diagram or a subsystem, with 'all' those of all levels.",
-            "Without an output as a table, else as a structure array with name, path, type (as add_block takes it), "
-            "ports (a column of texts), and the file of a part that the block links to."}},
-          {"lines",
-           1,
-           1,
-           lines,
-           {"lines(system)\nlist = lines(system)", "Lists the lines of a diagram or a subsystem.",
-            "Without an output as a table, else as a structure array with name, ports and net: a name, the ports as "
-            "add_line takes them, and a number that lines of one net share. add_line(system, list) draws such lines."}},
-          {"parameters",
-           1,
-           1,
-           parameters,
-           {"parameters(path)\nlist = parameters(path)", "Lists the parameters of a block, as its dialog has them.",
-            "Without an output as a table, else as a structure array with name, value, unit, prompt, kind and choices, "
-            "as in a mask. set_param sets them. Settings of a diagram are told by settings(diagram)."}}};
+  return {
+      {"blocks",
+       1,
+       2,
+       blocks,
+       {"blocks(system)\nblocks(system, 'all')\nlist = blocks(...)",
+        "Lists the blocks of a diagram or a subsystem, with 'all' those of all levels.",
+        "Without an output as a table, else as a structure array with name, path, type (as add_block takes it), "
+        "ports (a column of texts), and the file of a part that the block links to."}},
+      {"lines",
+       1,
+       1,
+       lines,
+       {"lines(system)\nlist = lines(system)", "Lists the lines of a diagram or a subsystem.",
+        "Without an output as a table, else as a structure array with name, ports and net: a name, the ports as "
+        "add_line takes them, and a number that lines of one net share. add_line(system, list) draws such lines."}},
+      {"parameters",
+       1,
+       1,
+       parameters,
+       {"parameters(path)\nlist = parameters(path)", "Lists the parameters of a block, as its dialog has them.",
+        "Without an output as a table, else as a structure array with name, value, unit, prompt, kind and choices, "
+        "as in a mask. set_param sets them. Settings of a diagram are told by settings(diagram)."}},
+      {"variables",
+       1,
+       1,
+       variables,
+       {"variables(diagram)\nlist = variables(diagram)", "Lists the variables of a diagram's workspace.",
+        "Without an output as a table, else as a structure array with name, value (in the unit), unit, and runtime, "
+        "which is true of a run-time parameter. set_variable sets them."}}};
 }
 
 }  // namespace kinemo::scripting

@@ -53,7 +53,11 @@ TEST_F(ListFunctions, BlocksLinesAndParametersAreShownAsTables) {
       printed("lines('m')"));
   EXPECT_THAT(printed("parameters('m/R')"),
               StartsWith("  Name               Value        Unit  Prompt\n  R                  47           kOhm  "));
-  EXPECT_EQ("No blocks\nNo lines\n", printed("new_diagram('empty'), blocks('empty'), lines('empty')"));
+  run_all({"set_variable('m', 'w', kinemo.Value([1 2], 'kOhm'), 'Ohm', true)", "set_variable('m', 'x', {'a'})"});
+  EXPECT_EQ("  Name  Value        Unit\n  w     [1000 2000]  Ohm   runtime\n  x     {'a'}\n",
+            printed("variables('m')"));
+  EXPECT_EQ("No blocks\nNo lines\nNo variables\n",
+            printed("new_diagram('empty'), blocks('empty'), lines('empty'), variables('empty')"));
 }
 
 TEST_F(ListFunctions, ListsAreStructures) {
@@ -66,6 +70,8 @@ TEST_F(ListFunctions, ListsAreStructures) {
   EXPECT_EQ(shown("{'k', '1', 'expression'}"), shown("{p(1).name, p(1).value, p(1).kind}"));
   EXPECT_EQ(shown("{'Gain', '0.1', 'text'}"), shown("{p(end).name, p(end).value, p(end).kind}"));
   EXPECT_EQ(1, number("isempty(none)"));
+  script("set_variable('m', 'w', 5, 'Ohm', true); w = variables('m');");
+  EXPECT_EQ(shown("{'w', 5, 'Ohm', true}"), shown("{w.name, w.value, w.unit, w.runtime}"));
 }
 
 TEST_F(ListFunctions, ADiagramIsCopiedByItsLists) {
@@ -126,7 +132,7 @@ TEST_F(ListFunctions, BadInputsAreToldAndChangeNothing) {
       {"set_param({'m/R', 'm/O'}, 'R', [])", "kinemo:host:parameters:NotAValue(set_param, 3, R, [])"},
       {"set_param('m/R', 7, '1')", "kinemo:host:parameters:NotAName(set_param, 2, 7)"},
       {"get_param('m/R', 7)", "kinemo:host:parameters:NotAName(get_param, 2, 7)"},
-      {"set_param('m/O', 'k', kinemo.Value(1, 'V'))", "kinemo:host:parameters:ValueWithUnit(set_param, 3, k)"},
+      {"set_param('m/O', 'k', kinemo.Value(1, 'V'))", "kinemo:host:parameters:ValueWithUnit(set_param, 3, k, m/O)"},
       {"set_param('m/O', 'Opaque', 2)", "kinemo:host:diagram:InvalidValue(Opaque, "},
       {"add_mask_parameter('m/O', 'q', @sin)", "kinemo:host:parameters:NotAValue(add_mask_parameter, 3, q, "},
       {"add_mask_parameter('m/O', 'q', 1, 'unit', 2)", "NotAText(add_mask_parameter, 5, 2, )"},
@@ -140,6 +146,7 @@ TEST_F(ListFunctions, BadInputsAreToldAndChangeNothing) {
       {"blocks('m/R')", "NoInside(m/R, GL Core Block)"},
       {"blocks('m', 'deep')", "NotAll(deep)"},
       {"parameters('m')", "NotABlock(m)"},
+      {"variables('m/R')", "NotADiagram(m/R)"},
       {"add_line('m', 'R.p')", "LineJoinsNothing(R.p)"},
       {"add_line('m', struct('net', 1))", "NotLines(2, "},
       {"add_line('m', struct('ports', {{'R.p'; 'O.q'}}))", "UnknownPort(m/O, "},
