@@ -1,6 +1,7 @@
 #include "views/picture/draw_scene.hpp"
 
 #include "embedded/drawing/draw_block.hpp"
+#include "views/layout/geometry.hpp"
 
 #include <cmath>
 
@@ -16,7 +17,6 @@ constexpr GTColor faint{0.35, 0.35, 0.35, -1, 0};
 constexpr double line_width = 1.5;  // as the leads of icons
 constexpr double mark_width = 8;
 constexpr double dot_radius = 2.8;
-constexpr double port_mark_radius = 6;
 constexpr double outline_distance = 2;  // clear of the names below blocks
 
 using Points = std::vector<layout::Point>;
@@ -127,8 +127,7 @@ class Painter {
       canvas_.drawLine(rectangle(corner, shape.box.size, outline_distance), marks_.color, 2);
     for (std::size_t k = 0; k < shape.ports.size(); ++k) {
       if (marks_.ports.count(shape.ports[k]) == 0) continue;
-      const layout::Point pin = shape.box.pins[k].at;
-      canvas_.drawLine(circle({corner.x + pin.x, corner.y + pin.y}, port_mark_radius), marks_.color, 1.5);
+      canvas_.drawLine(circle(port_mark(shape.box.pins[k], corner), port_mark_radius), marks_.color, 1.5);
     }
   }
 
@@ -138,6 +137,11 @@ class Painter {
 };
 
 }  // namespace
+
+layout::Point port_mark(const layout::Pin& pin, layout::Point corner) {
+  constexpr double clearance = 2;
+  return layout::moved({corner.x + pin.at.x, corner.y + pin.at.y}, pin.away, port_mark_radius + clearance);
+}
 
 void draw_scene(drawing::Canvas& canvas, const Scene& scene, const Marks& marks, drawing::Point corner) {
   const layout::Rectangle& bounds = scene.drawing.bounds;

@@ -6,6 +6,7 @@
 #include "tests/support/physical_environment.hpp"
 #include "views/find_block.hpp"
 #include "views/layout/geometry.hpp"
+#include "views/picture/draw_scene.hpp"
 #include "views/picture/finding_marks.hpp"
 #include "views/picture/io_places.hpp"
 #include "views/picture/net_labels.hpp"
@@ -142,8 +143,8 @@ lines: [{name: out, ports: [R1.n, R2.p]}]
 )");
   const Scene drawn = scene(diagram.root());
   ASSERT_TRUE(drawn.nets.front().label);
-  EXPECT_LT(drawn.nets.front().label->y, 0);
-  EXPECT_LE(drawn.drawing.bounds.y, drawn.nets.front().label->y);
+  EXPECT_LT(drawn.nets.front().label->place.y, 0);
+  EXPECT_LE(drawn.drawing.bounds.y, drawn.nets.front().label->place.y);
 }
 
 TEST_F(Picture, PortsStandAtTheirSidesWhereTheLayoutPlacesTheBlocks) {
@@ -329,6 +330,20 @@ lines:
     EXPECT_EQ(1u, drawn.drawing.routes[i].stubs.size());
   }
   EXPECT_THAT(names, UnorderedElementsAre(u"open", u"end"));
+}
+
+TEST(PortMarks, AreOutsideOfTheirBlocks) {
+  const layout::Rectangle block{100, 200, 60, 40};
+  const layout::Pin pins[] = {{{0, 10}, layout::Direction::left},
+                              {{60, 10}, layout::Direction::right},
+                              {{30, 0}, layout::Direction::up},
+                              {{30, 40}, layout::Direction::down}};
+  for (const layout::Pin& pin : pins) {
+    const layout::Point center = port_mark(pin, {100, 200});
+    const layout::Rectangle ring = layout::grown({center.x, center.y, 0, 0}, port_mark_radius);
+    EXPECT_FALSE(layout::overlap(block, ring));
+    EXPECT_LT(layout::distance(center, {100 + pin.at.x, 200 + pin.at.y}), 10) << "on the line of a stub";
+  }
 }
 
 TEST_F(Picture, AMarkedNetRunsThroughTheLevels) {
