@@ -111,14 +111,15 @@ layout::Size ShapeMaker::size_by_texts(const GTBlock& block) {
     ++counts[side];
   }
   const int rows = height_in_ports(counts[0], counts[1]);
-  if (lies_across(block)) {  // labels stand beside each other
+  if (lies_across(block) && host::isSubsystem(block)) {  // names of ports stand beside each other
     const double widest = std::max(labels[0], labels[1]) + drawing::port_label_distance;
     const double width = std::max(rows * rounded_up(widest, port_distance), text_width(block) + port_distance);
     return {std::max(2 * port_distance, rounded_up(width, port_distance)), 3 * port_distance};
   }
   const double width = labels[0] + labels[1] + text_width(block) + port_distance;
-  return {std::max(3 * port_distance, rounded_up(width, port_distance)),
-          std::max(2 * port_distance, port_distance * rows)};
+  const layout::Size size{std::max(3 * port_distance, rounded_up(width, port_distance)),
+                          std::max(2 * port_distance, port_distance * rows)};
+  return lies_across(block) ? layout::Size{size.height, size.width} : size;
 }
 
 layout::Size ShapeMaker::size_of(const GTBlock& block) {
