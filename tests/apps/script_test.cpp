@@ -169,7 +169,7 @@ TEST_F(ScriptProgram, TerminalEditsCompletesAndRemembers) {
   terminal.read_to(">> ");
   terminal.type("variable_name = 5;\n");
   terminal.read_to(">> ");
-  terminal.type("1 + variab\t\n");
+  terminal.type("1 + variable_\t\n");
   terminal.read_to("ans = 6");
   terminal.type("x = [1\n");
   terminal.read_to(".. ");

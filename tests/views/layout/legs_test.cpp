@@ -51,7 +51,9 @@ TEST(Stubs, StandWhereTheirNamesCoverNothing) {
   const Stub stub = place_stub(problem, scene, {0, 0}, {30, 12});
   EXPECT_FALSE(overlap(stub.label, beside_the_line));
   scene.add({Kind::box, {62, 0, 5000, 40}});
-  EXPECT_EQ(place_stub(problem, scene, {0, 0}, {30, 12}).end.x, 60 + stub_length) << "the ordinary one at last";
+  const double end = place_stub(problem, scene, {0, 0}, {30, 12}).end.x;
+  EXPECT_GE(end, 60);
+  EXPECT_LT(end, 62) << "short of what is there";
 }
 
 }  // namespace
