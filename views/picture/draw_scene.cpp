@@ -48,6 +48,7 @@ class Painter {
     for (std::size_t i = 0; i < scene_.nets.size(); ++i) underline(i);
     for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_net(i);
     for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_labels(i);
+    for (std::size_t i = 0; i < scene_.nets.size(); ++i) draw_dots(i);
     for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_shape(i);
     for (std::size_t i = 0; i < scene_.shapes.size(); ++i) draw_marks(i);
   }
@@ -65,7 +66,6 @@ class Painter {
     const layout::Route& route = scene_.drawing.routes[i];
     const double width = marks_.nets.count(net.ports) != 0 ? 2 * line_width : line_width;
     for (const auto& line : route.lines) canvas_.drawLine(line, net.color, width);
-    for (const layout::Point& dot : route.dots) canvas_.drawDot(dot, net.color, dot_radius);
     for (const layout::Stub& stub : route.stubs) canvas_.drawLine({stub.from, stub.end}, net.color, width);
   }
 
@@ -73,6 +73,13 @@ class Painter {
     const SceneNet& net = scene_.nets[i];
     if (net.label) draw_label(net, net.label->text, net.label->place, net_name_share);
     for (const layout::Stub& stub : scene_.drawing.routes[i].stubs) draw_label(net, net.name, stub.label, stub_share);
+  }
+
+  /// Over the ground of names near them.
+  void draw_dots(std::size_t i) {
+    for (const layout::Point& dot : scene_.drawing.routes[i].dots) {
+      canvas_.drawDot(dot, scene_.nets[i].color, dot_radius);
+    }
   }
 
   /// On a ground that hides lines under it.
