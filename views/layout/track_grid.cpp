@@ -13,6 +13,7 @@ constexpr double most_even_tracks = 600;
 
 constexpr double box_clearance = 4;
 constexpr double box_shade = 9;
+constexpr double text_clearance = 2;
 constexpr double text_shade = 4;
 constexpr double line_clearance = 1;
 constexpr double line_shade = 9;
@@ -103,7 +104,7 @@ void TrackGrid::enter(const Thing& thing, const Search& search) {
       shade(grown(thing.room, box_shade), 1);
       break;
     case Kind::text:
-      close(thing.room);
+      close(grown(thing.room, text_clearance));
       shade(grown(thing.room, text_shade), 1);
       break;
     case Kind::line:
