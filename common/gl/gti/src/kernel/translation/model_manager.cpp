@@ -10,7 +10,6 @@
 #include "platform/foundation/exception.hpp"
 #include "platform/foundation/gantrel_id.hpp"
 #include "platform/foundation/strings.hpp"
-#include "platform/scripting_runtime/scripting_runtime.hpp"
 
 #include <boost/make_shared.hpp>
 
@@ -88,7 +87,6 @@ TranslationResult ModelManager::translate(const std::vector<kmf::VnId>& reserved
   LevelTree pending;
   TranslationResult result;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
-    if (kmf::interrupt_requested()) kmf::throw_message("kinemo:common:gl:gti:compile", "Interrupted", name_);
     const boost::shared_ptr<BlockEntryData> entry = entries_[i];  // a factory may bring in more of the model's blocks
     try {
       addPending(entry, *configuration_, result, pending);
