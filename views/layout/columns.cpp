@@ -8,10 +8,6 @@ namespace kinemo::views::layout {
 
 namespace {
 
-double snapped(double it) {
-  return std::round(it / grid_step) * grid_step;
-}
-
 class Columns {
  public:
   Columns(const Problem& problem, const std::vector<Rectangle>& footprints, const Part& part,

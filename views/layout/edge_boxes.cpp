@@ -8,10 +8,6 @@ namespace kinemo::views::layout {
 
 namespace {
 
-double snapped(double it) {
-  return std::round(it / grid_step) * grid_step;
-}
-
 class EdgeColumns {
  public:
   EdgeColumns(Problem& problem, const std::vector<Rectangle>& footprints, std::vector<bool> has_height)

@@ -4,10 +4,18 @@
 
 #include "views/layout/layout.hpp"
 
+#include <cmath>
+
 namespace kinemo::views::layout {
 
 /// Corners of boxes that the layout places are multiples of this, and so are lines where pins don't say otherwise.
 inline constexpr double grid_step = 10;
+
+/// The nearest line of the grid.
+inline double snapped(double it) {
+  return std::round(it / grid_step) * grid_step;
+}
+
 /// A line runs this far from its pin before it bends, where there is room.
 inline constexpr double leg_length = 10;
 /// Between the rooms of columns at least.
