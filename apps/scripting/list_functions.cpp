@@ -15,6 +15,8 @@
 #include "platform/foundation/strings.hpp"
 #include "views/block_ports.hpp"
 
+#include <fmt/format.h>
+
 #include <unordered_map>
 
 namespace kinemo::scripting {
@@ -25,9 +27,7 @@ namespace sr = embedded::scripting_runtime;
 using Rows = std::vector<std::vector<std::string>>;
 
 std::string joined(const std::vector<std::string>& texts, const char* between) {
-  std::string all;
-  for (const std::string& text : texts) all += (all.empty() ? "" : between) + text;
-  return all;
+  return fmt::format("{}", fmt::join(texts, between));
 }
 
 cvUniquePtr structures(std::size_t count, const std::vector<std::string>& fields) {
