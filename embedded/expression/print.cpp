@@ -13,7 +13,7 @@ class Printer {
       case Kind::imaginary:
         return append(print_number(tree.number()) + "i");
       case Kind::text:
-        return quoted(tree.text());
+        return append(print_text(tree.text()));
       case Kind::name:
         return append(tree.text());
       case Kind::colon:
@@ -141,15 +141,6 @@ class Printer {
     if (with_brackets) out_ += ')';
   }
 
-  void quoted(const std::string& text) {
-    out_ += '\'';
-    for (const char c : text) {
-      if (c == '\'') out_ += '\'';
-      out_ += c;
-    }
-    out_ += '\'';
-  }
-
   void append(std::string_view text) { out_ += text; }
 
   std::string out_;
@@ -172,6 +163,15 @@ std::string without_controls(std::string_view text, std::string_view kept) {
     }
   }
   return result;
+}
+
+std::string print_text(std::string_view text) {
+  std::string result = "'";
+  for (const char c : text) {
+    if (c == '\'') result += c;
+    result += c;
+  }
+  return result + "'";
 }
 
 std::string print(const Node& tree) {

@@ -18,6 +18,9 @@ inline std::string print(const Tree& tree) {
 /// UTF-8 with its control characters, which a terminal would obey, as "\x1b" and the like. Those of `kept` stay.
 std::string without_controls(std::string_view text, std::string_view kept = "");
 
+/// A text as it is written in an expression: between single quotes, those inside doubled.
+std::string print_text(std::string_view text);
+
 /// The shortest text that reads back to the same number: "0.1", "1e6", "1e999" for infinity.
 std::string print_number(double value);
 

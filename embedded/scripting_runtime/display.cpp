@@ -37,12 +37,7 @@ bool is_text(const cvArray_tag* array) {
 }
 
 std::string quoted(const std::string& text) {
-  std::string result = "'";
-  for (const char c : expression::without_controls(text, "\n\t")) {
-    result += c;
-    if (c == '\'') result += c;
-  }
-  return result + "'";
+  return expression::print_text(expression::without_controls(text, "\n\t"));
 }
 
 /// A text of one row on one line with its line ends as "\n", cut to so many characters.

@@ -71,9 +71,7 @@ std::string sizes(const cvArray_tag* array) {
 }
 
 std::string in_quotes(const ustring& text) {
-  std::string result = "'";
-  for (const char c : kmf::ustring_to_utf8_string(text)) result += c == '\'' ? "''" : std::string(1, c);
-  return result + "'";
+  return embedded::expression::print_text(kmf::ustring_to_utf8_string(text));
 }
 
 std::string finite_or_not(double value) {

@@ -85,9 +85,7 @@ void number_to_text(Call& call) {
 std::string quoted_row(const ustring& characters, std::size_t row, std::size_t rows) {
   ustring line;
   for (std::size_t i = row; i < characters.size(); i += rows) line += characters[i];
-  std::string result = "'";
-  for (const char c : kmf::ustring_to_utf8_string(line)) result += c == '\'' ? "''" : std::string(1, c);
-  return result + "'";
+  return expression::print_text(kmf::ustring_to_utf8_string(line));
 }
 
 /// The elements by rows as they are written in an expression, in brackets where there are several.
