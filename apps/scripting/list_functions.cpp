@@ -8,6 +8,7 @@
 #include "embedded/block_diagram/block_data.hpp"
 #include "embedded/block_diagram/parameter_object.hpp"
 #include "embedded/block_diagram/system_data.hpp"
+#include "embedded/expression/print.hpp"
 #include "embedded/scripting_runtime/display.hpp"
 #include "embedded/scripting_runtime/quantity.hpp"
 #include "embedded/scripting_runtime/workspace.hpp"
@@ -142,7 +143,8 @@ std::string ports_text(const std::vector<gtPort*>& ports) {
   std::vector<std::string> texts;
   for (const gtPort* port : ports) {
     const std::vector<std::string> parts = reference_to(*port);
-    texts.push_back(parts.size() == 1 ? parts.front() : "{'" + joined(parts, "', '") + "'}");
+    using embedded::expression::print_text;
+    texts.push_back(parts.size() == 1 ? parts.front() : "{" + print_text(parts[0]) + ", " + print_text(parts[1]) + "}");
   }
   return joined(texts, ", ");
 }

@@ -58,6 +58,8 @@ TEST_F(ListFunctions, BlocksLinesAndParametersAreShownAsTables) {
             printed("variables('m')"));
   EXPECT_EQ("No blocks\nNo lines\nNo variables\n",
             printed("new_diagram('empty'), blocks('empty'), lines('empty'), variables('empty')"));
+  run_all({"add_block('physical/resistor', 'empty/it''s.1')", "add_line('empty', {'it''s.1', 'p'}, {'it''s.1', 'n'})"});
+  EXPECT_EQ("  Net  Ports\n  1    {'it''s.1', 'p'}, {'it''s.1', 'n'}\n", printed("lines('empty')"));
 }
 
 TEST_F(ListFunctions, ListsAreStructures) {
